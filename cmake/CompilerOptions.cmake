@@ -1,0 +1,17 @@
+# Options of our own code only: an interface target that every target of the project links privately.
+add_library(zt_options INTERFACE)
+if(MSVC)
+  target_compile_options(zt_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus /wd4251 $<$<BOOL:${ZT_WARNINGS_AS_ERRORS}>:/WX>)
+  target_compile_definitions(zt_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
+else()
+  target_compile_options(zt_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wold-style-cast $<$<BOOL:${ZT_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
+if(WIN32)
+  target_compile_definitions(zt_options INTERFACE UNICODE _UNICODE _WIN32_WINNT=0x0A00)
+endif()
+
+if(ZT_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "zt/shared/wmi/wmi_value.h"
+#include "zt/zt_wmi_client_export.h"
+
+namespace zt::shared::wmi {
+
+/// Runs WQL queries on one WMI namespace and walks their rows. One query at a time: a new one drops the rows of the one
+/// before. For one thread; COM is joined as the thread has it, initialised only where it is not, and left as found.
+class ZT_WMI_CLIENT_EXPORT WMIClient {
+ public:
+  /// Connects to `wmi_namespace`, for example "\\.\root\cimv2". A failure to connect is the status of every query.
+  explicit WMIClient(const std::wstring& wmi_namespace);
+  ~WMIClient();
+  WMIClient(const WMIClient&) = delete;
+  WMIClient& operator=(const WMIClient&) = delete;
+
+  /// Runs `wql` and gathers its rows. Returns the HRESULT of the query: 0 on success, also without rows. Never waits
+  /// without limit: a row that takes more than 5 seconds, or a query of more than 15 seconds, ends it with `kTimedOut`.
+  /// Rows gathered before a failure can still be walked.
+  std::int32_t ExecQuery(const std::wstring& wql);
+
+  /// Goes to the next row, to the first one after a query; false when there is none.
+  bool Next();
+
+  /// The property of the current row as WMI gives it. Returns the HRESULT; on failure (no such property, no current
+  /// row) `value` is left as it was.
+  std::int32_t GetProperty(const std::wstring& property, WmiValue& value) const;
+
+  /// The property converted to the wanted type by `ChangeType`; texts as UTF-8. Returns the HRESULT of the reading or
+  /// of the conversion; on failure `value` is left as it was.
+  std::int32_t GetValue(const std::wstring& property, bool& value) const;
+  std::int32_t GetValue(const std::wstring& property, std::uint32_t& value) const;
+  std::int32_t GetValue(const std::wstring& property, std::uint64_t& value) const;
+  std::int32_t GetValue(const std::wstring& property, float& value) const;
+  std::int32_t GetValue(const std::wstring& property, std::string& value) const;
+
+ private:
+  class Rows;
+  std::unique_ptr<Rows> rows_;
+};
+
+/// Called with the text of every query before it runs, in all clients of the process: for diagnosis. An empty function
+/// ends it. For the host, between collections.
+ZT_WMI_CLIENT_EXPORT void ObserveQueries(std::function<void(const std::wstring& wql)> observer);
+
+}  // namespace zt::shared::wmi
