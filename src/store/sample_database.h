@@ -1,0 +1,29 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+/// Access to the host's database of raw samples, which other components of the host create and fill. Paths are UTF-8.
+/// Each call opens the file itself, waits up to five seconds for a writer, and keeps nothing open. A file that is not
+/// there is not created. No failure is reported: what cannot be read has no rows, what cannot be deleted stays.
+namespace zt::telemetry::collector::performancesamples {
+
+/// One row of a query: text by column name. A column that is NULL is absent.
+using SummaryRow = std::map<std::string, std::string>;
+
+/// Rows by the text of their "source" column (empty for NULL), in the order of the query. The column itself is in no
+/// row.
+using SummaryRowsBySource = std::map<std::string, std::vector<SummaryRow>>;
+
+/// Runs one query and adds its rows to `result`. A query without a column "source" adds nothing. A row's texts end at
+/// their first NUL. `kSummaryQuery` runs in time proportional to the stored rows wherever its result stays the same.
+void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result);
+
+/// Whether `table` holds at least one row; false as well when that cannot be told.
+bool SampleTableHasRows(const std::string& db_path, const std::string& table);
+
+/// Empties each table in turn, also after one that fails.
+void DeleteSampleRows(const std::string& db_path, const std::vector<std::string>& tables);
+
+}  // namespace zt::telemetry::collector::performancesamples
