@@ -1,0 +1,105 @@
+#include "collector/performance_samples.h"
+
+#include <plog/Log.h>
+
+#include <array>
+
+#include "collector/builders.h"
+#include "collector/example_upload.h"
+#include "messages/perf_messages.h"
+#include "store/sample_database.h"
+#include "store/summary_query.h"
+#include "zt/shared/wmi/wmi_client.h"
+#include "zt/shared/ztbios/private_bios_wmi.h"
+#include "zt/telemetry/common/shared_ptr_tool.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::EventType;
+
+constexpr char kOperation[] = "zt::telemetry::collector::performancesamples::PerformanceSamples::ReadSource";
+constexpr char kDatabase[] = "ssm.db";
+constexpr char kThermalTable[] = "ThermalData";
+constexpr char kThermalSource[] = "thermal";
+constexpr char kNetworkTable[] = "NetworkData";
+constexpr char kNetworkSource[] = "network";
+constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
+
+// Made by the first collector and kept for the life of the process: making it once is what opens the firmware
+// interface.
+shared::ztbios::PrivateBiosWmi* process_bios_wmi = nullptr;
+
+bool IsFullCollection(EventType event) {
+  return event == EventType::kScheduledCollection || event == EventType::kRequestedCollection;
+}
+
+}  // namespace
+
+std::map<std::string, int> sensor_index_;
+
+PerformanceSamples::PerformanceSamples() : storage_(kDatabase, "") {
+  if (process_bios_wmi == nullptr) process_bios_wmi = new shared::ztbios::PrivateBiosWmi();
+  sensor_index_ = {
+      {"cpu_temperature", 0},     {"gpu_temperature", 1},  {"system_temperature", 2}, {"fan_speed_percent", 3},
+      {"battery_temperature", 4}, {"fan_tach_current", 7}, {"fan_tach_target", 8},
+  };
+}
+
+PerformanceSamples::~PerformanceSamples() {
+  PerfMessages::ForgetHandle(this);
+}
+
+Error PerformanceSamples::AddStoreWrapper(const google::protobuf::Message& record) {
+  return AddStore(record);
+}
+
+Error PerformanceSamples::AddSendWrapper(const google::protobuf::Message& record) {
+  return AddSend(record);
+}
+
+void PerformanceSamples::GetDatabases(std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
+                                      std::vector<std::string>& /*databases*/) {
+  messages.push_back(common::SharedPtrTool::Create(ThermalZTBiosSamples()));
+}
+
+Error PerformanceSamples::ReadSource() {
+  PLOG_INFO << "Started " << kOperation;
+  const std::string database = std::string(shared::TelemetryStorage::GetDefaultDBPath()) + kDatabase;
+  SummaryRowsBySource summaries;
+  QuerySampleSummaries(database, kSummaryQuery, &summaries);
+
+  const EventType event = ParamsGetEventType();
+  if (event == EventType::kExampleUpload) {
+    AddSend(example_upload_);
+    return {};
+  }
+  PerfMessages::Init(this, static_cast<int>(event));
+  {
+    shared::wmi::WMIClient wmi(kWmiNamespace);
+    shared::ztbios::PrivateBiosWmi bios;
+    const BuilderList builders = MakeBuilders(wmi, bios);
+    if (IsFullCollection(event)) {
+      if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
+        UploadThermalSamples(&summaries[kThermalSource], &wmi);
+        DeleteSampleRows(database, {kThermalTable});
+      }
+      if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
+        UploadNetworkSamples(&summaries[kNetworkSource]);
+        DeleteSampleRows(database, {kNetworkTable});
+      }
+      for (const auto& builder : builders) {
+        try {
+          builder->PopulateStorageAndUploadProtos();
+        } catch (...) {
+          PLOG_ERROR << "Error handling message. Details: " << Error::FromCurrentException().description;
+        }
+      }
+      PerfMessages::ProcessStorageAndUpload();
+    }
+  }
+  PLOG_INFO << "Finished " << kOperation;
+  return {};
+}
+
+}  // namespace zt::telemetry::collector::performancesamples

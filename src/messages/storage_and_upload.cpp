@@ -1,0 +1,69 @@
+#include <plog/Log.h>
+
+#include <typeinfo>
+#include <vector>
+
+#include "collector/performance_samples.h"
+#include "messages/collection_id.h"
+#include "messages/local_time.h"
+#include "messages/perf_messages.h"
+#include "zt/telemetry/common/error.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::Error;
+
+// No blank before the placeholder: log readers match the text as it is.
+constexpr char kStoreFailureTemplate[] = "PerfMessages::ProcessStorageAndUpload - AddStore failed for$PROTO$.pb.h";
+constexpr char kPlaceholder[] = "$PROTO$";
+constexpr char kAmdPmfName[] = "amd_pmf";
+
+Error StoreFailure(const Error& cause, const google::protobuf::Message& record) {
+  std::string message = kStoreFailureTemplate;
+  message.replace(message.find(kPlaceholder), sizeof kPlaceholder - 1, kAmdPmfName);
+  return {Error::kCallFailed, cause.code, cause.description, record.GetTypeName(), message};
+}
+
+void Stamp(PcLogPerformanceSamplesAsCDM& record, const std::string& time) {
+  record.set_collection_id(LiveCollectionId(PerfMessages::GetSN(), time));
+  record.set_local_time(time);
+}
+
+PerformanceSamples* Collector() {
+  return static_cast<PerformanceSamples*>(PerfMessages::perf_handle_);
+}
+
+}  // namespace
+
+void PerfMessages::ProcessStorageAndUpload() {
+  if (perf_handle_ == nullptr) {
+    PLOG_ERROR << "PerfMessages::ProcessStorageAndUpload - perf_handle_ is null.";
+    return;
+  }
+  std::vector<Error> store_failures;
+  if (amd_pmf_ != nullptr) {
+    amd_pmf_->set_local_time(CurrentOffsetForm());
+    const Error outcome = Collector()->AddStoreWrapper(*amd_pmf_);
+    if (outcome.Failed()) store_failures.push_back(StoreFailure(outcome, *amd_pmf_));
+  }
+  for (const Error& failure : store_failures) PLOG_ERROR << failure.description;
+  if (static_cdm_ != nullptr) {
+    Stamp(*static_cdm_, CurrentRecordForm());
+    Collector()->AddSendWrapper(*static_cdm_);
+  }
+  static_cdm_ = std::make_shared<PcLogPerformanceSamplesAsCDM>();
+}
+
+void PerfMessages::AddSendWrapper(const google::protobuf::Message& message) {
+  if (perf_handle_ == nullptr) return;
+  AddSendWrapper(message, CurrentRecordForm());
+}
+
+void PerfMessages::AddSendWrapper(const google::protobuf::Message& message, const std::string& time) {
+  if (perf_handle_ == nullptr) return;
+  Stamp(*cdm_, time);
+  Collector()->AddSendWrapper(message);
+}
+
+}  // namespace zt::telemetry::collector::performancesamples

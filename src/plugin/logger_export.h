@@ -1,0 +1,12 @@
+#pragma once
+
+#include <plog/Appenders/IAppender.h>
+#include <plog/Severity.h>
+
+#include "zt/zt_collector_export.h"
+
+/// Connects the plugin's log to the host's. The first call decides the highest severity that is logged and the
+/// appender, which must outlive the plugin and must not be null; every further call only makes each record reach that
+/// appender once more. Until the first call nothing is logged. Not for two threads at once.
+extern "C" ZT_COLLECTOR_EXPORT void ztSharedInitializeLogger(plog::Severity max_severity,
+                                                             plog::IAppender* host_appender);

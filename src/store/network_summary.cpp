@@ -1,0 +1,169 @@
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "collector/performance_samples.h"
+#include "messages/collection_id.h"
+#include "messages/local_time.h"
+#include "messages/perf_messages.h"
+#include "store/conversions.h"
+#include "store/sample_database.h"
+#include "zt/telemetry/common/utils.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::Utils;
+using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Network;
+using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Network_Interfaces;
+using Json = nlohmann::json;
+
+constexpr int kMaxInterfaces = 32;
+constexpr int kMaxProfiles = 32;
+constexpr unsigned long long kDeviceIdLimit = 128;
+constexpr unsigned long long kTrustLevelLimit = 32;
+constexpr unsigned long long kRadioTypeLimit = 32;
+constexpr unsigned long long kProfileTextLimit = 128;
+constexpr char kIdSuffix[] = "-NE";
+
+// The readers below look a key up by inserting it: a missing one reads as null, which is no number and no text, and
+// raises the JSON library's type error like any other wrong type.
+
+std::uint64_t Unsigned64(Json& object, const char* key) {
+  const Json& value = object[key];
+  // The library's own conversion of a fraction out of range is undefined.
+  return value.is_number_float() ? TruncateToUint64(value.get<double>()) : value.get<std::uint64_t>();
+}
+
+std::uint32_t Unsigned32(Json& object, const char* key) {
+  const Json& value = object[key];
+  return value.is_number_float() ? TruncateToUint32(value.get<double>()) : value.get<std::uint32_t>();
+}
+
+bool Flag(Json& object, const char* key) {
+  const Json& value = object[key];
+  return (value.is_number_float() ? TruncateToInt64(value.get<double>()) : value.get<std::int64_t>()) != 0;
+}
+
+float Float(Json& object, const char* key) {
+  return object[key].get<float>();
+}
+
+// A rate without its fraction.
+float WholeRate(float average) {
+  return static_cast<float>(TruncateToUint32(average));
+}
+
+std::string Text(Json& object, const char* key, unsigned long long limit) {
+  return Utils::AdjustString(object[key].get<std::string>(), limit);
+}
+
+bool NamesItsDevice(const Json& element) {
+  const auto id = element.is_object() ? element.find("interface_device_id") : element.end();
+  return id != element.end() && id->is_string();
+}
+
+void AddInterfaceFigures(Json& element, PcLogPerformanceSamplesAsCDM_HwInfo_Network_Interfaces& record) {
+  record.set_device_id(Text(element, "interface_device_id", kDeviceIdLimit));
+  record.set_network_trust_level(Text(element, "network_trust_level", kTrustLevelLimit));
+  record.set_radio_type(Text(element, "radio_type", kRadioTypeLimit));
+  record.set_adjacent_channel_interference_count(Unsigned32(element, "adjacent_channel_interference_count"));
+  record.set_bytes_received(static_cast<float>(Unsigned64(element, "bytes_received")));
+  record.set_bytes_sent(static_cast<float>(Unsigned64(element, "bytes_sent")));
+  record.set_channel(Unsigned32(element, "channel"));
+  record.set_co_channel_interference_count(Unsigned32(element, "co_channel_interference_count"));
+  record.set_receive_rate(WholeRate(Float(element, "rx_avg")));
+  record.set_transmission_rate(WholeRate(Float(element, "tx_avg")));
+  record.set_signal_strength(static_cast<std::uint32_t>(TruncateToInt32(Float(element, "rssi_avg"))));
+  record.set_nominal_speed(WholeRate(Float(element, "speed_avg")));
+  record.set_is_managed_network(Flag(element, "is_managed") ? "Managed" : "Unmanaged");
+}
+
+void AddProfiles(Json& profiles, PcLogPerformanceSamplesAsCDM_HwInfo_Network_Interfaces& record) {
+  for (Json& profile : profiles) {
+    if (record.w_lan_profiles_size() >= kMaxProfiles) return;
+    const std::string name = Text(profile, "profile_name_hash", kProfileTextLimit);
+    const std::string authentication = Text(profile, "profile_authentication", kProfileTextLimit);
+    const std::string encryption = Text(profile, "profile_encryption", kProfileTextLimit);
+    auto& entry = *record.add_w_lan_profiles();
+    entry.set_w_lan_profile_name(name);
+    entry.set_w_lan_profile_authentication(authentication);
+    entry.set_w_lan_profile_encryption(encryption);
+  }
+}
+
+void AddInterfaces(Json& hour, PcLogPerformanceSamplesAsCDM_HwInfo_Network& network) {
+  if (!hour.contains("interfaces_info")) return;
+  for (Json& element : hour["interfaces_info"]) {
+    if (network.interfaces_info_size() >= kMaxInterfaces) return;
+    if (!NamesItsDevice(element)) continue;
+    auto& record = *network.add_interfaces_info();
+    AddInterfaceFigures(element, record);
+    if (element.contains("w_lan_profiles")) AddProfiles(element["w_lan_profiles"], record);
+  }
+}
+
+void SetTcpStatistics(Json& hour, PcLogPerformanceSamplesAsCDM_HwInfo_Network& network) {
+  Json& v4 = hour["tcp_ipv4_stats_info"];
+  auto& v4_record = *network.mutable_tcp_i_p_v4_stats_info();
+  v4_record.set_current_connections(Unsigned32(v4, "current_connections"));
+  v4_record.set_errors_received(Unsigned32(v4, "errors_received"));
+  v4_record.set_failed_connections(Unsigned32(v4, "failed_connections"));
+  Json& v6 = hour["tcp_ipv6_stats_info"];
+  network.mutable_tcp_i_p_v6_stats_info()->set_failed_connections(Unsigned32(v6, "failed_connections"));
+}
+
+void SetFlags(Json& hour, PcLogPerformanceSamplesAsCDM_HwInfo_Network& network) {
+  network.set_is_vpn_connected(Flag(hour, "is_vpn_connected"));
+  network.set_has_network_access(Flag(hour, "has_network_access"));
+  network.set_has_internet_access(Flag(hour, "has_internet_access"));
+}
+
+// Fills the record with one hour; false for an hour that holds nothing. Throws when its text is no JSON, or not of the
+// form that the summary query gives.
+bool FillHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
+  Json hour = Json::parse(row.at("network_info"));
+  if (!hour.is_object() || hour.empty()) return false;
+  auto& network = *record.mutable_hw_info()->mutable_network_info();
+  AddInterfaces(hour, network);
+  SetTcpStatistics(hour, network);
+  SetFlags(hour, network);
+  record.set_local_time(CurrentRecordForm());
+  record.set_collection_id(HourlyCollectionId(row.at("hour_window"), PerfMessages::GetSN(), kIdSuffix));
+  record.set_sample_points_actual(Unsigned32(hour, "num_samples"));
+  return true;
+}
+
+void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
+  record.set_collection_id("");
+  record.clear_sample_points_actual();
+  record.clear_local_time();
+  auto& network = *record.mutable_hw_info()->mutable_network_info();
+  network.clear_interfaces_info();
+  network.clear_tcp_i_p_v4_stats_info();
+  network.clear_tcp_i_p_v6_stats_info();
+  network.set_is_vpn_connected(false);
+  network.set_has_network_access(false);
+  network.set_has_internet_access(false);
+}
+
+}  // namespace
+
+void PerformanceSamples::UploadNetworkSamples(void* rows) {
+  if (rows == nullptr) return;
+  const auto& hours = *static_cast<const std::vector<SummaryRow>*>(rows);
+  PcLogPerformanceSamplesAsCDM record;
+  for (const SummaryRow& hour : hours) {
+    try {
+      if (FillHour(hour, record)) AddSend(record);
+    } catch (const std::exception&) {
+      // An hour that breaks midway is dropped whole: half of its figures would pass for all of them.
+    }
+    ResetHour(record);
+  }
+}
+
+}  // namespace zt::telemetry::collector::performancesamples

@@ -1,0 +1,167 @@
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "collector/performance_samples.h"
+#include "messages/collection_id.h"
+#include "messages/local_time.h"
+#include "messages/perf_messages.h"
+#include "store/conversions.h"
+#include "store/sample_database.h"
+#include "zt/shared/wmi/wmi_client.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
+using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Fans;
+using contract::upload::log::TemperatureSensor;
+using shared::wmi::WMIClient;
+
+constexpr wchar_t kProcessorQuery[] = L"SELECT DeviceID, LoadPercentage FROM Win32_Processor";
+constexpr std::size_t kMaxProcessors = 32;
+constexpr char kIdSuffix[] = "-TH";
+
+struct Processor {
+  std::string device_id;
+  float load_percent = 0;
+};
+
+// The average tachometer speeds and the duty cycle of one fan over an hour.
+struct FanAverages {
+  float current = 0;
+  float target = 0;
+  float step = 0;
+};
+
+// The processors that WMI lists; absent when the query fails.
+std::optional<std::vector<Processor>> ListProcessors(WMIClient& wmi) {
+  const std::int32_t status = wmi.ExecQuery(kProcessorQuery);
+  std::vector<Processor> processors;
+  while (processors.size() < kMaxProcessors && wmi.Next()) {
+    Processor& processor = processors.emplace_back();
+    wmi.GetValue(L"DeviceID", processor.device_id);
+    wmi.GetValue(L"LoadPercentage", processor.load_percent);
+  }
+  if (status != shared::wmi::kSuccess) return std::nullopt;
+  return processors;
+}
+
+// One entry stands for the whole machine: the last processor's id, and the last load that is a number.
+void AddProcessorEntry(const std::vector<Processor>& processors, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
+  auto& entry = *hw_info.add_cpus_info();
+  for (const Processor& processor : processors) {
+    entry.set_device_id(processor.device_id);
+    if (!std::isnan(processor.load_percent)) entry.set_utilization_percent(processor.load_percent);
+  }
+}
+
+float Average(const SummaryRow& row, const char* column) {
+  return std::stof(row.at(column));
+}
+
+void SetSensor(TemperatureSensor& sensor, const char* name, float celsius) {
+  sensor.set_sensor_name(name);
+  sensor.set_temperature_celsius(TruncateToUint32(celsius));
+}
+
+void AddProcessorTemperature(const SummaryRow& row, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
+  if (hw_info.cpus_info().empty()) return;
+  const float celsius = Average(row, "cpu_temp_avg");
+  SetSensor(*hw_info.mutable_cpus_info(0)->add_temperature_sensors_info(), "cpu_temp", celsius);
+}
+
+// Both readings are parsed before anything is added: one alone is not reported.
+void AddBoardTemperatures(const SummaryRow& row, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
+  const float external = Average(row, "ext_sensor_avg");
+  const float local = Average(row, "loc_sensor_avg");
+  auto& board = *hw_info.mutable_system_board_info();
+  SetSensor(*board.add_temperature_sensors_info(), "ext_sensor", external);
+  SetSensor(*board.add_temperature_sensors_info(), "loc_sensor", local);
+}
+
+void AddStatistic(PcLogPerformanceSamplesAsCDM_HwInfo_Fans& fan, const char* name, float value) {
+  auto& statistic = *fan.add_fan_statistics_info();
+  statistic.set_fan_stat_name(name);
+  statistic.set_fan_stat_value(value);
+}
+
+// A fan whose figures are all 0 is not there, or stood still all hour: it is not reported. The tachometer speeds lose
+// their fraction, the duty cycle keeps it.
+void AddFan(std::uint32_t number, const FanAverages& averages, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
+  if (averages.step == 0 && averages.current == 0 && averages.target == 0) return;
+  auto& fan = *hw_info.add_fans_info();
+  fan.set_fan_id(number);
+  if (averages.step != 0) AddStatistic(fan, "duty_cycle", averages.step);
+  if (averages.current != 0) AddStatistic(fan, "tach_current", static_cast<float>(TruncateToUint32(averages.current)));
+  if (averages.target != 0) AddStatistic(fan, "tach_target", static_cast<float>(TruncateToUint32(averages.target)));
+}
+
+// All readings are parsed before a fan is added: one that is missing drops both fans.
+void AddFans(const SummaryRow& row, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
+  FanAverages first;
+  FanAverages second;
+  first.current = Average(row, "fan1_current_tach_speed_avg");
+  first.target = Average(row, "fan1_target_tach_speed_avg");
+  second.current = Average(row, "fan2_current_tach_speed_avg");
+  second.target = Average(row, "fan2_target_tach_speed_avg");
+  first.step = Average(row, "fan1_speed_step_avg");
+  second.step = Average(row, "fan2_speed_step_avg");
+  AddFan(1, first, hw_info);
+  AddFan(2, second, hw_info);
+}
+
+void StampHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
+  const unsigned long long samples = std::stoull(row.at("num_samples"));
+  record.set_local_time(CurrentRecordForm());
+  record.set_collection_id(HourlyCollectionId(row.at("hour_window"), PerfMessages::GetSN(), kIdSuffix));
+  record.set_sample_points_actual(static_cast<std::uint32_t>(samples));
+}
+
+// The processor entry keeps its id and load for the next hour; everything that belongs to the hour goes.
+void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
+  record.set_collection_id("");
+  record.clear_sample_points_actual();
+  record.clear_local_time();
+  auto& hw_info = *record.mutable_hw_info();
+  if (!hw_info.cpus_info().empty()) hw_info.mutable_cpus_info(0)->clear_temperature_sensors_info();
+  hw_info.clear_system_board_info();
+  hw_info.clear_fans_info();
+}
+
+// Runs one block of an hour. A reading that is missing or no number abandons the rest of its block, without a word.
+template <typename Block>
+void Guarded(const Block& block) {
+  try {
+    block();
+  } catch (...) {
+    return;
+  }
+}
+
+}  // namespace
+
+void PerformanceSamples::UploadThermalSamples(void* rows, void* wmi) {
+  if (rows == nullptr || wmi == nullptr) return;
+  const auto& hours = *static_cast<const std::vector<SummaryRow>*>(rows);
+  if (hours.empty()) return;
+  const auto processors = ListProcessors(*static_cast<WMIClient*>(wmi));
+
+  PcLogPerformanceSamplesAsCDM record;
+  auto& hw_info = *record.mutable_hw_info();
+  if (processors.has_value()) AddProcessorEntry(*processors, hw_info);
+  for (const SummaryRow& hour : hours) {
+    Guarded([&] { AddProcessorTemperature(hour, hw_info); });
+    Guarded([&] { AddBoardTemperatures(hour, hw_info); });
+    Guarded([&] { AddFans(hour, hw_info); });
+    Guarded([&] {
+      StampHour(hour, record);
+      AddSend(record);
+    });
+    ResetHour(record);
+  }
+}
+
+}  // namespace zt::telemetry::collector::performancesamples
