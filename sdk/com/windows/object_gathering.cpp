@@ -1,0 +1,43 @@
+#include "zt/com/object_gathering.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zt::com {
+namespace {
+
+using Objects = std::vector<ComPtr<IWbemClassObject>>;
+
+// One call asks for so many objects: a call for each would cost a process change for each.
+constexpr ULONG kBatch = 64;
+
+// One call of Next. Room is made first, so that no failure comes between receiving an object and owning it.
+HRESULT GatherBatch(IEnumWbemClassObject& enumerator, std::chrono::milliseconds wait, Objects& objects,
+                    ULONG& received) {
+  const std::size_t before = objects.size();
+  objects.resize(before + kBatch);
+  std::array<IWbemClassObject*, kBatch> batch{};
+  const HRESULT status = enumerator.Next(static_cast<long>(wait.count()), kBatch, batch.data(), &received);
+  for (std::size_t i = 0; i < received; ++i) objects[before + i].Attach(batch[i]);
+  objects.resize(before + received);
+  return status;
+}
+
+}  // namespace
+
+HRESULT GatherObjects(IEnumWbemClassObject& enumerator, const WaitLimits& limits, Objects& objects) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point deadline = Clock::now() + limits.whole;
+  for (Clock::time_point now = Clock::now(); now < deadline; now = Clock::now()) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - now);
+    ULONG received = 0;
+    const HRESULT status = GatherBatch(enumerator, std::min(limits.object, left), objects, received);
+    if (FAILED(status)) return status;
+    if (status == WBEM_S_FALSE) return S_OK;
+    // Fewer objects than asked for came in time. Any is progress; none is a provider that is stuck.
+    if (received == 0) return status == WBEM_S_TIMEDOUT ? kWaitTimedOut : S_OK;
+  }
+  return kWaitTimedOut;
+}
+
+}  // namespace zt::com
