@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <memory>
-#include <sstream>
 #include <system_error>
 #include <typeinfo>
 #include <utility>
@@ -16,9 +15,13 @@ std::int64_t TypeHash() {
 }
 
 Error FromSystemError(const std::system_error& error) {
-  std::ostringstream text;
-  text << "message: '" << error.what() << "' system code : '" << error.code() << "'";
-  return {Error::kSystemError, 1, text.str(), typeid(error).name(), ""};
+  // Joined without a stream: a host's global locale may group a stream's digits.
+  std::string text = "message: '";
+  text += error.what();
+  text += "' system code : '";
+  text += error.code().category().name();
+  text += ':' + std::to_string(error.code().value()) + "'";
+  return {Error::kSystemError, 1, std::move(text), typeid(error).name(), ""};
 }
 
 Error Unknown() { return {Error::kUnknownException, 0, "Unknown exception type.", "Unknown", ""}; }
