@@ -30,22 +30,30 @@ constexpr unsigned long long kProfileTextLimit = 128;
 constexpr char kIdSuffix[] = "-NE";
 
 // The readers below look a key up by inserting it: a missing one reads as null, which is no number and no text, and
-// raises the JSON library's type error like any other wrong type.
+// raises the JSON library's type error like any other wrong type. Fractions are converted here, since the library's own
+// conversion of one out of range is undefined.
+
+// A boolean or an integer as 64 bits, negative ones wrapped.
+std::uint64_t WholeNumber(const Json& value) {
+  if (value.is_boolean()) return value.get<bool>() ? 1 : 0;
+  return value.is_number_unsigned() ? value.get<std::uint64_t>()
+                                    : static_cast<std::uint64_t>(value.get<std::int64_t>());
+}
 
 std::uint64_t Unsigned64(Json& object, const char* key) {
   const Json& value = object[key];
-  // The library's own conversion of a fraction out of range is undefined.
-  return value.is_number_float() ? TruncateToUint64(value.get<double>()) : value.get<std::uint64_t>();
+  return value.is_number_float() ? TruncateToUint64(value.get<double>()) : WholeNumber(value);
 }
 
 std::uint32_t Unsigned32(Json& object, const char* key) {
   const Json& value = object[key];
-  return value.is_number_float() ? TruncateToUint32(value.get<double>()) : value.get<std::uint32_t>();
+  return value.is_number_float() ? TruncateToUint32(value.get<double>())
+                                 : static_cast<std::uint32_t>(WholeNumber(value));
 }
 
 bool Flag(Json& object, const char* key) {
   const Json& value = object[key];
-  return (value.is_number_float() ? TruncateToInt64(value.get<double>()) : value.get<std::int64_t>()) != 0;
+  return value.is_number_float() ? TruncateToInt64(value.get<double>()) != 0 : WholeNumber(value) != 0;
 }
 
 float Float(Json& object, const char* key) {
