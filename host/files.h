@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace zt::telemetry::host {
+
+/// A path for messages and for libraries that take UTF-8.
+std::string ToText(const std::filesystem::path& path);
+
+/// Fails with wrong usage unless `folder` is an existing folder in which files can be made. `option` names it in
+/// errors.
+void RequireWritableFolder(const std::filesystem::path& folder, std::string_view option);
+
+/// Makes `folder` with its parents where it is missing, and then requires it to be writable.
+void MakeWritableFolder(const std::filesystem::path& folder, std::string_view option);
+
+/// Fails with wrong usage when `file` exists and cannot be written.
+void RequireWritableWhenPresent(const std::filesystem::path& file, std::string_view option);
+
+/// Makes `file` anew, byte for byte. `option` names it in errors; fails with wrong usage that tells the reason.
+std::ofstream OpenForWriting(const std::filesystem::path& file, std::string_view option);
+
+}  // namespace zt::telemetry::host

@@ -1,0 +1,27 @@
+#include "host/plugin_library.h"
+
+#include <dlfcn.h>
+
+#include "host/failure.h"
+#include "host/files.h"
+
+namespace zt::telemetry::host {
+
+const char kPluginSuffix[] = ".so";
+
+void PluginLibrary::Release::operator()(void* handle) const {
+  ::dlclose(handle);
+}
+
+PluginLibrary::PluginLibrary(const std::filesystem::path& file)
+    : handle_(::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+  if (handle_ != nullptr) return;
+  const char* const reason = ::dlerror();
+  throw WrongUsage("cannot load the plugin " + ToText(file) + ": " + (reason != nullptr ? reason : "no reason given"));
+}
+
+void* PluginLibrary::Find(const char* name) const {
+  return ::dlsym(handle_.get(), name);
+}
+
+}  // namespace zt::telemetry::host

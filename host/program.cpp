@@ -1,0 +1,66 @@
+#include "host/program.h"
+
+#include <algorithm>
+#include <exception>
+#include <iomanip>
+
+#include "host/collect.h"
+#include "host/command_line.h"
+#include "host/failure.h"
+#include "host/machine_choice.h"
+#include "host/seed/seed.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+constexpr char kNoMachines[] = "This build samples the machine it runs on; it has no simulated machines.";
+
+// Runs a command; one operation for each kind.
+class Runner {
+ public:
+  Runner(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
+
+  int operator()(const CollectCommand& command) const { return Collect(command, out_, err_); }
+
+  int operator()(const SeedCommand& command) const {
+    Seed(command, err_);
+    return kExitDone;
+  }
+
+  int operator()(const MachinesCommand&) const {
+    const std::vector<ShippedMachine> machines = ShippedMachines();
+    if (machines.empty()) out_ << kNoMachines << std::endl;
+    std::size_t width = 0;
+    for (const ShippedMachine& machine : machines) width = std::max(width, machine.name.size());
+    for (const ShippedMachine& machine : machines) {
+      out_ << std::left << std::setw(static_cast<int>(width)) << machine.name << "  " << machine.description
+           << std::endl;
+    }
+    return kExitDone;
+  }
+
+  int operator()(const ShowTextCommand& command) const {
+    out_ << command.text << std::flush;
+    return kExitDone;
+  }
+
+ private:
+  std::ostream& out_;
+  std::ostream& err_;
+};
+
+}  // namespace
+
+int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+  try {
+    return std::visit(Runner(out, err), ReadCommandLine(arguments));
+  } catch (const Failure& failure) {
+    err << "zt-telemetry-host: " << failure.what() << std::endl;
+    return failure.ExitCode();
+  } catch (const std::exception& error) {
+    err << "zt-telemetry-host: unexpected failure: " << error.what() << std::endl;
+    return kExitFailed;
+  }
+}
+
+}  // namespace zt::telemetry::host

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zt::telemetry::host {
+
+/// The command line without the program's own name, UTF-8. `count` and `values` are those of `main`.
+std::vector<std::string> ProgramArguments(int count, char** values);
+
+/// The file of the running program, absolute.
+std::filesystem::path ProgramFile();
+
+/// A path as a person wrote it, UTF-8. Where the program runs on another system's file names (a Windows program on a
+/// Unix machine), rooted paths are that system's.
+std::filesystem::path PathFromText(std::string_view text);
+
+/// As long as it lives, what the program writes to its standard streams arrives byte for byte, and a console shows it
+/// as UTF-8.
+class Utf8Streams {
+ public:
+  Utf8Streams();
+  ~Utf8Streams();
+  Utf8Streams(const Utf8Streams&) = delete;
+  Utf8Streams& operator=(const Utf8Streams&) = delete;
+
+ private:
+  unsigned int previous_code_page_ = 0;
+};
+
+}  // namespace zt::telemetry::host

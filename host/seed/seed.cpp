@@ -1,0 +1,78 @@
+#include "host/seed/seed.h"
+
+#include <cstdint>
+#include <string>
+
+#include "host/failure.h"
+#include "host/files.h"
+#include "host/seed/network_simulation.h"
+#include "host/seed/sample_writer.h"
+#include "host/seed/thermal_simulation.h"
+#include "host/utc_time.h"
+#include "host/views/figures.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+namespace chrono = std::chrono;
+
+constexpr char kDatabaseName[] = "ssm.db";
+constexpr std::uint32_t kMinutesPerHour = 60;
+// The form of a sample's time has four digits for the year.
+constexpr chrono::sys_days kEarliest = chrono::year{1} / chrono::January / 1;
+// Keeps the two kinds of samples apart although both start from one number.
+constexpr std::uint64_t kNetworkSeedOffset = 0x5EED;
+
+chrono::sys_seconds FirstSampleTime(const SeedCommand& command) {
+  const auto until = command.until.value_or(chrono::floor<chrono::seconds>(chrono::system_clock::now()));
+  const auto first = until - chrono::hours(command.hours);
+  if (first >= kEarliest) return first;
+  throw WrongUsage("--until " + FormatUtcTime(until) + ": " + std::to_string(command.hours) +
+                   " hours of samples would begin before the year 1");
+}
+
+// A line on a stream each time another tenth is done.
+class Progress {
+ public:
+  Progress(std::ostream& stream, std::uint64_t total) : stream_(stream), total_(total) {}
+
+  void Done(std::uint64_t done) {
+    constexpr std::uint64_t kParts = 10;
+    const std::uint64_t part = done * kParts / total_;
+    if (part == shown_) return;
+    shown_ = part;
+    stream_ << "seed: " << part * 100 / kParts << " %, " << GroupDigits(std::to_string(done)) << " of "
+            << GroupDigits(std::to_string(total_)) << " minutes" << std::endl;
+  }
+
+ private:
+  std::ostream& stream_;
+  std::uint64_t total_;
+  std::uint64_t shown_ = 0;
+};
+
+}  // namespace
+
+void Seed(const SeedCommand& command, std::ostream& progress) {
+  const chrono::sys_seconds first = FirstSampleTime(command);
+  const std::uint64_t minutes = std::uint64_t{command.hours} * kMinutesPerHour;
+  MakeWritableFolder(command.database_dir, "--database-dir");
+  const std::filesystem::path database = command.database_dir / kDatabaseName;
+
+  SampleWriter writer(database);
+  ThermalSimulation thermal(command.random_seed);
+  NetworkSimulation network(command.random_seed + kNetworkSeedOffset, command.interfaces);
+  Progress shown(progress, minutes);
+  for (std::uint64_t minute = 0; minute < minutes; ++minute) {
+    const chrono::sys_seconds time = first + chrono::minutes(minute);
+    writer.Add(thermal.Next(time));
+    for (const NetworkSample& sample : network.Next(time)) writer.Add(sample);
+    shown.Done(minute + 1);
+  }
+  writer.Commit();
+  progress << "seed: " << GroupDigits(std::to_string(minutes)) << " thermal and "
+           << GroupDigits(std::to_string(minutes * command.interfaces)) << " network samples from "
+           << FormatUtcTime(first) << " on are in " << ToText(database) << std::endl;
+}
+
+}  // namespace zt::telemetry::host

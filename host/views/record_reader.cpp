@@ -1,0 +1,184 @@
+#include "host/views/record_reader.h"
+
+#include <google/protobuf/text_format.h>
+
+#include <algorithm>
+
+#include "host/views/figures.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+using google::protobuf::FieldDescriptor;
+using google::protobuf::Message;
+
+constexpr std::size_t kLongestListText = 16;  // longer texts of a list (hashes) are shown by their beginning
+
+// A field in the message that directly holds it; null descriptor when there is none.
+struct Place {
+  const Message* message = nullptr;
+  const FieldDescriptor* field = nullptr;
+};
+
+Place Follow(const Message& message, std::string_view path) {
+  const std::size_t dot = path.find('.');
+  const FieldDescriptor* const field = message.GetDescriptor()->FindFieldByName(std::string(path.substr(0, dot)));
+  if (field == nullptr || dot == std::string_view::npos) return {&message, field};
+  if (field->cpp_type() != FieldDescriptor::CPPTYPE_MESSAGE || field->is_repeated()) return {};
+  return Follow(message.GetReflection()->GetMessage(message, field), path.substr(dot + 1));
+}
+
+bool IsSet(const Place& place) {
+  if (place.field == nullptr) return false;
+  const auto* const reflection = place.message->GetReflection();
+  if (place.field->is_repeated()) return reflection->FieldSize(*place.message, place.field) > 0;
+  return reflection->HasField(*place.message, place.field);
+}
+
+bool IsNumber(const FieldDescriptor& field) {
+  switch (field.cpp_type()) {
+    case FieldDescriptor::CPPTYPE_INT32:
+    case FieldDescriptor::CPPTYPE_INT64:
+    case FieldDescriptor::CPPTYPE_UINT32:
+    case FieldDescriptor::CPPTYPE_UINT64:
+    case FieldDescriptor::CPPTYPE_FLOAT:
+    case FieldDescriptor::CPPTYPE_DOUBLE:
+      return true;
+    default:
+      return false;
+  }
+}
+
+double NumberAt(const Place& place) {
+  const auto* const reflection = place.message->GetReflection();
+  switch (place.field->cpp_type()) {
+    case FieldDescriptor::CPPTYPE_INT32:
+      return reflection->GetInt32(*place.message, place.field);
+    case FieldDescriptor::CPPTYPE_INT64:
+      return static_cast<double>(reflection->GetInt64(*place.message, place.field));
+    case FieldDescriptor::CPPTYPE_UINT32:
+      return reflection->GetUInt32(*place.message, place.field);
+    case FieldDescriptor::CPPTYPE_UINT64:
+      return static_cast<double>(reflection->GetUInt64(*place.message, place.field));
+    case FieldDescriptor::CPPTYPE_FLOAT:
+      return reflection->GetFloat(*place.message, place.field);
+    default:
+      return reflection->GetDouble(*place.message, place.field);
+  }
+}
+
+// A value in the contract's own notation; `index` is -1 for a singular field.
+std::string PlainText(const Place& place, int index) {
+  const auto* const reflection = place.message->GetReflection();
+  if (place.field->cpp_type() == FieldDescriptor::CPPTYPE_STRING) {
+    return index < 0 ? reflection->GetString(*place.message, place.field)
+                     : reflection->GetRepeatedString(*place.message, place.field, index);
+  }
+  google::protobuf::TextFormat::Printer printer;
+  printer.SetSingleLineMode(true);
+  std::string text;
+  printer.PrintFieldValueToString(*place.message, place.field, index, &text);
+  return text;
+}
+
+std::string Shortened(const std::string& text) {
+  return text.size() <= kLongestListText ? text : text.substr(0, kLongestListText) + "…";
+}
+
+std::string EntryText(const Message& entry, std::string_view unit) {
+  std::string texts;
+  std::string numbers;
+  std::vector<const FieldDescriptor*> fields;
+  entry.GetReflection()->ListFields(entry, &fields);
+  for (const FieldDescriptor* field : fields) {
+    const Place place{&entry, field};
+    if (IsNumber(*field)) {
+      numbers.append(" ").append(NumberText(NumberAt(place))).append(unit);
+    } else {
+      texts.append(" ").append(Shortened(PlainText(place, -1)));
+    }
+  }
+  const std::string text = texts + numbers;
+  return text.empty() ? text : text.substr(1);
+}
+
+std::string ListText(const Place& place, std::string_view unit) {
+  std::string text;
+  const auto* const reflection = place.message->GetReflection();
+  const bool messages = place.field->cpp_type() == FieldDescriptor::CPPTYPE_MESSAGE;
+  for (int i = 0; i < reflection->FieldSize(*place.message, place.field); ++i) {
+    if (i > 0) text += ", ";
+    text += messages ? EntryText(reflection->GetRepeatedMessage(*place.message, place.field, i), unit)
+                     : PlainText(place, i);
+  }
+  return text;
+}
+
+std::string ScalarText(const Place& place, const Figure& figure) {
+  const std::string unit(figure.unit);
+  const bool number = IsNumber(*place.field);
+  if (number && figure.form == Form::kNumber) return NumberText(NumberAt(place)) + unit;
+  if (number && figure.form == Form::kMinutes) return MinutesText(NumberAt(place));
+  if (number && figure.form == Form::kKibibytes) return KibibytesText(NumberAt(place));
+  if (number && figure.form == Form::kBytes) return BytesText(NumberAt(place));
+  const auto* const reflection = place.message->GetReflection();
+  if (place.field->cpp_type() == FieldDescriptor::CPPTYPE_UINT32 && figure.form == Form::kSigned) {
+    return NumberText(static_cast<std::int32_t>(reflection->GetUInt32(*place.message, place.field))) + unit;
+  }
+  if (place.field->cpp_type() == FieldDescriptor::CPPTYPE_BOOL && figure.form == Form::kYesNo) {
+    return reflection->GetBool(*place.message, place.field) ? "yes" : "no";
+  }
+  return PlainText(place, -1) + unit;
+}
+
+void AddOtherFields(const Message& message, const std::string& prefix, const std::vector<std::string_view>& known,
+                    std::vector<std::pair<std::string, std::string>>& others) {
+  std::vector<const FieldDescriptor*> fields;
+  message.GetReflection()->ListFields(message, &fields);
+  for (const FieldDescriptor* field : fields) {
+    const std::string path = prefix + field->name();
+    if (std::find(known.begin(), known.end(), path) != known.end()) continue;
+    const Place place{&message, field};
+    const bool holds_known =
+        std::any_of(known.begin(), known.end(), [&](std::string_view name) { return name.starts_with(path + "."); });
+    if (holds_known && !field->is_repeated()) {
+      AddOtherFields(message.GetReflection()->GetMessage(message, field), path + ".", known, others);
+    } else {
+      others.emplace_back(path, field->is_repeated() ? ListText(place, "") : PlainText(place, -1));
+    }
+  }
+}
+
+}  // namespace
+
+std::optional<std::string> FigureText(const Message& message, const Figure& figure) {
+  const Place place = Follow(message, figure.path);
+  if (figure.form == Form::kOmitted || !IsSet(place)) return std::nullopt;
+  return place.field->is_repeated() ? ListText(place, figure.unit) : ScalarText(place, figure);
+}
+
+std::string TextAt(const Message& message, std::string_view path) {
+  return FigureText(message, {path, path}).value_or("");
+}
+
+std::vector<const Message*> MessagesAt(const Message& message, std::string_view path) {
+  if (path.empty()) return {&message};
+  const Place place = Follow(message, path);
+  if (!IsSet(place) || place.field->cpp_type() != FieldDescriptor::CPPTYPE_MESSAGE) return {};
+  const auto* const reflection = place.message->GetReflection();
+  if (!place.field->is_repeated()) return {&reflection->GetMessage(*place.message, place.field)};
+  std::vector<const Message*> messages;
+  for (int i = 0; i < reflection->FieldSize(*place.message, place.field); ++i) {
+    messages.push_back(&reflection->GetRepeatedMessage(*place.message, place.field, i));
+  }
+  return messages;
+}
+
+std::vector<std::pair<std::string, std::string>> OtherFields(const Message& message,
+                                                             const std::vector<std::string_view>& known) {
+  std::vector<std::pair<std::string, std::string>> others;
+  AddOtherFields(message, "", known, others);
+  return others;
+}
+
+}  // namespace zt::telemetry::host

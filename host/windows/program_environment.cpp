@@ -1,0 +1,71 @@
+#include "host/program_environment.h"
+
+#include <windows.h>
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+#include <stdio.h>
+
+#include <memory>
+#include <system_error>
+
+#include "zt/text/wide_text.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+struct LocalFreeDeleter {
+  void operator()(wchar_t** memory) const { ::LocalFree(memory); }
+};
+
+// Wine tells itself by a function that Windows does not have.
+bool RunsUnderWine() {
+  const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
+  return system != nullptr && ::GetProcAddress(system, "wine_get_version") != nullptr;
+}
+
+}  // namespace
+
+std::vector<std::string> ProgramArguments(int, char**) {
+  int count = 0;
+  const std::unique_ptr<wchar_t*, LocalFreeDeleter> values(::CommandLineToArgvW(::GetCommandLineW(), &count));
+  std::vector<std::string> arguments;
+  for (int i = 1; values != nullptr && i < count; ++i) arguments.push_back(text::ToUtf8(values.get()[i]));
+  return arguments;
+}
+
+std::filesystem::path ProgramFile() {
+  std::wstring file(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = ::GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
+    if (length == 0) {
+      throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), "GetModuleFileNameW");
+    }
+    if (length < file.size()) {
+      file.resize(length);
+      return file;
+    }
+    file.resize(file.size() * 2);
+  }
+}
+
+// Wine shows the Unix machine's files on drive Z:. A path that starts with a slash is one of them, whatever the current
+// drive is.
+std::filesystem::path PathFromText(std::string_view text) {
+  const std::wstring path = text::ToWide(text);
+  const bool rooted = path.starts_with(L'/') && !path.starts_with(L"//");
+  return rooted && RunsUnderWine() ? L"Z:" + path : path;
+}
+
+Utf8Streams::Utf8Streams() : previous_code_page_(::GetConsoleOutputCP()) {
+  ::SetConsoleOutputCP(CP_UTF8);
+  ::_setmode(::_fileno(stdout), _O_BINARY);
+  ::_setmode(::_fileno(stderr), _O_BINARY);
+}
+
+// A process without a console has no code page to give back.
+Utf8Streams::~Utf8Streams() {
+  if (previous_code_page_ != 0) ::SetConsoleOutputCP(previous_code_page_);
+}
+
+}  // namespace zt::telemetry::host
