@@ -24,7 +24,6 @@ constexpr const char* kBeginToRead = "BEGIN; SELECT 1 FROM main.sqlite_master LI
 // Columns of the answers to EXPLAIN QUERY PLAN and PRAGMA table_list.
 constexpr int kPlanDetail = 3;
 constexpr int kTableType = 2;
-constexpr int kTableIsStrict = 5;
 
 std::string Quoted(std::string_view name) {
   std::string quoted = "\"";
@@ -48,41 +47,31 @@ bool PlanKeepsTheOrderOfTheRows(sqlite3* database) {
   return outcome == SQLITE_DONE;
 }
 
-struct TableKind {
-  bool ordinary = false;
-  bool strict = false;
-};
-
 // A view or a virtual table has no rows of its own whose order a copy could keep.
-TableKind ReadTableKind(sqlite3* database, const std::string& table) {
+bool IsOrdinaryTable(sqlite3* database, const std::string& table) {
   const Statement list = Prepare(database, "PRAGMA main.table_list(" + Quoted(table) + ");");
-  if (!list || sqlite3_step(list.get()) != SQLITE_ROW) return {};
+  if (!list || sqlite3_step(list.get()) != SQLITE_ROW) return false;
   const char* type = ColumnText(list.get(), kTableType);
-  return {type != nullptr && std::string_view(type) == "table", sqlite3_column_int(list.get(), kTableIsStrict) != 0};
+  return type != nullptr && std::string_view(type) == "table";
 }
 
-// Name, type and collation of a column: all that decides how its values compare. Empty on failure.
-std::string ColumnDefinition(sqlite3* database, const std::string& table, const char* name, bool strict) {
-  const char* type = nullptr;
+// Name and collation, all that decides how a stored value compares. A type would only convert values on their way in,
+// which their own table has done already. Empty on failure.
+std::string ColumnDefinition(sqlite3* database, const std::string& table, const char* name) {
   const char* collation = nullptr;
-  if (name == nullptr || sqlite3_table_column_metadata(database, "main", table.c_str(), name, &type, &collation,
+  if (name == nullptr || sqlite3_table_column_metadata(database, "main", table.c_str(), name, nullptr, &collation,
                                                        nullptr, nullptr, nullptr) != SQLITE_OK) {
     return {};
   }
-  std::string definition = Quoted(name);
-  // In a strict table ANY keeps values as they are; elsewhere the same word would turn texts into numbers.
-  const bool untyped = type == nullptr || *type == '\0' || (strict && sqlite3_stricmp(type, "ANY") == 0);
-  if (!untyped) definition += " " + Quoted(type);
-  if (collation != nullptr) definition += " COLLATE " + Quoted(collation);
-  return definition;
+  return collation == nullptr ? Quoted(name) : Quoted(name) + " COLLATE " + Quoted(collation);
 }
 
 // Definitions of all columns, with commas; empty on failure. Generated columns become plain ones.
-std::string ColumnDefinitions(sqlite3* database, const std::string& table, bool strict) {
+std::string ColumnDefinitions(sqlite3* database, const std::string& table) {
   const Statement columns = Prepare(database, "SELECT * FROM main." + Quoted(table) + ";");
   std::string definitions;
   for (int i = 0; i < sqlite3_column_count(columns.get()); ++i) {
-    const std::string definition = ColumnDefinition(database, table, sqlite3_column_name(columns.get(), i), strict);
+    const std::string definition = ColumnDefinition(database, table, sqlite3_column_name(columns.get(), i));
     if (definition.empty()) return {};
     definitions += (i == 0 ? "" : ", ") + definition;
   }
@@ -90,9 +79,8 @@ std::string ColumnDefinitions(sqlite3* database, const std::string& table, bool 
 }
 
 bool CopyTable(sqlite3* database, const std::string& table) {
-  const TableKind kind = ReadTableKind(database, table);
-  if (!kind.ordinary) return false;
-  const std::string definitions = ColumnDefinitions(database, table, kind.strict);
+  if (!IsOrdinaryTable(database, table)) return false;
+  const std::string definitions = ColumnDefinitions(database, table);
   if (definitions.empty()) return false;
   const std::string name = Quoted(table);
   // Without an index, so that the copy has the rows in the table's own order.

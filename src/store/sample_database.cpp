@@ -58,11 +58,20 @@ int ReadRows(sqlite3* database, const std::string& query_text, SummaryRowsBySour
   return outcome;
 }
 
-int RunSummaryQueryOnCopies(const std::string& path, SummaryRowsBySource* result) {
+enum class CopiesOutcome { kSummarised, kBusy, kFailed };
+
+CopiesOutcome FailureOf(int code) {
+  return (code & kPrimaryCodeMask) == SQLITE_BUSY ? CopiesOutcome::kBusy : CopiesOutcome::kFailed;
+}
+
+CopiesOutcome RunSummaryQueryOnCopies(const std::string& path, SummaryRowsBySource* result) {
   const Database database = Open(path);
-  if (!database) return SQLITE_CANTOPEN;
-  if (!MakeSampleCopies(database.get())) return sqlite3_errcode(database.get());
-  return ReadRows(database.get(), kSummaryQuery, result);
+  if (!database) return CopiesOutcome::kFailed;
+  if (!MakeSampleCopies(database.get())) return FailureOf(sqlite3_errcode(database.get()));
+  const int end = ReadRows(database.get(), kSummaryQuery, result);
+  // An error of the query's own, such as bytes where JSON wants a text, ends it over the tables just so.
+  const bool same_over_tables = end == SQLITE_DONE || end == SQLITE_ERROR;
+  return same_over_tables ? CopiesOutcome::kSummarised : FailureOf(end);
 }
 
 void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
@@ -79,10 +88,10 @@ void QuerySampleSummaries(const std::string& db_path, const std::string& query_t
   int busy_timeout_ms = kBusyTimeoutMs;
   if (query_text == kSummaryQuery) {
     SummaryRowsBySource rows;
-    const int outcome = RunSummaryQueryOnCopies(db_path, &rows);
-    if (outcome == SQLITE_DONE) return Append(std::move(rows), result);
+    const CopiesOutcome outcome = RunSummaryQueryOnCopies(db_path, &rows);
+    if (outcome == CopiesOutcome::kSummarised) return Append(std::move(rows), result);
     // The time to wait for a writer is used up.
-    if ((outcome & kPrimaryCodeMask) == SQLITE_BUSY) busy_timeout_ms = kNoWait;
+    if (outcome == CopiesOutcome::kBusy) busy_timeout_ms = kNoWait;
   }
   // A connection of its own: the failed one may hold copies, or a transaction.
   const Database database = Open(db_path, busy_timeout_ms);

@@ -1,0 +1,255 @@
+// The summary query over copies gives what it gives over the tables themselves, row map by row map.
+#include <algorithm>
+#include <functional>
+#include <random>
+
+#include "store/store_test.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+constexpr int kHours = 12;
+
+/// Samples of a few hours with everything that a writer may leave in them, in a random order of time.
+class RandomSamples {
+ public:
+  explicit RandomSamples(unsigned seed) : random_(seed) {}
+
+  void Fill(tests::SampleStore& store, int rows) {
+    store.Execute("BEGIN");
+    for (int i = 0; i < rows; ++i) {
+      store.AddThermal(Time(), {{"cpu_temp", Reading()}, {"fan1_current_tach_speed", Reading()}});
+      store.AddNetwork(Time(), {{"interface_device_id", OneOf({"'{A}'", "'{a}'", "'{B}'", "'{C}'", "NULL"})},
+                                {"network_trust_level", OneOf({"'Public'", "'Private'", "NULL", "char(0)", "'ü\"'"})},
+                                {"is_managed", OneOf({"0", "1", "NULL"})},
+                                {"channel", OneOf({"1", "36", "149", "'36'", "NULL"})},
+                                {"radio_type", OneOf({"'802.11ax'", "CAST(x'41FF' AS TEXT)", "NULL"})},
+                                {"rx_rate", Reading()},
+                                {"signal_strength", Reading()},
+                                {"bytes_received", OneOf({"4294967296", "-1", "0", "1.5"})},
+                                {"is_vpn_connected", OneOf({"0", "1", "NULL"})},
+                                {"has_network_access", OneOf({"0", "1", "'yes'"})},
+                                {"profile_name_hash", OneOf({"x'AB'", "x'CD00'", "x''", "'text'", "NULL", "7"})},
+                                {"profile_authentication", OneOf({"'WPA2'", "'wpa2'", "'Open'", "NULL"})},
+                                {"profile_encryption", OneOf({"'AES'", "'None'"})}});
+    }
+    store.Execute("COMMIT");
+  }
+
+ private:
+  unsigned Next(unsigned bound) { return static_cast<unsigned>(random_()) % bound; }
+  std::string OneOf(std::initializer_list<const char*> literals) {
+    return *(literals.begin() + Next(static_cast<unsigned>(literals.size())));
+  }
+  std::string Time() {
+    if (Next(50) == 0) return "unreadable";
+    const auto two_digits = [&](unsigned bound) { return std::to_string(100 + Next(bound)).substr(1); };
+    return "2026-03-07" + std::string(OneOf({"T", " "})) + two_digits(kHours) + ":" + two_digits(60) + ":" +
+           two_digits(60) + OneOf({"", ".123Z", "+01:00"});
+  }
+  std::string Reading() { return Next(20) == 0 ? "NULL" : std::to_string(Next(100000)) + "e-3"; }
+
+  std::mt19937 random_;
+};
+
+class LinearSummaryTest : public StoreTest {
+ protected:
+  void ExpectSameAsPlain() const {
+    const SummaryRowsBySource plain = QueryPlainly(path_);
+    EXPECT_EQ(Query(), plain);
+    EXPECT_FALSE(plain.empty());
+  }
+};
+
+class SeededLinearSummaryTest : public LinearSummaryTest, public testing::WithParamInterface<unsigned> {};
+
+TEST_P(SeededLinearSummaryTest, ThousandsOfShuffledSamplesGiveTheSameRows) {
+  tests::SampleStore store = NewStore();
+  RandomSamples(GetParam()).Fill(store, 2000);
+  ExpectSameAsPlain();
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SeededLinearSummaryTest, testing::Values(1U, 20U, 300U));
+
+/// A change to how the host defines its tables.
+struct Definition {
+  const char* name;
+  std::function<void(tests::SampleStore&)> create;
+};
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return text.replace(at, from.size(), to);
+}
+
+std::string WithoutTypes(const std::string& columns) {
+  std::string result;
+  for (std::size_t start = 0; start < columns.size();) {
+    const std::size_t end = std::min(columns.find(", ", start), columns.size());
+    const std::string column = columns.substr(start, end - start);
+    result += (start == 0 ? "" : ", ") + column.substr(0, column.find(' '));
+    start = end + 2;
+  }
+  return result;
+}
+
+void CreateWithNetworkColumns(tests::SampleStore& store, const std::string& columns, const char* options = "") {
+  store.Execute(std::string("CREATE TABLE ThermalData(") + tests::kThermalColumns + ")");
+  store.Execute("CREATE TABLE NetworkData(" + columns + ")" + options);
+}
+
+const std::string kColumns = tests::kNetworkColumns;
+const std::string kInterface = "interface_device_id TEXT";
+const std::string kKey = "id INTEGER PRIMARY KEY AUTOINCREMENT, ";
+
+void CreateWithStatement(tests::SampleStore& store, const char* sql) {
+  store.CreateTables();
+  store.Execute(sql);
+}
+
+const Definition kDefinitions[] = {
+    {"ColumnsWithoutTypes",
+     [](auto& store) { store.CreateTables(WithoutTypes(tests::kThermalColumns), WithoutTypes(kColumns)); }},
+    {"InterfacesThatIgnoreCase",
+     [](auto& store) {
+       CreateWithNetworkColumns(store, Replaced(kColumns, kInterface, kInterface + " COLLATE NOCASE"));
+     }},
+    {"ProfilesThatIgnoreCase",
+     [](auto& store) {
+       CreateWithNetworkColumns(
+           store, Replaced(kColumns, "profile_authentication TEXT", "profile_authentication TEXT COLLATE NOCASE"));
+     }},
+    {"TimesAndFlagsAsTexts",
+     [](auto& store) {
+       CreateWithNetworkColumns(store, Replaced(Replaced(kColumns, "channel INTEGER", "channel TEXT COLLATE NOCASE"),
+                                                "is_vpn_connected INTEGER", "is_vpn_connected TEXT"));
+     }},
+    {"AKeyWithoutRowIds",
+     [](auto& store) {
+       CreateWithNetworkColumns(store, Replaced(kColumns, kKey, "id BLOB DEFAULT (randomblob(8)) PRIMARY KEY, "),
+                                " WITHOUT ROWID");
+     }},
+    {"AKeyOfInterfacesWithoutRowIds",
+     [](auto& store) {
+       CreateWithNetworkColumns(store,
+                                Replaced(kColumns, kKey, "id BLOB DEFAULT (randomblob(8)), ") +
+                                    ", salt BLOB DEFAULT (randomblob(8)), "
+                                    "PRIMARY KEY(interface_device_id, profile_name_hash, salt)",
+                                " WITHOUT ROWID");
+       store.Execute(
+           "CREATE TRIGGER no_null BEFORE INSERT ON NetworkData WHEN NEW.interface_device_id IS NULL OR "
+           "NEW.profile_name_hash IS NULL BEGIN SELECT RAISE(IGNORE); END");
+     }},
+    {"GeneratedColumns",
+     [](auto& store) {
+       CreateWithNetworkColumns(store, Replaced(kColumns, "profile_encryption TEXT",
+                                                "profile_encryption TEXT, total INTEGER AS (bytes_sent + "
+                                                "bytes_received), stored TEXT AS (upper(radio_type)) STORED"));
+     }},
+    {"ChecksAndDefaults",
+     [](auto& store) {
+       CreateWithNetworkColumns(store, kColumns + ", noted TEXT DEFAULT CURRENT_TIMESTAMP CHECK(noted <> '')");
+     }},
+    {"AHugeColumnBesideTheReadings",
+     [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", raw BLOB DEFAULT (randomblob(20000))"); }},
+    {"AColumnNamedLikeTheHour",
+     [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", hour_window TEXT DEFAULT 'x'"); }},
+    {"AColumnNamedWithQuotes",
+     [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", \"a \"\"quoted\"\" name\" TEXT DEFAULT 'x'"); }},
+    {"TablesNamedInAnotherCase",
+     [](auto& store) {
+       store.CreateTables();
+       store.Execute("ALTER TABLE NetworkData RENAME TO n");
+       store.Execute("ALTER TABLE n RENAME TO NETWORKDATA");
+     }},
+    {"AnIndexOnTheTime", [](auto& store) { CreateWithStatement(store, "CREATE INDEX i ON NetworkData(date_time)"); }},
+    {"AnIndexOnTheInterface",
+     [](auto& store) { CreateWithStatement(store, "CREATE INDEX i ON NetworkData(interface_device_id, rx_rate)"); }},
+    {"AnIndexOnTheProfiles",
+     [](auto& store) {
+       CreateWithStatement(store,
+                           "CREATE INDEX i ON NetworkData(profile_encryption, profile_authentication, "
+                           "profile_name_hash, interface_device_id, date_time)");
+     }},
+    {"AnIndexOfInterestingRows",
+     [](auto& store) {
+       CreateWithStatement(store,
+                           "CREATE INDEX i ON NetworkData(profile_name_hash) WHERE interface_device_id IS NOT NULL");
+     }},
+    {"AViewWithAnOrderOfItsOwn",
+     [](auto& store) {
+       CreateWithNetworkColumns(store, kColumns);
+       store.Execute("ALTER TABLE NetworkData RENAME TO Samples");
+       store.Execute("CREATE VIEW NetworkData AS SELECT * FROM Samples ORDER BY rx_rate");
+       store.Execute(
+           "CREATE TRIGGER into_samples INSTEAD OF INSERT ON NetworkData BEGIN INSERT INTO Samples SELECT "
+           "NULL, NEW.date_time, NEW.interface_device_id, NEW.network_trust_level, NEW.is_managed, "
+           "NEW.channel, NEW.radio_type, NEW.nominal_speed, NEW.tx_rate, NEW.rx_rate, NEW.signal_strength, "
+           "NEW.bytes_received, NEW.bytes_sent, NEW.co_channel_interference_count, "
+           "NEW.adjacent_channel_interference_count, NEW.is_vpn_connected, NEW.has_network_access, "
+           "NEW.has_internet_access, NEW.tcp_ipv4_current_connections, NEW.tcp_ipv4_failed_connections, "
+           "NEW.tcp_ipv4_errors_received, NEW.tcp_ipv6_failed_connections, NEW.profile_name_hash, "
+           "NEW.profile_authentication, NEW.profile_encryption; END");
+     }},
+    {"TextsInUtf16",
+     [](auto& store) {
+       store.Execute("PRAGMA encoding='UTF-16le'");
+       store.CreateTables();
+     }},
+};
+
+class DefinitionLinearSummaryTest : public LinearSummaryTest, public testing::WithParamInterface<Definition> {};
+
+TEST_P(DefinitionLinearSummaryTest, GivesTheSameRows) {
+  tests::SampleStore store(path_);
+  GetParam().create(store);
+  RandomSamples(5).Fill(store, 600);
+  ExpectSameAsPlain();
+}
+
+TEST_P(DefinitionLinearSummaryTest, GivesTheSameRowsAfterTheHostAnalysedItsTables) {
+  tests::SampleStore store(path_);
+  GetParam().create(store);
+  RandomSamples(6).Fill(store, 600);
+  store.Execute("ANALYZE");
+  ExpectSameAsPlain();
+}
+
+INSTANTIATE_TEST_SUITE_P(Tables, DefinitionLinearSummaryTest, testing::ValuesIn(kDefinitions),
+                         [](const auto& definition) { return definition.param.name; });
+
+TEST_F(LinearSummaryTest, AValueThatJsonCannotHoldStopsTheQueryAllTheSame) {
+  tests::SampleStore store = NewStore();
+  RandomSamples(7).Fill(store, 600);
+  store.AddNetwork("2026-03-07T06:30:00", {{"interface_device_id", "x'00'"}});
+  EXPECT_EQ(Query(), QueryPlainly(path_));
+  EXPECT_THAT(Query(), testing::IsEmpty());
+}
+
+TEST_F(LinearSummaryTest, ATimeThatMeansTheMomentOfReadingIsSummarisedAllTheSame) {
+  tests::SampleStore store = NewStore();
+  RandomSamples(8).Fill(store, 300);
+  store.AddNetwork("now");
+  SummaryRowsBySource before;
+  SummaryRowsBySource rows;
+  SummaryRowsBySource after;
+  do {
+    before = QueryPlainly(path_);
+    rows = Query();
+    after = QueryPlainly(path_);
+  } while (before != after);  // the hour ended in between
+  EXPECT_EQ(rows, before);
+  EXPECT_EQ(rows.at("network").size(), kHours + 2U);
+}
+
+TEST_F(LinearSummaryTest, ASampleThatWasDeletedInTheMiddleLeavesTheOrderOfTheOthers) {
+  tests::SampleStore store = NewStore();
+  RandomSamples(9).Fill(store, 600);
+  store.Execute("DELETE FROM NetworkData WHERE id % 3 = 0");
+  store.Execute("UPDATE NetworkData SET id = 5000 - id WHERE id % 5 = 0");
+  ExpectSameAsPlain();
+}
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples
