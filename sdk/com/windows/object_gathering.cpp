@@ -18,7 +18,7 @@ HRESULT GatherBatch(IEnumWbemClassObject& enumerator, std::chrono::milliseconds 
   objects.resize(before + kBatch);
   std::array<IWbemClassObject*, kBatch> batch{};
   const HRESULT status = enumerator.Next(static_cast<long>(wait.count()), kBatch, batch.data(), &received);
-  for (std::size_t i = 0; i < received; ++i) objects[before + i].Attach(batch[i]);
+  for (std::size_t i = 0; i < received; ++i) TakeOver(objects[before + i], batch[i]);
   objects.resize(before + received);
   return status;
 }

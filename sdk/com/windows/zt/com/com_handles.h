@@ -10,6 +10,12 @@ namespace zt::com {
 
 using Microsoft::WRL::ComPtr;
 
+/// Gives `pointer` the reference that a call handed out. (Attach of mingw-w64's ComPtr adds a reference of its own.)
+template <typename Interface>
+void TakeOver(ComPtr<Interface>& pointer, Interface* reference) {
+  *pointer.ReleaseAndGetAddressOf() = reference;
+}
+
 /// Owns a BSTR: the system's counted wide text.
 class Bstr {
  public:
