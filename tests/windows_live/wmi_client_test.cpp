@@ -1,0 +1,240 @@
+#include "zt/shared/wmi/wmi_client.h"
+
+#include <windows.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <regex>
+#include <string>
+#include <vector>
+
+// Queries to the WMI of this very system.
+namespace zt::tests {
+namespace {
+
+using shared::wmi::kPropertyNotFound;
+using shared::wmi::kTypeMismatch;
+using shared::wmi::ObserveQueries;
+using shared::wmi::WMIClient;
+using shared::wmi::WmiValue;
+using ::testing::ElementsAre;
+
+constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
+constexpr wchar_t kNoNamespace[] = LR"(\\.\root\no_such_namespace)";
+constexpr std::int32_t kInvalidQuery = static_cast<std::int32_t>(0x80041017);
+constexpr std::int32_t kInvalidClass = static_cast<std::int32_t>(0x80041010);
+constexpr std::int32_t kInvalidNamespace = static_cast<std::int32_t>(0x8004100E);
+
+MEMORYSTATUSEX SystemMemory() {
+  MEMORYSTATUSEX memory{};
+  memory.dwLength = sizeof(memory);
+  ::GlobalMemoryStatusEx(&memory);
+  return memory;
+}
+
+class WmiClientTest : public ::testing::Test {
+ protected:
+  // Runs a query with at least one row, and goes to the first.
+  void GoToRow(const std::wstring& wql) {
+    ASSERT_EQ(client_.ExecQuery(wql), 0);
+    ASSERT_TRUE(client_.Next());
+  }
+
+  template <typename T>
+  T Read(const std::wstring& property) {
+    T value{};
+    EXPECT_EQ(client_.GetValue(property, value), 0);
+    return value;
+  }
+
+  WmiValue Property(const std::wstring& property) {
+    WmiValue value;
+    EXPECT_EQ(client_.GetProperty(property, value), 0);
+    return value;
+  }
+
+  int CountRows() {
+    int rows = 0;
+    while (client_.Next()) ++rows;
+    return rows;
+  }
+
+  WMIClient client_{kNamespace};
+};
+
+TEST_F(WmiClientTest, TotalMemoryArrivesAsTextAndReadsAsANumber) {
+  GoToRow(L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem");
+  const WmiValue value = Property(L"TotalPhysicalMemory");
+  ASSERT_TRUE(std::holds_alternative<std::wstring>(value));
+  EXPECT_EQ(std::stoull(std::get<std::wstring>(value)), SystemMemory().ullTotalPhys);
+  EXPECT_EQ(Read<std::uint64_t>(L"TotalPhysicalMemory"), SystemMemory().ullTotalPhys);
+}
+
+TEST_F(WmiClientTest, TotalMemoryReadsAs32BitsOnlyWhereItFits) {
+  GoToRow(L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem");
+  constexpr std::uint32_t kUntouched = 7;
+  std::uint32_t value = kUntouched;
+  const std::int32_t status = client_.GetValue(L"TotalPhysicalMemory", value);
+  const bool fits = SystemMemory().ullTotalPhys <= 0xFFFFFFFF;
+  EXPECT_EQ(status, fits ? 0 : shared::wmi::kOverflow);
+  EXPECT_EQ(value, fits ? SystemMemory().ullTotalPhys : kUntouched);
+}
+
+TEST_F(WmiClientTest, EachMemoryModuleIsARow) {
+  ASSERT_EQ(client_.ExecQuery(L"SELECT Capacity, ConfiguredClockSpeed FROM Win32_PhysicalMemory"), 0);
+  int modules = 0;
+  for (; client_.Next(); ++modules) EXPECT_GT(Read<std::uint64_t>(L"Capacity"), 0U);
+  EXPECT_GE(modules, 1);
+}
+
+TEST_F(WmiClientTest, TheOperatingSystemIsOneRowWithItsMemory) {
+  GoToRow(L"SELECT FreePhysicalMemory, TotalVirtualMemorySize, FreeVirtualMemory FROM Win32_OperatingSystem");
+  EXPECT_GT(Read<std::uint64_t>(L"FreePhysicalMemory"), 0U);
+  EXPECT_LE(Read<std::uint64_t>(L"FreePhysicalMemory"), SystemMemory().ullTotalPhys / 1024);
+  EXPECT_GT(Read<std::uint64_t>(L"TotalVirtualMemorySize"), 0U);
+  EXPECT_GT(Read<std::uint64_t>(L"FreeVirtualMemory"), 0U);
+  EXPECT_FALSE(client_.Next());
+}
+
+TEST_F(WmiClientTest, A32BitNumberArrivesSigned) {
+  GoToRow(L"SELECT NumberOfProcessors FROM Win32_ComputerSystem");
+  EXPECT_TRUE(std::holds_alternative<std::int32_t>(Property(L"NumberOfProcessors")));
+  EXPECT_GE(Read<std::uint32_t>(L"NumberOfProcessors"), 1U);
+}
+
+TEST_F(WmiClientTest, A16BitNumberArrivesWidened) {
+  GoToRow(L"SELECT DomainRole FROM Win32_ComputerSystem");
+  EXPECT_TRUE(std::holds_alternative<std::int32_t>(Property(L"DomainRole")));
+}
+
+TEST_F(WmiClientTest, ABooleanArrivesAsOne) {
+  GoToRow(L"SELECT Primary FROM Win32_OperatingSystem");
+  EXPECT_EQ(Property(L"Primary"), WmiValue(true));
+  EXPECT_TRUE(Read<bool>(L"Primary"));
+}
+
+TEST_F(WmiClientTest, AMomentArrivesAsText) {
+  GoToRow(L"SELECT LastBootUpTime FROM Win32_OperatingSystem");
+  const std::string moment = Read<std::string>(L"LastBootUpTime");
+  EXPECT_TRUE(std::regex_match(moment, std::regex(R"(\d{14}\.\d{6}[+-]\d{3})"))) << moment;
+}
+
+TEST_F(WmiClientTest, AnArrayCannotBeHeld) {
+  ASSERT_EQ(client_.ExecQuery(L"SELECT IPAddress FROM Win32_NetworkAdapterConfiguration"), 0);
+  int arrays = 0;
+  while (client_.Next()) {
+    WmiValue value = std::int32_t{7};
+    const std::int32_t status = client_.GetProperty(L"IPAddress", value);
+    if (status == 0) {
+      EXPECT_TRUE(std::holds_alternative<shared::wmi::Null>(value));
+      continue;
+    }
+    EXPECT_EQ(status, kTypeMismatch);
+    EXPECT_EQ(value, WmiValue(std::int32_t{7}));
+    ++arrays;
+  }
+  EXPECT_GE(arrays, 1);
+}
+
+TEST_F(WmiClientTest, ATextThatIsNoNumberLeavesTheValue) {
+  GoToRow(L"SELECT Caption FROM Win32_OperatingSystem");
+  std::uint64_t untouched = 7;
+  EXPECT_EQ(client_.GetValue(L"Caption", untouched), kTypeMismatch);
+  EXPECT_EQ(untouched, 7U);
+  EXPECT_NE(Read<std::string>(L"Caption"), "");
+}
+
+TEST_F(WmiClientTest, BadSyntaxIsAnInvalidQuery) {
+  EXPECT_EQ(client_.ExecQuery(L"SELEKT Name FRUM Win32_OperatingSystem"), kInvalidQuery);
+  EXPECT_FALSE(client_.Next());
+}
+
+TEST_F(WmiClientTest, AnEmptyQueryFails) {
+  EXPECT_LT(client_.ExecQuery(L""), 0);
+  EXPECT_FALSE(client_.Next());
+}
+
+TEST_F(WmiClientTest, AnUnknownPropertyIsNotFoundAndLeavesTheValue) {
+  GoToRow(L"SELECT Caption FROM Win32_OperatingSystem");
+  WmiValue value = std::int32_t{7};
+  EXPECT_EQ(client_.GetProperty(L"NoSuchProperty", value), kPropertyNotFound);
+  EXPECT_EQ(value, WmiValue(std::int32_t{7}));
+}
+
+// Windows tells that it does not know the class, Wine does not.
+TEST_F(WmiClientTest, AnUnknownClassHasNoRows) {
+  EXPECT_THAT(client_.ExecQuery(L"SELECT Name FROM Win32_NoSuchClass"), ::testing::AnyOf(0, kInvalidClass));
+  EXPECT_FALSE(client_.Next());
+}
+
+TEST_F(WmiClientTest, BeforeTheFirstAndAfterTheLastRowThereIsNoProperty) {
+  ASSERT_EQ(client_.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem"), 0);
+  WmiValue value = std::int32_t{7};
+  EXPECT_EQ(client_.GetProperty(L"Caption", value), kPropertyNotFound);
+  EXPECT_TRUE(client_.Next());
+  EXPECT_FALSE(client_.Next());
+  EXPECT_EQ(client_.GetProperty(L"Caption", value), kPropertyNotFound);
+  EXPECT_FALSE(client_.Next());
+  EXPECT_EQ(value, WmiValue(std::int32_t{7}));
+}
+
+TEST_F(WmiClientTest, WithoutAQueryThereIsNoRow) {
+  EXPECT_FALSE(client_.Next());
+  std::string untouched = "text";
+  EXPECT_EQ(client_.GetValue(L"Caption", untouched), kPropertyNotFound);
+  EXPECT_EQ(untouched, "text");
+}
+
+TEST_F(WmiClientTest, ANewQueryDropsTheRowsBefore) {
+  GoToRow(L"SELECT Caption FROM Win32_OperatingSystem");
+  EXPECT_NE(client_.ExecQuery(L"SELEKT"), 0);
+  WmiValue value;
+  EXPECT_EQ(client_.GetProperty(L"Caption", value), kPropertyNotFound);
+  EXPECT_FALSE(client_.Next());
+}
+
+TEST_F(WmiClientTest, AFailedQueryDoesNotHarmTheNext) {
+  EXPECT_NE(client_.ExecQuery(L"SELEKT"), 0);
+  GoToRow(L"SELECT Caption FROM Win32_OperatingSystem");
+  EXPECT_NE(Read<std::string>(L"Caption"), "");
+}
+
+TEST_F(WmiClientTest, AProcessIsFoundByItsNumber) {
+  const std::wstring id = std::to_wstring(::GetCurrentProcessId());
+  GoToRow(L"SELECT ProcessId, Name FROM Win32_Process WHERE ProcessId = " + id);
+  EXPECT_EQ(Read<std::uint32_t>(L"ProcessId"), ::GetCurrentProcessId());
+  EXPECT_EQ(Read<std::string>(L"Name"), "windows_live_tests.exe");
+  EXPECT_FALSE(client_.Next());
+}
+
+TEST_F(WmiClientTest, EveryServiceIsARow) {
+  ASSERT_EQ(client_.ExecQuery(L"SELECT Name FROM Win32_Service"), 0);
+  const int services = CountRows();
+  EXPECT_GT(services, 1);
+  ASSERT_EQ(client_.ExecQuery(L"SELECT Name FROM Win32_Service"), 0);
+  EXPECT_EQ(CountRows(), services);
+}
+
+TEST_F(WmiClientTest, EveryQueryIsAnnouncedAsItIs) {
+  std::vector<std::wstring> announced;
+  ObserveQueries([&](const std::wstring& wql) { announced.push_back(wql); });
+  client_.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem");
+  client_.ExecQuery(L"SELEKT");
+  WMIClient(kNoNamespace).ExecQuery(L"SELECT Name FROM Win32_Service");
+  ObserveQueries(nullptr);
+  client_.ExecQuery(L"SELECT Name FROM Win32_Service");
+  EXPECT_THAT(announced,
+              ElementsAre(L"SELECT Caption FROM Win32_OperatingSystem", L"SELEKT", L"SELECT Name FROM Win32_Service"));
+}
+
+TEST(WmiClientWithoutNamespaceTest, EveryQueryHasTheStatusOfTheConnection) {
+  WMIClient client(kNoNamespace);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(client.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem"), kInvalidNamespace);
+    EXPECT_FALSE(client.Next());
+  }
+}
+
+}  // namespace
+}  // namespace zt::tests
