@@ -10,11 +10,12 @@
 
 #include "zt/zt_simulation_export.h"
 
-/// The simulated machine: facts of a machine, read from a JSON profile or built in code. What is left out does not exist.
-/// The meaning of each fact is that of the profile key of the same name (docs/machine-profile.md).
+/// The simulated machine: facts of a machine, read from a JSON profile or built in code. What is left out does not
+/// exist. The meaning of each fact is that of the profile key of the same name (docs/machine-profile.md).
 namespace zt::simulation {
 
-/// A single call that fails with the status of its interface (HRESULT, Win32 error, vendor result), as a 32-bit pattern.
+/// A single call that fails with the status of its interface (HRESULT, Win32 error, vendor result), as a 32-bit
+/// pattern.
 struct Failure {
   std::int32_t status = 0;
   bool operator==(const Failure&) const = default;
@@ -28,9 +29,9 @@ using Answer = std::variant<T, Failure>;
 template <typename T>
 using OptionalAnswer = std::optional<Answer<T>>;
 
-/// A clock that stands still.
+/// A clock and its zone.
 struct Clock {
-  std::int64_t utc_seconds = 0;  // since 1970
+  std::optional<std::int64_t> utc_seconds = 0;  // since 1970, standing still; absent: the real clock in this zone
   std::int32_t standard_offset_minutes = 0;
   std::int32_t local_offset_minutes = 0;
 };

@@ -1,0 +1,88 @@
+#include "simulation/profile.h"
+
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "simulation/reader/sections.h"
+
+namespace zt::simulation {
+namespace {
+
+using reader::To;
+using reader::Value;
+
+void ReadSerialNumber(const Value& value, std::optional<std::string>& serial_number) {
+  if (!value.ToJson().is_null()) Read(value.Or("null"), serial_number);
+}
+
+void ReadSmbios(const Value& value, Machine& machine) {
+  if (value.ToJson().is_null()) return;
+  ReadObject(value.Or("null"), {{"serial_number", [&](const Value& serial_number) {
+                                   ReadSerialNumber(serial_number, machine.smbios_serial_number);
+                                 }}});
+}
+
+void ReadRegistry(const Value& value, Machine& machine) {
+  for (const auto& [path, key] : value.Members()) {
+    Read(key, machine.registry.emplace_back(path, RegistryKey{}).second);
+  }
+}
+
+void ReadNpuReport(const Value& value, Machine& machine) {
+  const reader::Json& json = value.ToJson();
+  machine.npu_report = json.is_string() ? json.get<std::string>() : json.dump();
+}
+
+Machine ReadMachine(const Value& value) {
+  Machine machine;
+  ReadObject(value, {{"description", To(machine.description)},
+                     {"clock", To(machine.clock)},
+                     {"smbios", [&](const Value& smbios) { ReadSmbios(smbios, machine); }},
+                     {"power_status",
+                      [&](const Value& status) {
+                        ReadObject(status, {{"battery_flag", To(machine.battery_flag)}});
+                      }},
+                     {"batteries", To(machine.batteries)},
+                     {"sensors", To(machine.sensors)},
+                     {"wmi", To(machine.wmi)},
+                     {"private_bios", To(machine.private_bios)},
+                     {"nvml", To(machine.nvml)},
+                     {"adlx", To(machine.adlx)},
+                     {"registry", [&](const Value& registry) { ReadRegistry(registry, machine); }},
+                     {"npu_report", [&](const Value& report) { ReadNpuReport(report, machine); }},
+                     {"storage_library", To(machine.storage_library)},
+                     {"session", To(machine.session)},
+                     {"processes", To(machine.processes)},
+                     {"network", To(machine.network)}});
+  return machine;
+}
+
+std::string NameOf(const std::filesystem::path& file) {
+  const std::u8string name = file.u8string();
+  return {name.begin(), name.end()};
+}
+
+std::string ReasonNotRead(const std::filesystem::path& file) {
+  std::error_code ignored;
+  const std::filesystem::file_status status = std::filesystem::status(file, ignored);
+  if (!std::filesystem::exists(status)) return "there is no such file";
+  if (std::filesystem::is_directory(status)) return "it is a folder, expected a file";
+  return "the file cannot be read";
+}
+
+}  // namespace
+
+Machine ParseProfile(std::string_view json, const std::string& name) {
+  const reader::Json parsed = reader::ParseJson(json, name);
+  return ReadMachine(Value(parsed, name));
+}
+
+Machine ReadProfile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream || std::filesystem::is_directory(file)) throw ProfileError(NameOf(file) + ": " + ReasonNotRead(file));
+  return ParseProfile(text, NameOf(file));
+}
+
+}  // namespace zt::simulation

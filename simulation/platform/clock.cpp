@@ -50,7 +50,8 @@ std::int32_t RealStandardOffset(std::int64_t utc_seconds) {
 
 std::int64_t CurrentTime() {
   const std::optional<simulation::Clock>& clock = simulation::CurrentMachine().clock;
-  return clock ? clock->utc_seconds : static_cast<std::int64_t>(std::time(nullptr));
+  const std::optional<std::int64_t> standing = clock ? clock->utc_seconds : std::nullopt;
+  return standing ? *standing : static_cast<std::int64_t>(std::time(nullptr));
 }
 
 std::int32_t LocalOffsetMinutes(std::int64_t utc_seconds) {
