@@ -77,6 +77,8 @@ struct Definition {
   std::function<void(tests::SampleStore&)> create;
 };
 
+void PrintTo(const Definition& definition, std::ostream* out) { *out << definition.name; }
+
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
   const std::size_t at = text.find(from);
   EXPECT_NE(at, std::string::npos) << from;
@@ -152,7 +154,7 @@ const Definition kDefinitions[] = {
        CreateWithNetworkColumns(store, kColumns + ", noted TEXT DEFAULT CURRENT_TIMESTAMP CHECK(noted <> '')");
      }},
     {"AHugeColumnBesideTheReadings",
-     [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", raw BLOB DEFAULT (randomblob(20000))"); }},
+     [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", raw BLOB DEFAULT (randomblob(4000))"); }},
     {"AColumnNamedLikeTheHour",
      [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", hour_window TEXT DEFAULT 'x'"); }},
     {"AColumnNamedWithQuotes",
