@@ -18,7 +18,9 @@ struct Contract {
   const std::vector<AgreedMessage>& (*messages)();
 };
 
-void PrintTo(const Contract& contract, std::ostream* out) { *out << contract.name; }
+void PrintTo(const Contract& contract, std::ostream* out) {
+  *out << contract.name;
+}
 
 class ContractTest : public testing::TestWithParam<Contract> {
  protected:

@@ -77,7 +77,9 @@ struct Definition {
   std::function<void(tests::SampleStore&)> create;
 };
 
-void PrintTo(const Definition& definition, std::ostream* out) { *out << definition.name; }
+void PrintTo(const Definition& definition, std::ostream* out) {
+  *out << definition.name;
+}
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
   const std::size_t at = text.find(from);
