@@ -78,6 +78,7 @@ std::string PlainText(const Place& place, int index) {
   printer.SetSingleLineMode(true);
   std::string text;
   printer.PrintFieldValueToString(*place.message, place.field, index, &text);
+  if (text.ends_with(' ')) text.pop_back();  // the printer parts the fields of a message by blanks
   return text;
 }
 
