@@ -218,10 +218,17 @@ TEST_F(SeedTest, AMissingFolderIsMadeWithItsParentsWhateverItsName) {
 }
 
 TEST_F(SeedTest, ProgressGoesToStandardErrorAndNothingToStandardOutput) {
-  const ProgramRun run = Seed({"--hours", "24"});
+  const ProgramRun run = Seed({"--hours", "480"});
   EXPECT_EQ(run.out, "");
-  EXPECT_THAT(run.err, HasSubstr("seed: 50 %, 720 of 1,440 minutes\n"));
-  EXPECT_THAT(run.err, HasSubstr("seed: 1,440 thermal and 4,320 network samples from 2026-03-06T14:00:00.000Z on"));
+  const std::vector<std::string> lines = Lines(run.err);
+  ASSERT_EQ(lines.size(), 10U) << "nine tenths and the end";
+  EXPECT_EQ(lines[4], "seed: 50 %, 14,400 of 28,800 minutes");
+  EXPECT_THAT(lines[9], testing::StartsWith("seed: 28,800 thermal and 86,400 network samples from "
+                                            "2026-02-15T14:00:00.000Z on are in "));
+}
+
+TEST_F(SeedTest, ADayOrLessIsToldByOneLine) {
+  EXPECT_EQ(Lines(Seed({"--hours", "24"}).err).size(), 1U);
 }
 
 TEST_F(SeedTest, AFileInPlaceOfTheFolderIsWrongUsage) {

@@ -132,7 +132,10 @@ TEST(TextReportTest, ALongProfileHashIsShownByItsBeginning) {
   profile.set_w_lan_profile_name("ABCDEF0123456789ABCDEF0123456789");
   profile.set_w_lan_profile_authentication("WPA2");
   profile.set_w_lan_profile_encryption("AES");
+  profile.set_is_active(false);
   EXPECT_THAT(Sent(record), HasSubstr("    ABCDEF0123456789… WPA2 AES\n"));
+  profile.set_is_active(true);
+  EXPECT_THAT(Sent(record), HasSubstr("    ABCDEF0123456789… WPA2 AES active\n"));
 }
 
 TEST(TextReportTest, ProcessesAreOneLineEachWithWhatTheyUse) {
