@@ -5,33 +5,16 @@
 
 #include "backlog.h"
 #include "collector/performance_samples.h"
+#include "counting_sink.h"
 #include "memory.h"
 #include "simulation/profile.h"
 #include "support/temporary_folder.h"
 #include "zt/shared/telemetry_storage.h"
-#include "zt/telemetry/common/telemetry_sink.h"
 
 namespace zt::bench {
 namespace {
 
 constexpr const char* kRequestedCollection = R"({"eventType": 50})";
-
-class CountingSink : public telemetry::common::TelemetrySink {
- public:
-  telemetry::common::Error Store(const google::protobuf::Message&) override { return Count(); }
-  telemetry::common::Error Send(const google::protobuf::Message&) override { return Count(); }
-  telemetry::common::Error Send(const std::string&) override { return Count(); }
-
-  int Records() const { return records_; }
-
- private:
-  telemetry::common::Error Count() {
-    ++records_;
-    return {};
-  }
-
-  int records_ = 0;
-};
 
 void Cycle(benchmark::State& state) {
   const tests::TemporaryFolder folder;

@@ -57,7 +57,9 @@ Error ReadEventType(const char* params, EventType& event_type) {
 std::string OutcomeText(const Error& outcome, const std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
                         const std::vector<std::string>& databases) {
   Json names = Json::array();
-  for (const auto& message : messages) names.push_back(message->GetTypeName());
+  for (const auto& message : messages) {
+    if (message != nullptr) names.push_back(message->GetTypeName());
+  }
   const Json text = {{"kind", outcome.kind},
                      {"code", outcome.code},
                      {"description", outcome.description},
