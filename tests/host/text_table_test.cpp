@@ -24,6 +24,12 @@ TEST(TextTableTest, ColumnsThatDoNotFitFollowInATableThatRepeatsTheFirst) {
             "x   3\n");
 }
 
+TEST(TextTableTest, ATableMayBeAsWideAsAllowedAndNotWider) {
+  const std::vector<std::vector<Cell>> rows = {{{"x"}, {"1"}, {"2"}}};
+  EXPECT_EQ(TableText({"id", "first", "second"}, rows, 3, 20), "   id  first  second\n   x   1      2\n");
+  EXPECT_EQ(TableText({"id", "first", "second"}, rows, 3, 19), "   id  first\n   x   1\n   id  second\n   x   2\n");
+}
+
 TEST(TextTableTest, AColumnWiderThanAllIsShownWholeAllTheSame) {
   const std::string wide(50, 'w');
   EXPECT_EQ(TableText({"id", "text", "n"}, {{{"x"}, {wide}, {"1"}}}, 0, 20),
