@@ -140,6 +140,7 @@ TEST_F(WqlTest, NumbersAndBooleansCompareByValue) {
   EXPECT_THAT(NamesWhere(L"Index=7"), ElementsAre("Ethernet"));
   EXPECT_THAT(NamesWhere(L"Index = '7'"), ElementsAre("Ethernet"));
   EXPECT_THAT(NamesWhere(L"Index = -7"), IsEmpty());
+  EXPECT_THAT(NamesWhere(L"Name = 0"), IsEmpty());
   EXPECT_THAT(NamesWhere(L"Physical = FALSE"), ElementsAre(R"(Bob's "VPN" \ Tunnel)"));
   EXPECT_THAT(NamesWhere(L"Physical = true"), ElementsAre("Wi-Fi", "Ethernet"));
 }
@@ -150,12 +151,14 @@ TEST_F(WqlTest, A64BitTextComparesAsTheIntegerItIs) {
                                          {{"Name", "one less"}, {"Size", "18446744073709551614"}},
                                          {{"Name", "real"}, {"Size", 2.5}},
                                          {{"Name", "nothing"}, {"Size", simulation::WmiNull{}}},
+                                         {{"Name", "empty"}, {"Size", ""}},
                                          {{"Name", "absent"}}};
   simulation::UseMachine(std::move(machine));
   EXPECT_THAT(NamesOf(L"SELECT Name FROM Win32_Things WHERE Size = 18446744073709551615"), ElementsAre("largest"));
   EXPECT_THAT(NamesOf(L"SELECT Name FROM Win32_Things WHERE Size = '18446744073709551614'"), ElementsAre("one less"));
   EXPECT_THAT(NamesOf(L"SELECT Name FROM Win32_Things WHERE Size = +2.50"), ElementsAre("real"));
-  EXPECT_THAT(NamesOf(L"SELECT Name FROM Win32_Things WHERE Size = 0 OR Size = ''"), IsEmpty());
+  EXPECT_THAT(NamesOf(L"SELECT Name FROM Win32_Things WHERE Size = 0"), IsEmpty());
+  EXPECT_THAT(NamesOf(L"SELECT Name FROM Win32_Things WHERE Size = ''"), ElementsAre("empty"));
 }
 
 TEST_F(WqlTest, AndBindsCloserThanOr) {
