@@ -24,7 +24,9 @@ Error FromSystemError(const std::system_error& error) {
   return {Error::kSystemError, 1, std::move(text), typeid(error).name(), ""};
 }
 
-Error Unknown() { return {Error::kUnknownException, 0, "Unknown exception type.", "Unknown", ""}; }
+Error Unknown() {
+  return {Error::kUnknownException, 0, "Unknown exception type.", "Unknown", ""};
+}
 
 }  // namespace
 
