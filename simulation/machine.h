@@ -147,10 +147,11 @@ struct Adlx {
   std::vector<AdlxGpu> gpus;
 };
 
-/// A registry key: its values and its subkeys, each in the order given.
+/// A registry key: its values and its subkeys, each in the order given. The name of an outermost key is its whole path.
 struct RegistryKey {
+  std::string name;
   std::vector<std::pair<std::string, std::string>> values;
-  std::vector<std::pair<std::string, RegistryKey>> keys;
+  std::vector<RegistryKey> keys;
 };
 
 struct LibraryDrive {
@@ -259,7 +260,7 @@ struct Machine {
   std::vector<BiosReply> private_bios;
   std::optional<Nvml> nvml;
   std::optional<Adlx> adlx;
-  std::vector<std::pair<std::string, RegistryKey>> registry;
+  std::vector<RegistryKey> registry;
   std::string npu_report;
   std::vector<LibraryDrive> storage_library;
   Session session;

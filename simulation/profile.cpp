@@ -25,7 +25,7 @@ void ReadSmbios(const Value& value, Machine& machine) {
 
 void ReadRegistry(const Value& value, Machine& machine) {
   for (const auto& [path, key] : value.Members()) {
-    Read(key, machine.registry.emplace_back(path, RegistryKey{}).second);
+    Read(key, machine.registry.emplace_back(RegistryKey{path, {}, {}}));
   }
 }
 

@@ -118,7 +118,7 @@ void Read(const Value& value, RegistryKey& key) {
     if (member.ToJson().is_string()) {
       Read(member, key.values.emplace_back(name, std::string{}).second);
     } else if (member.ToJson().is_object()) {
-      Read(member, key.keys.emplace_back(name, RegistryKey{}).second);
+      Read(member, key.keys.emplace_back(RegistryKey{name, {}, {}}));
     } else {
       member.FailExpecting("an object (a key) or a text (a value)");
     }

@@ -233,11 +233,11 @@ TEST(ProfileFactsTest, AnAdlxCardHasTheMetricsThatAreStated) {
 TEST(ProfileFactsTest, TheRegistryKeepsTheOrderGiven) {
   const auto registry = Full().registry;
   ASSERT_EQ(registry.size(), 1U);
-  EXPECT_EQ(registry[0].first, R"(HKEY_LOCAL_MACHINE\A/B)");
-  EXPECT_THAT(registry[0].second.values, ElementsAre(Pair("z", "first"), Pair("a", "last")));
-  ASSERT_EQ(registry[0].second.keys.size(), 1U);
-  EXPECT_EQ(registry[0].second.keys[0].first, "key");
-  EXPECT_THAT(registry[0].second.keys[0].second.values, ElementsAre(Pair("inner", "value")));
+  EXPECT_EQ(registry[0].name, R"(HKEY_LOCAL_MACHINE\A/B)");
+  EXPECT_THAT(registry[0].values, ElementsAre(Pair("z", "first"), Pair("a", "last")));
+  ASSERT_EQ(registry[0].keys.size(), 1U);
+  EXPECT_EQ(registry[0].keys[0].name, "key");
+  EXPECT_THAT(registry[0].keys[0].values, ElementsAre(Pair("inner", "value")));
 }
 
 TEST(ProfileFactsTest, AnNpuReportIsTextAsItIsOrAnyOtherValueSerialised) {
