@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
+#include <string>
 #include <vector>
 
 namespace zt::tests {
@@ -23,9 +24,8 @@ void Put(Bytes& bytes, std::size_t offset, std::uint32_t number) {
 
 /// A descriptor as a driver gives it: the serial number behind the fixed part.
 Bytes Descriptor(const std::string& serial, std::uint32_t serial_offset = kTextsAt) {
-  Bytes bytes(kTextsAt);
-  bytes.insert(bytes.end(), serial.begin(), serial.end());
-  bytes.push_back(0);
+  Bytes bytes(kTextsAt + serial.size() + 1);
+  std::copy(serial.begin(), serial.end(), bytes.begin() + kTextsAt);
   Put(bytes, 4, static_cast<std::uint32_t>(bytes.size()));
   Put(bytes, 24, serial_offset);
   Put(bytes, 28, 0x11);
