@@ -2,7 +2,8 @@
 add_library(zt_options INTERFACE)
 if(MSVC)
   target_compile_options(zt_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus /wd4251 $<$<BOOL:${ZT_WARNINGS_AS_ERRORS}>:/WX>)
-  target_compile_definitions(zt_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
+  # The C library's own calendar functions are used as the standard has them.
+  target_compile_definitions(zt_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN _CRT_SECURE_NO_WARNINGS)
 else()
   # GCC 12 optimising a concatenation of std::string reports overlaps that cannot be (-Wrestrict).
   target_compile_options(zt_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor

@@ -11,6 +11,7 @@
 #include "host/loaded_plugin.h"
 #include "host/log_appender.h"
 #include "host/machine_choice.h"
+#include "host/program_environment.h"
 #include "host/query_recorder.h"
 #include "host/views/json_lines.h"
 #include "host/views/text_report.h"
@@ -34,7 +35,7 @@ void UseDatabaseFolder(const fs::path& folder) {
 void RequireDifferentFiles(const CollectCommand& command) {
   if (!command.output.has_value() || !command.queries.has_value()) return;
   if (fs::absolute(*command.output).lexically_normal() != fs::absolute(*command.queries).lexically_normal()) return;
-  throw WrongUsage("--output and --queries name the same file, " + ToText(*command.output));
+  throw WrongUsage("--output and --queries name the same file, " + PathText(*command.output));
 }
 
 std::unique_ptr<HandOverView> MakeView(OutputFormat format, std::ostream& stream) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/failure.h"
+#include "host/program_environment.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -14,7 +15,7 @@ namespace fs = std::filesystem;
 constexpr char kProbeName[] = ".zt-telemetry-host.probe";
 
 Failure CannotUse(const fs::path& path, std::string_view option, const std::string& reason) {
-  return WrongUsage(std::string(option) + " " + ToText(path) + ": " + reason);
+  return WrongUsage(std::string(option) + " " + PathText(path) + ": " + reason);
 }
 
 // What the C library says of the stream operation that just failed.

@@ -7,7 +7,7 @@
 
 namespace zt::telemetry::host {
 
-/// A path for messages and for libraries that take UTF-8.
+/// A path for libraries that take UTF-8.
 std::string ToText(const std::filesystem::path& path);
 
 /// Fails with wrong usage unless `folder` is an existing folder in which files can be made. `option` names it in

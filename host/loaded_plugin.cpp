@@ -9,7 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include "host/failure.h"
-#include "host/files.h"
 #include "host/program_environment.h"
 
 namespace zt::telemetry::host {
@@ -28,16 +27,16 @@ std::filesystem::path ExistingFile(const std::filesystem::path& file) {
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(file, error);
   const std::filesystem::file_status status = std::filesystem::status(absolute, error);
-  if (!std::filesystem::exists(status)) throw WrongUsage("the plugin " + ToText(file) + " does not exist");
+  if (!std::filesystem::exists(status)) throw WrongUsage("the plugin " + PathText(file) + " does not exist");
   if (std::filesystem::is_directory(status))
-    throw WrongUsage("the plugin " + ToText(file) + " is a folder, not a file");
+    throw WrongUsage("the plugin " + PathText(file) + " is a folder, not a file");
   return absolute;
 }
 
 template <typename Function>
 Function* EntryPoint(const PluginLibrary& library, const std::filesystem::path& file, const char* name) {
   void* const address = library.Find(name);
-  if (address == nullptr) throw WrongUsage("the plugin " + ToText(file) + " exports no \"" + name + "\"");
+  if (address == nullptr) throw WrongUsage("the plugin " + PathText(file) + " exports no \"" + name + "\"");
   return reinterpret_cast<Function*>(address);
 }
 
@@ -79,7 +78,7 @@ LoadedPlugin::LoadedPlugin(const std::filesystem::path& file, plog::Severity log
   auto* const load = EntryPoint<LoadPluginFunction>(library_, file, kLoadPlugin);
   auto* const initialize_logger = EntryPoint<InitializeLoggerFunction>(library_, file, kInitializeLogger);
   module_.reset(load());
-  if (module_ == nullptr) throw WrongUsage("the plugin " + ToText(file) + " gave no module object");
+  if (module_ == nullptr) throw WrongUsage("the plugin " + PathText(file) + " gave no module object");
   initialize_logger(log_level, &appender);
 }
 

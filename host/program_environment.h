@@ -17,6 +17,9 @@ std::filesystem::path ProgramFile();
 /// Unix machine), rooted paths are that system's.
 std::filesystem::path PathFromText(std::string_view text);
 
+/// A path as the person would write it, UTF-8: for messages.
+std::string PathText(const std::filesystem::path& path);
+
 /// As long as it lives, what the program writes to its standard streams arrives byte for byte, and a console shows it
 /// as UTF-8.
 class Utf8Streams {

@@ -5,6 +5,7 @@
 
 #include "host/failure.h"
 #include "host/files.h"
+#include "host/program_environment.h"
 #include "zt/shared/wmi/wmi_client.h"
 #include "zt/text/wide_text.h"
 
@@ -30,7 +31,8 @@ QueryRecorder::~QueryRecorder() {
 }
 
 void QueryRecorder::RequireWritten() {
-  if (!stream_.flush()) throw Failure(kExitFailed, "--queries " + ToText(file_) + ": not every query could be written");
+  if (!stream_.flush())
+    throw Failure(kExitFailed, "--queries " + PathText(file_) + ": not every query could be written");
 }
 
 }  // namespace zt::telemetry::host

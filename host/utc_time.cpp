@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <system_error>
 
 namespace zt::telemetry::host {
 namespace {

@@ -1,7 +1,7 @@
 #include "simulation/profile.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <system_error>
 
 #include "simulation/reader/sections.h"
@@ -63,12 +63,16 @@ std::string NameOf(const std::filesystem::path& file) {
   return {name.begin(), name.end()};
 }
 
-std::string ReasonNotRead(const std::filesystem::path& file) {
+std::string ReadText(const std::filesystem::path& file) {
   std::error_code ignored;
   const std::filesystem::file_status status = std::filesystem::status(file, ignored);
-  if (!std::filesystem::exists(status)) return "there is no such file";
-  if (std::filesystem::is_directory(status)) return "it is a folder, expected a file";
-  return "the file cannot be read";
+  if (!std::filesystem::exists(status)) throw ProfileError(NameOf(file) + ": there is no such file");
+  if (std::filesystem::is_directory(status)) throw ProfileError(NameOf(file) + ": it is a folder, expected a file");
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream text;
+  if (stream) text << stream.rdbuf();
+  if (!stream) throw ProfileError(NameOf(file) + ": the file cannot be read");
+  return text.str();
 }
 
 }  // namespace
@@ -79,10 +83,7 @@ Machine ParseProfile(std::string_view json, const std::string& name) {
 }
 
 Machine ReadProfile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream || std::filesystem::is_directory(file)) throw ProfileError(NameOf(file) + ": " + ReasonNotRead(file));
-  return ParseProfile(text, NameOf(file));
+  return ParseProfile(ReadText(file), NameOf(file));
 }
 
 }  // namespace zt::simulation

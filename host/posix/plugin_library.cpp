@@ -3,7 +3,7 @@
 #include <dlfcn.h>
 
 #include "host/failure.h"
-#include "host/files.h"
+#include "host/program_environment.h"
 
 namespace zt::telemetry::host {
 
@@ -17,7 +17,8 @@ PluginLibrary::PluginLibrary(const std::filesystem::path& file)
     : handle_(::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (handle_ != nullptr) return;
   const char* const reason = ::dlerror();
-  throw WrongUsage("cannot load the plugin " + ToText(file) + ": " + (reason != nullptr ? reason : "no reason given"));
+  throw WrongUsage("cannot load the plugin " + PathText(file) + ": " +
+                   (reason != nullptr ? reason : "no reason given"));
 }
 
 void* PluginLibrary::Find(const char* name) const {

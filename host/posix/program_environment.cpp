@@ -15,6 +15,10 @@ std::filesystem::path PathFromText(std::string_view text) {
   return std::filesystem::path(text);
 }
 
+std::string PathText(const std::filesystem::path& path) {
+  return path.string();
+}
+
 Utf8Streams::Utf8Streams() = default;
 Utf8Streams::~Utf8Streams() = default;
 

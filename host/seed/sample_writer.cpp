@@ -5,6 +5,7 @@
 
 #include "host/failure.h"
 #include "host/files.h"
+#include "host/program_environment.h"
 #include "host/utc_time.h"
 
 namespace zt::telemetry::host {
@@ -159,7 +160,7 @@ SampleWriter::Database SampleWriter::Open() const {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open(ToText(file_).c_str(), &opened);
   Database database(opened);
-  if (result != SQLITE_OK) throw WrongUsage("cannot open " + ToText(file_) + ": " + sqlite3_errstr(result));
+  if (result != SQLITE_OK) throw WrongUsage("cannot open " + PathText(file_) + ": " + sqlite3_errstr(result));
   return database;
 }
 
@@ -178,7 +179,7 @@ void SampleWriter::Execute(const std::string& sql) const {
 }
 
 std::string SampleWriter::Complaint() const {
-  return ToText(file_) + ": " + sqlite3_errmsg(database_.get());
+  return PathText(file_) + ": " + sqlite3_errmsg(database_.get());
 }
 
 template <typename Sample, typename Columns>

@@ -1,10 +1,12 @@
 #include "host/seed/seed.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
 #include "host/failure.h"
 #include "host/files.h"
+#include "host/program_environment.h"
 #include "host/seed/network_simulation.h"
 #include "host/seed/sample_writer.h"
 #include "host/seed/thermal_simulation.h"
@@ -17,7 +19,7 @@ namespace {
 namespace chrono = std::chrono;
 
 constexpr char kDatabaseName[] = "ssm.db";
-constexpr std::uint32_t kMinutesPerHour = 60;
+constexpr std::uint64_t kMinutesPerHour = 60;
 // The form of a sample's time has four digits for the year.
 constexpr chrono::sys_days kEarliest = chrono::year{1} / chrono::January / 1;
 // Keeps the two kinds of samples apart although both start from one number.
@@ -31,31 +33,32 @@ chrono::sys_seconds FirstSampleTime(const SeedCommand& command) {
                    " hours of samples would begin before the year 1");
 }
 
-// A line on a stream each time another tenth is done.
+// A line on a stream each time another tenth is done, for short work each time another day is.
 class Progress {
  public:
-  Progress(std::ostream& stream, std::uint64_t total) : stream_(stream), total_(total) {}
+  Progress(std::ostream& stream, std::uint64_t total)
+      : stream_(stream), total_(total), step_(std::max(total / kParts, kMinutesPerDay)) {}
 
-  void Done(std::uint64_t done) {
-    constexpr std::uint64_t kParts = 10;
-    const std::uint64_t part = done * kParts / total_;
-    if (part == shown_) return;
-    shown_ = part;
-    stream_ << "seed: " << part * 100 / kParts << " %, " << GroupDigits(std::to_string(done)) << " of "
+  void Done(std::uint64_t minutes) {
+    if (minutes % step_ != 0 || minutes == total_) return;
+    stream_ << "seed: " << minutes * 100 / total_ << " %, " << GroupDigits(std::to_string(minutes)) << " of "
             << GroupDigits(std::to_string(total_)) << " minutes" << std::endl;
   }
 
  private:
+  static constexpr std::uint64_t kParts = 10;
+  static constexpr std::uint64_t kMinutesPerDay = 24 * kMinutesPerHour;
+
   std::ostream& stream_;
   std::uint64_t total_;
-  std::uint64_t shown_ = 0;
+  std::uint64_t step_;
 };
 
 }  // namespace
 
 void Seed(const SeedCommand& command, std::ostream& progress) {
   const chrono::sys_seconds first = FirstSampleTime(command);
-  const std::uint64_t minutes = std::uint64_t{command.hours} * kMinutesPerHour;
+  const std::uint64_t minutes = command.hours * kMinutesPerHour;
   MakeWritableFolder(command.database_dir, "--database-dir");
   const std::filesystem::path database = command.database_dir / kDatabaseName;
 
@@ -72,7 +75,7 @@ void Seed(const SeedCommand& command, std::ostream& progress) {
   writer.Commit();
   progress << "seed: " << GroupDigits(std::to_string(minutes)) << " thermal and "
            << GroupDigits(std::to_string(minutes * command.interfaces)) << " network samples from "
-           << FormatUtcTime(first) << " on are in " << ToText(database) << std::endl;
+           << FormatUtcTime(first) << " on are in " << PathText(database) << std::endl;
 }
 
 }  // namespace zt::telemetry::host

@@ -32,6 +32,9 @@ simulation::Machine ReadMachine(const std::string& name_or_file) {
     throw WrongUsage("--machine " + name_or_file + ": there is neither a machine nor a file of this name; expected " +
                      ShippedNames() + ", or the file of a machine profile");
   }
+  if (std::filesystem::is_directory(file, error)) {
+    throw WrongUsage("--machine " + name_or_file + ": this is a folder, not the file of a machine profile");
+  }
   return simulation::ReadProfile(file);
 }
 

@@ -78,11 +78,22 @@ std::string PlainText(const Place& place, int index) {
   printer.SetSingleLineMode(true);
   std::string text;
   printer.PrintFieldValueToString(*place.message, place.field, index, &text);
+  if (text.ends_with(' ')) text.pop_back();  // the printer parts the fields of a message by blanks
   return text;
 }
 
 std::string Shortened(const std::string& text) {
   return text.size() <= kLongestListText ? text : text.substr(0, kLongestListText) + "…";
+}
+
+// A flag that is set is told by its name: "active" for is_active.
+std::string FlagText(const Place& place) {
+  constexpr std::string_view kIs = "is_";
+  if (!place.message->GetReflection()->GetBool(*place.message, place.field)) return {};
+  std::string name = place.field->name();
+  if (name.starts_with(kIs)) name.erase(0, kIs.size());
+  std::replace(name.begin(), name.end(), '_', ' ');
+  return name;
 }
 
 std::string EntryText(const Message& entry, std::string_view unit) {
@@ -95,7 +106,9 @@ std::string EntryText(const Message& entry, std::string_view unit) {
     if (IsNumber(*field)) {
       numbers.append(" ").append(NumberText(NumberAt(place))).append(unit);
     } else {
-      texts.append(" ").append(Shortened(PlainText(place, -1)));
+      const bool flag = field->cpp_type() == FieldDescriptor::CPPTYPE_BOOL;
+      const std::string text = flag ? FlagText(place) : Shortened(PlainText(place, -1));
+      if (!text.empty()) texts.append(" ").append(text);
     }
   }
   const std::string text = texts + numbers;

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "host/failure.h"
-#include "host/files.h"
+#include "host/program_environment.h"
 #include "zt/text/wide_text.h"
 
 namespace zt::telemetry::host {
@@ -38,7 +38,7 @@ PluginLibrary::PluginLibrary(const std::filesystem::path& file)
     : handle_(::LoadLibraryExW(std::filesystem::path(file).make_preferred().c_str(), nullptr,
                                LOAD_LIBRARY_SEARCH_DEFAULT_DIRS | LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR)) {
   if (handle_ != nullptr) return;
-  throw WrongUsage("cannot load the plugin " + ToText(file) + ": " + SystemMessage(::GetLastError()));
+  throw WrongUsage("cannot load the plugin " + PathText(file) + ": " + SystemMessage(::GetLastError()));
 }
 
 void* PluginLibrary::Find(const char* name) const {

@@ -14,6 +14,9 @@
 namespace zt::telemetry::host {
 namespace {
 
+// Where Wine shows the Unix machine's files.
+const std::wstring kUnixDrive = L"Z:";
+
 struct LocalFreeDeleter {
   void operator()(wchar_t** memory) const { ::LocalFree(memory); }
 };
@@ -49,12 +52,17 @@ std::filesystem::path ProgramFile() {
   }
 }
 
-// Wine shows the Unix machine's files on drive Z:. A path that starts with a slash is one of them, whatever the current
-// drive is.
+// A path that starts with a slash is one of the Unix machine's, whatever the current drive is.
 std::filesystem::path PathFromText(std::string_view text) {
   const std::wstring path = text::ToWide(text);
   const bool rooted = path.starts_with(L'/') && !path.starts_with(L"//");
-  return rooted && RunsUnderWine() ? L"Z:" + path : path;
+  return rooted && RunsUnderWine() ? kUnixDrive + path : path;
+}
+
+std::string PathText(const std::filesystem::path& path) {
+  if (!RunsUnderWine()) return text::ToUtf8(std::filesystem::path(path).make_preferred().native());
+  const std::string unix_path = text::ToUtf8(path.generic_wstring());
+  return path.root_name() == kUnixDrive ? unix_path.substr(kUnixDrive.size()) : unix_path;
 }
 
 Utf8Streams::Utf8Streams() : previous_code_page_(::GetConsoleOutputCP()) {

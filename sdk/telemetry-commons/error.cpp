@@ -24,7 +24,9 @@ Error FromSystemError(const std::system_error& error) {
   return {Error::kSystemError, 1, std::move(text), typeid(error).name(), ""};
 }
 
-Error Unknown() { return {Error::kUnknownException, 0, "Unknown exception type.", "Unknown", ""}; }
+Error Unknown() {
+  return {Error::kUnknownException, 0, "Unknown exception type.", "Unknown", ""};
+}
 
 }  // namespace
 
@@ -49,7 +51,7 @@ Error Error::FromCurrentException() {
     return {kCallFailed, TypeHash<const char*>(), text != nullptr ? text : "", typeid(const char*).name(), ""};
   } catch (unsigned long system_code) {
     return {kCallFailed, static_cast<std::int64_t>(system_code), "", typeid(unsigned long).name(), ""};
-  } catch (std::exception* thrown_with_new) {
+  } catch (std::exception* thrown_with_new) {  // NOLINT(misc-throw-by-value-catch-by-reference)
     const std::unique_ptr<std::exception> owner(thrown_with_new);
     return Unknown();
   } catch (...) {

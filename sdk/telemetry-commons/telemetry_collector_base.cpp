@@ -2,9 +2,10 @@
 
 #include <cstring>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <typeinfo>
 #include <utility>
+
+#include <nlohmann/json.hpp>
 
 #include "zt/telemetry/common/telemetry_sink.h"
 
@@ -57,14 +58,13 @@ Error ReadEventType(const char* params, EventType& event_type) {
 std::string OutcomeText(const Error& outcome, const std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
                         const std::vector<std::string>& databases) {
   Json names = Json::array();
-  for (const auto& message : messages) names.push_back(message->GetTypeName());
-  const Json text = {{"kind", outcome.kind},
-                     {"code", outcome.code},
-                     {"description", outcome.description},
-                     {"typeName", outcome.type_name},
-                     {"message", outcome.message},
-                     {"messages", std::move(names)},
-                     {"databases", databases}};
+  for (const auto& message : messages) {
+    if (message != nullptr) names.push_back(message->GetTypeName());
+  }
+  const Json text = {
+      {"kind", outcome.kind},          {"code", outcome.code},       {"description", outcome.description},
+      {"typeName", outcome.type_name}, {"message", outcome.message}, {"messages", std::move(names)},
+      {"databases", databases}};
   return text.dump(-1, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace);
 }
 
@@ -78,7 +78,8 @@ std::string ShortOutcomeText(const std::string& outcome) {
 template <typename Deliver>
 Error DeliverToSink(const Deliver& deliver) {
   const std::shared_ptr<TelemetrySink> sink = RegisteredTelemetrySink();
-  if (sink == nullptr) return {Error::kCallFailed, -1, "No telemetry sink is registered", typeid(TelemetrySink).name(), ""};
+  if (sink == nullptr)
+    return {Error::kCallFailed, -1, "No telemetry sink is registered", typeid(TelemetrySink).name(), ""};
   try {
     return deliver(*sink);
   } catch (...) {
@@ -121,7 +122,9 @@ std::string TelemetryCollectorBase::Run(const char* params) {
   return OutcomeText(outcome, messages, databases);
 }
 
-Error TelemetryCollectorBase::Finalize(const Error& outcome) { return outcome; }
+Error TelemetryCollectorBase::Finalize(const Error& outcome) {
+  return outcome;
+}
 
 Error TelemetryCollectorBase::AddStore(const google::protobuf::Message& record) {
   return DeliverToSink([&](TelemetrySink& sink) { return sink.Store(record); });

@@ -11,7 +11,9 @@ namespace {
 constexpr char kEmptyText[] = "unknown";
 
 // A continuation byte of a UTF-8 character: 10xxxxxx.
-bool ContinuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+bool ContinuesCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
 
 }  // namespace
 

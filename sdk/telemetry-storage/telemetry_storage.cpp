@@ -23,7 +23,9 @@ std::string& CurrentFolder() {
 TelemetryStorage::TelemetryStorage(std::string database, std::string key)
     : database_(std::move(database)), key_(std::move(key)) {}
 
-const char* TelemetryStorage::GetDefaultDBPath() { return CurrentFolder().c_str(); }
+const char* TelemetryStorage::GetDefaultDBPath() {
+  return CurrentFolder().c_str();
+}
 
 void TelemetryStorage::SetDefaultDBPath(const std::string& folder) {
   CurrentFolder() = WithSeparator(folder.empty() ? DefaultFolder() : folder);

@@ -14,7 +14,9 @@ std::function<void(const std::wstring&)>& Observer() {
 
 }  // namespace
 
-void ObserveQueries(std::function<void(const std::wstring& wql)> observer) { Observer() = std::move(observer); }
+void ObserveQueries(std::function<void(const std::wstring& wql)> observer) {
+  Observer() = std::move(observer);
+}
 
 void AnnounceQuery(const std::wstring& wql) {
   if (Observer()) Observer()(wql);

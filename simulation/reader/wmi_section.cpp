@@ -4,23 +4,29 @@
 
 namespace zt::simulation::reader {
 
+namespace {
+
 // An integer beyond signed 32 bits arrives as text, as WMI gives 64-bit properties.
+WmiProperty AsWmiGivesIt(const Json& integer) {
+  const bool fits = integer.is_number_unsigned() ? std::in_range<std::int32_t>(integer.get<std::uint64_t>())
+                                                 : std::in_range<std::int32_t>(integer.get<std::int64_t>());
+  return fits ? WmiProperty(integer.get<std::int32_t>()) : WmiProperty(integer.dump());
+}
+
+}  // namespace
+
 void Read(const Value& value, WmiProperty& property) {
   const Json& json = value.ToJson();
   if (json.is_null()) {
     property = WmiNull{};
   } else if (json.is_boolean()) {
     property = json.get<bool>();
+  } else if (json.is_number_integer()) {
+    property = AsWmiGivesIt(json);
   } else if (json.is_number_float()) {
     property = json.get<double>();
   } else if (json.is_string()) {
     property = json.get<std::string>();
-  } else if (json.is_number_unsigned() && !std::in_range<std::int32_t>(json.get<std::uint64_t>())) {
-    property = std::to_string(json.get<std::uint64_t>());
-  } else if (json.is_number_integer() && !std::in_range<std::int32_t>(json.get<std::int64_t>())) {
-    property = std::to_string(json.get<std::int64_t>());
-  } else if (json.is_number_integer()) {
-    property = json.get<std::int32_t>();
   } else {
     value.FailExpecting("null, true, false, a number or a text");
   }

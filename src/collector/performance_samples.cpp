@@ -80,11 +80,12 @@ Error PerformanceSamples::ReadSource() {
     shared::ztbios::PrivateBiosWmi bios;
     const BuilderList builders = MakeBuilders(wmi, bios);
     if (IsFullCollection(event)) {
-      if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
+      // The count may have to wait for a writer: it is asked for only where there is something to send.
+      if (summaries.contains(kThermalSource) && SampleTableHasRows(database, kThermalTable)) {
         UploadThermalSamples(&summaries[kThermalSource], &wmi);
         DeleteSampleRows(database, {kThermalTable});
       }
-      if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
+      if (summaries.contains(kNetworkSource) && SampleTableHasRows(database, kNetworkTable)) {
         UploadNetworkSamples(&summaries[kNetworkSource]);
         DeleteSampleRows(database, {kNetworkTable});
       }

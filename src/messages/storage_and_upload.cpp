@@ -14,7 +14,7 @@ namespace {
 
 using common::Error;
 
-// No blank before the placeholder: log readers match the text as it is.
+// No blank before the name to fill in: log readers match the text as it is.
 constexpr char kStoreFailureTemplate[] = "PerfMessages::ProcessStorageAndUpload - AddStore failed for$PROTO$.pb.h";
 constexpr char kPlaceholder[] = "$PROTO$";
 constexpr char kAmdPmfName[] = "amd_pmf";

@@ -55,6 +55,7 @@ TEST(WideTextTest, ALeadingSurrogateAloneIsReplaced) {
 
 TEST(WideTextTest, ATrailingSurrogateAloneIsReplaced) {
   EXPECT_EQ(ToUtf8(Wide({'a', 0xDE00})), std::string("a") + kReplacement);
+  EXPECT_EQ(ToUtf8(Wide({0xDE00, 0xDE00})), std::string(kReplacement) + kReplacement);
 }
 
 TEST(WideTextTest, TwoLeadingSurrogatesKeepThePairOfTheSecond) {

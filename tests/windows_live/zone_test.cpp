@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <string>
+#include <utility>
 
 #include "platform/clock.h"
 
@@ -94,6 +96,13 @@ TEST_F(ZoneNewYorkTest, DaylightSavingEndsWithItsSecond) {
 
 TEST_F(ZoneNewYorkTest, AYearHasTheRulesThatItHadThen) {
   ExpectOffsets(k2000March20, -300, -300);
+}
+
+TEST_F(ZoneNewYorkTest, AMomentBeyondTheCalendarIsTheNearestInIt) {
+  for (const std::int64_t moment : {std::numeric_limits<std::int64_t>::min(), std::int64_t{-12'000'000'000},
+                                    std::int64_t{1'000'000'000'000}, std::numeric_limits<std::int64_t>::max()}) {
+    ExpectOffsets(moment, -300, -300);
+  }
 }
 
 TEST_F(ZoneSydneyTest, DaylightSavingIsInTheSouthernSummer) {

@@ -1,7 +1,7 @@
 #include "default_folder.h"
 
-#include <shlobj.h>
 #include <windows.h>
+#include <shlobj.h>
 #include <zt/text/wide_text.h>
 
 #include <memory>
@@ -27,6 +27,8 @@ std::string ProgramData() {
 
 const char kPathSeparator = '\\';
 
-std::string DefaultFolder() { return ProgramData() + kOwnFolder; }
+std::string DefaultFolder() {
+  return ProgramData() + kOwnFolder;
+}
 
 }  // namespace zt::shared
