@@ -1,8 +1,10 @@
 #include "simulation/machine.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "simulation/query_log.h"
+#include "simulation/tick_counter.h"
 
 namespace zt::simulation {
 namespace {
@@ -11,6 +13,7 @@ struct State {
   Machine machine;
   std::vector<std::string> queries;
   std::vector<std::uint64_t> matching_executions;  // of each entry of wmi.failures
+  std::size_t tick_counts_taken = 0;
 };
 
 State& Current() {
@@ -51,6 +54,13 @@ std::optional<Failure> RecordQuery(const std::string& wql) {
     if (!result && IsDue(failures[i], executions_before)) result = Failure{failures[i].status};
   }
   return result;
+}
+
+std::uint64_t TakeTickCount() {
+  State& state = Current();
+  const std::vector<std::uint64_t>& tick_counts = state.machine.session.tick_counts_ms;
+  if (tick_counts.empty()) return 0;
+  return tick_counts[std::min(state.tick_counts_taken++, tick_counts.size() - 1)];
 }
 
 }  // namespace zt::simulation

@@ -1,95 +1,62 @@
 #include "zt/shared/smbios/smbios_info.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <span>
-
+#include "structures.h"
 #include "system_firmware_reader.h"
 
 namespace zt::shared::smbios {
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
-
-constexpr std::size_t kTableHeaderSize = 8;
-constexpr std::size_t kTableLengthOffset = 4;  // 32-bit little-endian length of the structures
-constexpr std::size_t kStructureHeaderSize = 4;
 constexpr std::uint8_t kSystemInformation = 1;
-constexpr std::uint8_t kEndOfTable = 127;
+constexpr std::uint8_t kPortableBattery = 22;
 
-// Offsets of the text numbers inside the formatted part of a type 1 structure.
+// Offsets inside the formatted part of a type 1 structure.
 constexpr std::size_t kManufacturer = 0x04;
 constexpr std::size_t kProductName = 0x05;
 constexpr std::size_t kVersion = 0x06;
 constexpr std::size_t kSerialNumber = 0x07;
 
-// One structure: its formatted part, and the zero-terminated texts that follow it.
-struct Structure {
-  Bytes formatted;
-  Bytes texts;
-};
+// Offsets inside the formatted part of a type 22 structure.
+constexpr std::size_t kBatterySerialNumber = 0x07;
+constexpr std::size_t kBatteryDeviceName = 0x08;
+constexpr std::size_t kBatteryDesignVoltage = 0x0C;
+constexpr std::size_t kBatteryMaxError = 0x0F;
 
-// The structures' bytes: as many as the header promises, and as there are.
-Bytes StructuresOf(Bytes table) {
-  if (table.size() < kTableHeaderSize) return {};
-  std::size_t length = 0;
-  for (std::size_t i = 4; i-- > 0;) length = length << 8U | table[kTableLengthOffset + i];
-  return table.subspan(kTableHeaderSize, std::min(length, table.size() - kTableHeaderSize));
+constexpr std::uint16_t kUnknownVoltage = 0;
+constexpr std::uint8_t kUnknownError = 0xFF;
+
+template <typename T>
+std::optional<T> Unless(std::optional<T> value, T unknown) {
+  return value == unknown ? std::nullopt : value;
 }
 
-// Length of the text set at the front of `bytes` with the two zeros that end it; all of it when they are missing.
-std::size_t TextSetSize(Bytes bytes) {
-  for (std::size_t i = 0; i + 1 < bytes.size(); ++i) {
-    if (bytes[i] == 0 && bytes[i + 1] == 0) return i + 2;
-  }
-  return bytes.size();
+TypeSysInfo ReadSystemInfo(const Structure& structure) {
+  return {TextAt(structure, kManufacturer), TextAt(structure, kProductName), TextAt(structure, kVersion),
+          TextAt(structure, kSerialNumber)};
 }
 
-// Takes the first structure off `bytes`; false at the end of the table or where it no longer holds together.
-bool TakeStructure(Bytes& bytes, Structure& structure) {
-  if (bytes.size() < kStructureHeaderSize) return false;
-  const std::size_t length = bytes[1];
-  if (length < kStructureHeaderSize || length > bytes.size() || bytes[0] == kEndOfTable) return false;
-  structure.formatted = bytes.first(length);
-  const std::size_t text_size = TextSetSize(bytes.subspan(length));
-  structure.texts = bytes.subspan(length, text_size);
-  bytes = bytes.subspan(length + text_size);
-  return true;
-}
-
-// The text that the byte at `offset` of the formatted part numbers, counting from 1; absent for number 0, for a
-// structure too short to have the byte, and for a number beyond the texts.
-std::optional<std::string> TextAt(const Structure& structure, std::size_t offset) {
-  if (offset >= structure.formatted.size() || structure.formatted[offset] == 0) return std::nullopt;
-  auto begin = structure.texts.begin();
-  for (int skipped = 1; skipped < structure.formatted[offset]; ++skipped) {
-    begin = std::find(begin, structure.texts.end(), 0);
-    if (begin == structure.texts.end()) return std::nullopt;
-    ++begin;
-  }
-  const auto end = std::find(begin, structure.texts.end(), 0);
-  if (end == structure.texts.end()) return std::nullopt;
-  // Past the last text stands the zero that ends the set, not an empty text.
-  if (begin == end && begin != structure.texts.begin()) return std::nullopt;
-  return std::string(begin, end);
-}
-
-TypeSysInfo ReadSystemInfo(Bytes table) {
-  Bytes rest = StructuresOf(table);
-  Structure structure;
-  while (TakeStructure(rest, structure)) {
-    if (structure.formatted[0] != kSystemInformation) continue;
-    return {TextAt(structure, kManufacturer), TextAt(structure, kProductName), TextAt(structure, kVersion),
-            TextAt(structure, kSerialNumber)};
-  }
-  return {};
+TypePortableBattery ReadPortableBattery(const Structure& structure) {
+  return {TextAt(structure, kBatterySerialNumber), TextAt(structure, kBatteryDeviceName),
+          Unless(WordAt(structure, kBatteryDesignVoltage), kUnknownVoltage),
+          Unless(ByteAt(structure, kBatteryMaxError), kUnknownError)};
 }
 
 }  // namespace
 
 FirmwareReader::~FirmwareReader() = default;
 
-SMBiosInfo::SMBiosInfo(FirmwareReader* reader)
-    : system_info_(ReadSystemInfo(reader != nullptr ? reader->ReadTable() : ReadSystemFirmwareTable())) {}
+SMBiosInfo::SMBiosInfo(FirmwareReader* reader) {
+  const std::vector<std::uint8_t> table = reader != nullptr ? reader->ReadTable() : ReadSystemFirmwareTable();
+  Bytes rest = StructuresOf(table);
+  Structure structure;
+  bool has_system_info = false;
+  while (TakeStructure(rest, structure)) {
+    if (structure.Type() == kSystemInformation && !has_system_info) {
+      system_info_ = ReadSystemInfo(structure);
+      has_system_info = true;
+    } else if (structure.Type() == kPortableBattery) {
+      portable_batteries_.push_back(ReadPortableBattery(structure));
+    }
+  }
+}
 
 }  // namespace zt::shared::smbios

@@ -1,11 +1,57 @@
 #include "samplers/operating_system_info_msg.h"
 
+#include <plog/Log.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "samplers/operating_system/process_details.h"
+#include "samplers/operating_system/process_operations.h"
+#include "samplers/operating_system/process_section.h"
+#include "samplers/operating_system/process_table.h"
+#include "samplers/operating_system/session_figures.h"
+#include "zt/telemetry/common/error.h"
+
 namespace zt::telemetry::collector::performancesamples {
 
 OperatingSystemInfoMsg::OperatingSystemInfoMsg(const PerfMessages& other) : PerfMessages(other) {}
 
 OperatingSystemInfoMsg::OperatingSystemInfoMsg(shared::wmi::WMIClient* wmi_client) : PerfMessages(wmi_client) {}
 
-void OperatingSystemInfoMsg::PopulateStorageAndUploadProtos() {}
+void OperatingSystemInfoMsg::PopulateStorageAndUploadProtos() {
+  auto& section = *static_cdm_->mutable_operating_system_info();
+  FillSession(*section.mutable_operating_session_info());
+  AddProcesses(GetMostIntesiveProcessList(), section);
+}
+
+ProcessTable OperatingSystemInfoMsg::GetProcessTable() {
+  return ListProcesses(*wmi_client_);
+}
+
+ProcessList OperatingSystemInfoMsg::GetMostIntesiveProcessList() {
+  ProcessTable table = GetProcessTable();
+  const ProcessList busiest = BusiestOf(table);
+  if (busiest.empty()) return {};
+  const std::int32_t status = wmi_client_->ExecQuery(OperationsQuery(busiest));
+  if (status != shared::wmi::kSuccess) {
+    PLOG_WARNING << "Processes are left out: querying Win32_Process failed with status " << std::to_string(status);
+  }
+  ProcessList result;
+  while (wmi_client_->Next()) {
+    std::shared_ptr<WMIProcessInfo> process;
+    // One bad row costs its own process only, whatever is thrown on the way.
+    try {
+      process = TakeProcessOfRow(*wmi_client_, table);
+      ConvertUnits(*process);
+    } catch (...) {
+      PLOG_WARNING << "A process is left out: " << common::Error::FromCurrentException().description;
+      continue;
+    }
+    FillDetails(*process);
+    result.push_back(std::move(process));
+  }
+  return result;
+}
 
 }  // namespace zt::telemetry::collector::performancesamples

@@ -9,8 +9,8 @@
 #include "messages/collection_id.h"
 #include "messages/local_time.h"
 #include "messages/perf_messages.h"
-#include "store/conversions.h"
 #include "store/sample_database.h"
+#include "types/conversions.h"
 #include "zt/telemetry/common/utils.h"
 
 namespace zt::telemetry::collector::performancesamples {

@@ -8,8 +8,8 @@
 #include "messages/collection_id.h"
 #include "messages/local_time.h"
 #include "messages/perf_messages.h"
-#include "store/conversions.h"
 #include "store/sample_database.h"
+#include "types/conversions.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 namespace zt::telemetry::collector::performancesamples {

@@ -27,6 +27,15 @@ struct TypeSysInfo {
   std::optional<std::string> serial_number;
 };
 
+/// A portable battery structure (type 22). What the structure does not have, or calls unknown, is absent.
+struct TypePortableBattery {
+  std::optional<std::string> serial_number;
+  std::optional<std::string> device_name;
+  std::optional<std::uint16_t> design_voltage_mv;
+  /// Largest error of the battery's own figures, percent.
+  std::optional<std::uint8_t> max_error_percent;
+};
+
 /// Reads the machine's SMBIOS table. Broken tables are read as far as they hold together.
 class ZT_SMBIOS_EXPORT SMBiosInfo {
  public:
@@ -36,8 +45,12 @@ class ZT_SMBIOS_EXPORT SMBiosInfo {
   /// The first structure of type 1; every text is absent when the table has none.
   const TypeSysInfo& GetTypeSysInfo() const { return system_info_; }
 
+  /// Every structure of type 22, in the table's order.
+  const std::vector<TypePortableBattery>& GetPortableBatteries() const { return portable_batteries_; }
+
  private:
   TypeSysInfo system_info_;
+  std::vector<TypePortableBattery> portable_batteries_;
 };
 
 }  // namespace zt::shared::smbios

@@ -1,29 +1,33 @@
 #pragma once
 
-#include <string>
 #include <vector>
+
+#include "zt/zt_storage_info_export.h"
 
 namespace zt::shared::storage {
 
-/// The fixed drives as the maker's storage library knows them.
-class PCIeStorageDrive {
+struct KnownDrive;
+
+/// The fixed drives as the maker's storage library knows them, taken when the object is made. Drives on an external bus
+/// and virtual ones are not among them, and no drive whose serial number cannot tell it from another.
+class ZT_STORAGE_INFO_EXPORT PCIeStorageDrive {
  public:
   PCIeStorageDrive();
   ~PCIeStorageDrive();
+  PCIeStorageDrive(const PCIeStorageDrive&) = delete;
+  PCIeStorageDrive& operator=(const PCIeStorageDrive&) = delete;
 
-  /// The drives' own identities, one C string each; `count` receives their number. The caller releases the array with
-  /// `free`; the strings belong to this object. Null when there is none.
+  /// The drives' own identities (the serial number on the drive's label), one C string each, UTF-8; `count` receives
+  /// their number. The caller releases the array with `free`; the strings belong to this object. Null when there is
+  /// none.
   char** GetAllStorageDrives(int& count);
 
-  /// The serial number of `drive` in the form that WMI reports it; belongs to this object. Empty for an unknown drive.
+  /// The serial number of `drive` (one of the texts of `GetAllStorageDrives`) in the form that WMI's Win32_DiskDrive
+  /// reports it, without blanks at its ends; belongs to this object. Empty for an unknown drive.
   const char* GetWMISN(const char* drive);
 
  private:
-  struct Drive {
-    std::string name;
-    std::string wmi_serial;
-  };
-  std::vector<Drive> drives_;
+  std::vector<KnownDrive> drives_;
 };
 
 }  // namespace zt::shared::storage

@@ -4,7 +4,8 @@
 #include <limits>
 
 /// Conversions from floating point to integers as the processor's truncation gives them. C++ leaves them undefined for
-/// values out of range, while stored samples can hold anything; analyses of whole fleets rely on these results.
+/// values out of range, while stored samples and reports can hold anything; analyses of whole fleets rely on these
+/// results.
 namespace zt::telemetry::collector::performancesamples {
 
 /// Truncated toward zero; the smallest integer for NaN and for values out of range.
@@ -15,9 +16,9 @@ inline std::int64_t TruncateToInt64(double value) {
 }
 
 /// Truncated toward zero; the smallest integer for NaN and for values out of range.
-inline std::int32_t TruncateToInt32(float value) {
-  constexpr float kLimit = 2147483648.0F;  // 2^31
-  const bool in_range = value >= -kLimit && value < kLimit;
+inline std::int32_t TruncateToInt32(double value) {
+  constexpr double kLimit = 2147483648.0;  // 2^31
+  const bool in_range = value > -kLimit - 1 && value < kLimit;
   return in_range ? static_cast<std::int32_t>(value) : std::numeric_limits<std::int32_t>::min();
 }
 

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "battery_protocol.h"
+
+namespace zt::shared::battery {
+
+/// Outcome of one request to a device: a system error code, and how many bytes were answered.
+struct ControlOutcome {
+  std::uint32_t error = protocol::kSuccess;
+  std::size_t size = 0;
+};
+
+/// Sends a request to one battery device: its code, its input, and room for the answer.
+using ControlDevice =
+    std::function<ControlOutcome(std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output)>;
+
+/// What a battery's driver answered. Texts are UTF-8, without the blanks around them; empty where the driver has none.
+struct BatteryReading {
+  protocol::Information information;
+  protocol::Status status;
+  std::optional<std::uint32_t> temperature_tenth_kelvin;
+  std::string serial_number;
+  std::string unique_id;
+  std::string device_name;
+};
+
+/// Reads the battery in a slot. Absent when the slot is empty, when the battery leaves it during the reading, and when
+/// the driver does not answer what a battery is: nothing true could be said of it then. A battery that takes the place
+/// of another one during the reading is read in its stead, once.
+std::optional<BatteryReading> ReadBattery(const ControlDevice& device);
+
+}  // namespace zt::shared::battery

@@ -1,0 +1,51 @@
+#include "battery_source.h"
+
+#include <windows.h>
+// The battery device class and its requests; needs windows.h and the GUID definitions before it.
+#include <initguid.h>
+#include <poclass.h>
+#include <winioctl.h>
+
+#include "device_control.h"
+#include "device_interfaces.h"
+#include "figure_conversion.h"
+
+namespace zt::shared::battery {
+namespace {
+
+static_assert(protocol::kQueryTag == IOCTL_BATTERY_QUERY_TAG);
+static_assert(protocol::kQueryInformation == IOCTL_BATTERY_QUERY_INFORMATION);
+static_assert(protocol::kQueryStatus == IOCTL_BATTERY_QUERY_STATUS);
+static_assert(sizeof(protocol::InformationQuery) == sizeof(BATTERY_QUERY_INFORMATION));
+static_assert(sizeof(protocol::Information) == sizeof(BATTERY_INFORMATION));
+static_assert(sizeof(protocol::StatusQuery) == sizeof(BATTERY_WAIT_STATUS));
+static_assert(sizeof(protocol::Status) == sizeof(BATTERY_STATUS));
+
+std::optional<BatteryReading> ReadBatteryAt(const std::wstring& path) {
+  const UniqueHandle device = OpenDevice(path);
+  if (device == nullptr) return std::nullopt;
+  return ReadBattery([&](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output) {
+    return SendControl(device.get(), code, input, output, kAnswerLimit);
+  });
+}
+
+std::vector<BatteryReading> ReadMachineBatteries() {
+  std::vector<BatteryReading> readings;
+  for (const std::wstring& path : DeviceInterfacePaths(GUID_DEVICE_BATTERY)) {
+    std::optional<BatteryReading> reading = ReadBatteryAt(path);
+    if (reading && PowersTheMachine(*reading)) readings.push_back(*std::move(reading));
+  }
+  return readings;
+}
+
+}  // namespace
+
+// An empty slot takes no index: two batteries are found in a machine of three slots, whichever is empty.
+std::vector<std::optional<BatteryFigures>> ReadBatteries() {
+  const std::vector<BatteryReading> readings = ReadMachineBatteries();
+  if (readings.empty()) return {};
+  const std::vector<BatteryFigures> figures = FiguresOf(readings, smbios::SMBiosInfo(nullptr).GetPortableBatteries());
+  return {figures.begin(), figures.end()};
+}
+
+}  // namespace zt::shared::battery

@@ -1,0 +1,47 @@
+#include "device_interfaces.h"
+
+#include <setupapi.h>
+
+#include <cstddef>
+#include <memory>
+#include <new>
+
+namespace zt::shared::battery {
+namespace {
+
+struct DeviceListDeleter {
+  using pointer = HDEVINFO;
+  void operator()(HDEVINFO devices) const { ::SetupDiDestroyDeviceInfoList(devices); }
+};
+using DeviceList = std::unique_ptr<void, DeviceListDeleter>;
+
+// Empty where the system does not tell the path.
+std::wstring PathOf(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& device) {
+  DWORD size = 0;
+  ::SetupDiGetDeviceInterfaceDetailW(devices, &device, nullptr, 0, &size, nullptr);
+  if (size < sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W)) return {};
+  std::vector<std::byte> buffer(size);  // new gives it the alignment of any structure
+  auto* const detail = new (buffer.data()) SP_DEVICE_INTERFACE_DETAIL_DATA_W{};
+  detail->cbSize = sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W);
+  if (::SetupDiGetDeviceInterfaceDetailW(devices, &device, detail, size, nullptr, nullptr) == FALSE) return {};
+  return detail->DevicePath;
+}
+
+}  // namespace
+
+std::vector<std::wstring> DeviceInterfacePaths(const GUID& interface_class) {
+  std::vector<std::wstring> paths;
+  const HDEVINFO listed =
+      ::SetupDiGetClassDevsW(&interface_class, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
+  if (listed == INVALID_HANDLE_VALUE) return paths;
+  const DeviceList devices(listed);
+  SP_DEVICE_INTERFACE_DATA device{};
+  device.cbSize = sizeof(device);
+  for (DWORD i = 0; ::SetupDiEnumDeviceInterfaces(devices.get(), nullptr, &interface_class, i, &device) != FALSE; ++i) {
+    std::wstring path = PathOf(devices.get(), device);
+    if (!path.empty()) paths.push_back(std::move(path));
+  }
+  return paths;
+}
+
+}  // namespace zt::shared::battery

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace zt::shared::storage {
+
+/// What a disk's driver can be asked for; numbers of the system.
+enum class DiskProperty : std::uint32_t { kDescriptor = 0, kAdapterSerialNumber = 57 };
+
+/// A disk of this machine, opened for questions: without access to its data, which no user lacks the right to.
+class DiskDevice {
+ public:
+  /// `number`: that of "\\.\PhysicalDrive..." . The disk may be gone; then every answer is empty.
+  explicit DiskDevice(unsigned number);
+  ~DiskDevice();
+  DiskDevice(const DiskDevice&) = delete;
+  DiskDevice& operator=(const DiskDevice&) = delete;
+
+  bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+  /// The driver's answer (IOCTL_STORAGE_QUERY_PROPERTY); empty when it has none.
+  std::vector<std::uint8_t> Read(DiskProperty property) const;
+
+ private:
+  HANDLE handle_;
+};
+
+}  // namespace zt::shared::storage

@@ -1,0 +1,14 @@
+#include "samplers/operating_system/failure.h"
+
+#include <exception>
+#include <memory>
+#include <stdexcept>
+
+namespace zt::telemetry::collector::performancesamples {
+
+void FailWith(const std::string& message) {
+  std::unique_ptr<std::exception> failure = std::make_unique<std::runtime_error>(message);
+  throw failure.release();
+}
+
+}  // namespace zt::telemetry::collector::performancesamples

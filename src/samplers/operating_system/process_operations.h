@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "types/wmi_process_info.h"
+#include "zt/shared/wmi/wmi_client.h"
+
+namespace zt::telemetry::collector::performancesamples {
+
+/// The query for the operation counts of `processes`, of which there is at least one.
+std::wstring OperationsQuery(const ProcessList& processes);
+
+/// The process that the current row of that query tells of, taken out of `table`, with its operation counts. A count
+/// that cannot be read, or does not fit 32 bits, is 0. Throws `Error` for a row without an id, or whose process is not
+/// in the table.
+std::shared_ptr<WMIProcessInfo> TakeProcessOfRow(const shared::wmi::WMIClient& wmi, ProcessTable& table);
+
+/// Turns the figures of a listed process into the units of the record.
+void ConvertUnits(WMIProcessInfo& process);
+
+}  // namespace zt::telemetry::collector::performancesamples

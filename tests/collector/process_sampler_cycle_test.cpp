@@ -1,0 +1,62 @@
+#include "process_sampler_fixture.h"
+
+// The process sampler as part of a cycle. What it throws is a pointer, which the cycle owns: the sanitizers' builds
+// tell of a cycle that does not delete it.
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+constexpr char kThrownPointer[] = "Error handling message. Details: Unknown exception type.";
+
+class ProcessSamplerCycleTest : public ProcessSamplerTest {
+ protected:
+  const OperatingSystemSection& Collect() {
+    simulation::UseMachine(machine_);
+    Execute(50);
+    return OnlySent().operating_system_info();
+  }
+};
+
+TEST_F(ProcessSamplerCycleTest, SendsTheSessionAndTheProcesses) {
+  AddProcess(12, 50, "editor");
+  const OperatingSystemSection& section = Collect();
+  EXPECT_EQ(section.operating_session_info().time_since_last_boot_minutes(), 60.0F);
+  EXPECT_EQ(section.operating_session_info().time_since_last_logon_minutes(), 1.0F);
+  ASSERT_EQ(section.resource_intensive_processes_info_size(), 1);
+  EXPECT_EQ(section.resource_intensive_processes_info(0).executable_file_id(), "editor");
+  EXPECT_THAT(log_.Messages(), Not(Contains(kThrownPointer)));
+}
+
+TEST_F(ProcessSamplerCycleTest, LogsAnUnknownLastInputAndSendsTheRecord) {
+  machine_.session.last_input_tick_ms = kRefused;
+  EXPECT_EQ(Collect().operating_session_info().max_user_input_delay_ms(), 10U);
+  EXPECT_THAT(log_.Messages(plog::error), Contains(kThrownPointer).Times(1));
+}
+
+TEST_F(ProcessSamplerCycleTest, LogsAFailedListAndSendsTheSession) {
+  machine_.wmi.failures = {{kListedClass, kAccessDenied, std::nullopt, 0}};
+  EXPECT_EQ(Collect().operating_session_info().time_since_last_boot_minutes(), 60.0F);
+  EXPECT_THAT(log_.Messages(plog::error), Contains(kThrownPointer).Times(1));
+}
+
+TEST_F(ProcessSamplerCycleTest, LogsAProcessThatIsGoneAndSendsTheSession) {
+  AddProcess(12, 50).open_for_query = kRefused;
+  const OperatingSystemSection& section = Collect();
+  EXPECT_TRUE(section.has_operating_session_info());
+  EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
+  EXPECT_THAT(log_.Messages(plog::error), Contains(kThrownPointer).Times(1));
+}
+
+TEST_F(ProcessSamplerCycleTest, ASecondCycleReportsAfreshAndNotInAddition) {
+  AddProcess(12, 50, "editor");
+  simulation::UseMachine(machine_);
+  Execute(50);
+  Execute(50);
+  ASSERT_EQ(sink_->sent.size(), 2U);
+  EXPECT_EQ(sink_->sent[1].operating_system_info().resource_intensive_processes_info_size(), 1);
+}
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples

@@ -1,0 +1,28 @@
+#include "zt/shared/npu/npu_info.h"
+
+#include <gtest/gtest.h>
+
+#include "simulation/machine.h"
+
+// The library as its users see it.
+namespace zt::tests {
+namespace {
+
+using shared::npu::NPUInfo;
+
+TEST(NpuLibraryTest, GivesTheMachinesReport) {
+  simulation::Machine machine;
+  machine.npu_report = R"({"npu_count": 1})";
+  simulation::UseMachine(machine);
+  NPUInfo library;
+  EXPECT_STREQ(library.GetNPUInfoAsJsonString(), R"({"npu_count": 1})");
+}
+
+TEST(NpuLibraryTest, WithoutNpusTheTextIsEmpty) {
+  simulation::UseMachine({});
+  NPUInfo library;
+  EXPECT_STREQ(library.GetNPUInfoAsJsonString(), "");
+}
+
+}  // namespace
+}  // namespace zt::tests
