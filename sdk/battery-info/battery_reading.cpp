@@ -24,7 +24,7 @@ Outcome OutcomeOf(const ControlOutcome& answer, std::size_t expected_size) {
 
 template <typename Query, typename Answer>
 Outcome Ask(const ControlDevice& device, std::uint32_t code, const Query& query, Answer& answer) {
-  Answer received;
+  Answer received{};
   const ControlOutcome outcome =
       device(code, std::as_bytes(std::span(&query, 1)), std::as_writable_bytes(std::span(&received, 1)));
   if (OutcomeOf(outcome, sizeof(Answer)) == Outcome::kRead) answer = received;

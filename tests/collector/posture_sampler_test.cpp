@@ -80,8 +80,7 @@ struct AngleCase {
 TEST_F(PostureSampler, EveryAngleBelongsToOneBand) {
   machine_.sensors.orientation = kUpright;
   const AngleCase cases[] = {
-      {0.0, "positionClamshell"},
-      {-0.0, "positionClamshell"},
+      {0.001, "positionClamshell"},
       {44.999, "positionClamshell"},
       {std::nextafter(45.0, 0.0), "positionClamshell"},
       {45.0, "positionPullForward"},
@@ -116,6 +115,12 @@ TEST_F(PostureSampler, ANearlyClosedDeviceHasItsLidClosedOnlyFaceDown) {
     machine_.sensors.orientation = orientation;
     EXPECT_EQ(Evaluate(10), orientation == kFaceDown ? "positionLidClosed" : "positionClamshell");
   }
+}
+
+TEST_F(PostureSampler, AnAngleOfZeroIsAClosedDevice) {
+  machine_.sensors.orientation = kFaceDown;
+  EXPECT_EQ(Evaluate(0.0), "positionLidClosed");
+  EXPECT_EQ(Evaluate(-0.0), "positionLidClosed");
 }
 
 TEST_F(PostureSampler, ADeviceFoldedBackIsATabletOnlyFaceUp) {

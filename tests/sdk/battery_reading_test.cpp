@@ -77,9 +77,11 @@ TEST(BatteryReading, ABatteryThatDoesNotTellItsStateIsAbsent) {
 }
 
 TEST(BatteryReading, AShortAnswerIsNoAnswer) {
-  ScriptedBattery battery;
-  battery.missing_bytes = 1;
-  EXPECT_FALSE(battery.Read());
+  for (const std::uint32_t code : {protocol::kQueryTag, protocol::kQueryInformation, protocol::kQueryStatus}) {
+    ScriptedBattery battery;
+    battery.missing_bytes[code] = 1;
+    EXPECT_FALSE(battery.Read()) << code;
+  }
 }
 
 TEST(BatteryReading, ATemperatureThatTheDriverLacksIsAbsent) {

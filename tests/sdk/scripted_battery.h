@@ -47,10 +47,10 @@ class ScriptedBattery {
   std::map<protocol::Level, std::u16string> texts;
   std::optional<std::uint32_t> temperature_tenth_kelvin = 2982;
 
-  /// Errors by request code or level; bytes that answers are short of.
+  /// Errors by request code or level; by code, the bytes that answers are short of. A level that fails leaves rubbish.
   std::map<std::uint32_t, std::uint32_t> failing_codes;
   std::map<protocol::Level, std::uint32_t> failing_levels;
-  std::size_t missing_bytes = 0;
+  std::map<std::uint32_t, std::size_t> missing_bytes;
   /// Runs before each request is answered; given what was asked before.
   std::function<void(ScriptedBattery&)> before_answer;
 
@@ -67,7 +67,7 @@ class ScriptedBattery {
     return AnswerInformation(input, output);
   }
 
-  ControlOutcome AnswerTag(std::span<const std::byte> input, std::span<std::byte> output) const {
+  ControlOutcome AnswerTag(std::span<const std::byte> input, std::span<std::byte> output) {
     if (input.size() != sizeof(std::uint32_t)) return {kInvalidParameter, 0};
     if (tag == protocol::kNoTag) return {protocol::kFileNotFound, 0};
     return Put(&tag, sizeof(tag), output);
@@ -85,7 +85,10 @@ class ScriptedBattery {
     if (input.size() != sizeof(query)) return {kInvalidParameter, 0};
     std::memcpy(&query, input.data(), input.size());
     if (query.tag != tag) return {protocol::kFileNotFound, 0};
-    if (failing_levels.contains(query.level)) return {failing_levels[query.level], 0};
+    if (failing_levels.contains(query.level)) {
+      std::fill(output.begin(), output.end(), std::byte{'x'});
+      return {failing_levels[query.level], output.size()};
+    }
     if (query.level == protocol::Level::kInformation) return Put(&information, sizeof(information), output);
     if (query.level == protocol::Level::kTemperature && temperature_tenth_kelvin) {
       return Put(&*temperature_tenth_kelvin, sizeof(std::uint32_t), output);
@@ -95,8 +98,8 @@ class ScriptedBattery {
     return Put(text.c_str(), (text.size() + 1) * sizeof(char16_t), output);
   }
 
-  ControlOutcome Put(const void* answer, std::size_t size, std::span<std::byte> output) const {
-    const std::size_t answered = std::min(size, output.size()) - std::min(size, missing_bytes);
+  ControlOutcome Put(const void* answer, std::size_t size, std::span<std::byte> output) {
+    const std::size_t answered = std::min(size, output.size()) - missing_bytes[asked.back()];
     std::memcpy(output.data(), answer, answered);
     return {protocol::kSuccess, answered};
   }

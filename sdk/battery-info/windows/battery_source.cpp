@@ -21,11 +21,16 @@ static_assert(sizeof(protocol::Information) == sizeof(BATTERY_INFORMATION));
 static_assert(sizeof(protocol::StatusQuery) == sizeof(BATTERY_WAIT_STATUS));
 static_assert(sizeof(protocol::Status) == sizeof(BATTERY_STATUS));
 
+// A driver that lets one request run out of time is not asked again: the cycle waits for it.
 std::optional<BatteryReading> ReadBatteryAt(const std::wstring& path) {
   const UniqueHandle device = OpenDevice(path);
   if (device == nullptr) return std::nullopt;
+  bool answers = true;
   return ReadBattery([&](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output) {
-    return SendControl(device.get(), code, input, output, kAnswerLimit);
+    if (!answers) return ControlOutcome{ERROR_TIMEOUT, 0};
+    const ControlOutcome outcome = SendControl(device.get(), code, input, output, kAnswerLimit);
+    answers = outcome.error != ERROR_TIMEOUT;
+    return outcome;
   });
 }
 
