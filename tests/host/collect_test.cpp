@@ -23,6 +23,7 @@ constexpr char kStorage[] = "zt.telemetry.contract.storage.device_performance.Am
 constexpr char kMachine[] = R"({
   "smbios": {"serial_number": "SN42"},
   "clock": {"now": "2026-03-07T14:20:42Z", "standard_offset_minutes": -180},
+  "session": {"tick_counts_ms": [60000], "last_input_tick_ms": 0},
   "wmi": {
     "classes": {
       "Win32_ComputerSystem": [{"TotalPhysicalMemory": 17179869184}],
