@@ -10,7 +10,11 @@ namespace zt::telemetry::collector::performancesamples {
 namespace {
 
 constexpr char kNoLastInput[] = "Unable to get last input information.";
-constexpr std::uint32_t kMillisecondsPerMinute = 60'000;
+
+std::uint64_t WholeMinutes(std::uint64_t milliseconds) {
+  constexpr std::uint64_t kMillisecondsPerMinute = 60'000;
+  return milliseconds / kMillisecondsPerMinute;
+}
 
 }  // namespace
 
@@ -23,8 +27,8 @@ void FillSession(
   if (!last_input) FailWith(kNoLastInput);
   // The tick of the last input has 32 bits; the difference holds across their wrap, every 49.7 days.
   const std::uint32_t since_input = static_cast<std::uint32_t>(platform::TickCountMs()) - *last_input;
-  session.set_time_since_last_boot_minutes(static_cast<float>(since_boot / kMillisecondsPerMinute));
-  session.set_time_since_last_logon_minutes(static_cast<float>(since_input / kMillisecondsPerMinute));
+  session.set_time_since_last_boot_minutes(static_cast<float>(WholeMinutes(since_boot)));
+  session.set_time_since_last_logon_minutes(static_cast<float>(WholeMinutes(since_input)));
 }
 
 }  // namespace zt::telemetry::collector::performancesamples
