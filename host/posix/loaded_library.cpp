@@ -1,4 +1,4 @@
-#include "host/plugin_library.h"
+#include "host/loaded_library.h"
 
 #include <dlfcn.h>
 
@@ -7,21 +7,20 @@
 
 namespace zt::telemetry::host {
 
-const char kPluginSuffix[] = ".so";
+const char kLibrarySuffix[] = ".so";
 
-void PluginLibrary::Release::operator()(void* handle) const {
+void LoadedLibrary::Release::operator()(void* handle) const {
   ::dlclose(handle);
 }
 
-PluginLibrary::PluginLibrary(const std::filesystem::path& file)
+LoadedLibrary::LoadedLibrary(const std::filesystem::path& file)
     : handle_(::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (handle_ != nullptr) return;
   const char* const reason = ::dlerror();
-  throw WrongUsage("cannot load the plugin " + PathText(file) + ": " +
-                   (reason != nullptr ? reason : "no reason given"));
+  throw WrongUsage("cannot load " + PathText(file) + ": " + (reason != nullptr ? reason : "no reason given"));
 }
 
-void* PluginLibrary::Find(const char* name) const {
+void* LoadedLibrary::Find(const char* name) const {
   return ::dlsym(handle_.get(), name);
 }
 
