@@ -12,12 +12,14 @@ namespace zt::telemetry::host {
 namespace {
 
 using nlohmann::json;
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 // The program over an empty folder of stored samples.
 class DoctorTest : public testing::Test {
@@ -164,10 +166,10 @@ TEST_F(DoctorTest, ADatabaseWithoutATableIsAFailureThatNamesTheTable) {
 
 TEST_F(DoctorTest, TextHasALineForEachSourceThenTheFiguresThenTheCounts) {
   const std::vector<std::string> lines = Lines(Ask("convertible-laptop").out);
-  EXPECT_THAT(lines.at(1), testing::MatchesRegex("Serial number          present +[0-9.]+ ms  5CG0000001"));
+  EXPECT_THAT(lines.at(1), AllOf(StartsWith("Serial number          present "), EndsWith(" ms  5CG0000001")));
   EXPECT_THAT(lines, Contains("FIGURES"));
   EXPECT_THAT(lines, Contains("    mode  positionPullForward"));
-  EXPECT_THAT(lines.back(), testing::MatchesRegex("[0-9]+ present, [0-9]+ absent, 0 failed"));
+  EXPECT_THAT(lines.back(), AllOf(HasSubstr(" present, "), EndsWith(" absent, 0 failed")));
 }
 
 }  // namespace
