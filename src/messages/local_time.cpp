@@ -13,17 +13,15 @@
 #include <string_view>
 
 #include "platform/clock.h"
+#include "types/broken_down_time.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
 using std::chrono::days;
-using std::chrono::floor;
-using std::chrono::hh_mm_ss;
 using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::sys_seconds;
-using std::chrono::year_month_day;
 
 constexpr int kMinutesPerHour = 60;
 constexpr int kSecondsPerMinute = 60;
@@ -48,22 +46,8 @@ const std::locale& RecordLocale() {
   return locale;
 }
 
-std::tm CalendarOf(sys_seconds time) {
-  const auto day = floor<days>(time);
-  const year_month_day date(day);
-  const hh_mm_ss clock(time - day);
-  std::tm calendar{};
-  calendar.tm_year = static_cast<int>(date.year()) - kFirstYear;
-  calendar.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
-  calendar.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
-  calendar.tm_hour = static_cast<int>(clock.hours().count());
-  calendar.tm_min = static_cast<int>(clock.minutes().count());
-  calendar.tm_sec = static_cast<int>(clock.seconds().count());
-  return calendar;
-}
-
 std::string WallClockText(sys_seconds local_time) {
-  const std::tm calendar = CalendarOf(local_time);
+  const std::tm calendar = BrokenDownTime(local_time);
   if (calendar.tm_year < 0) return {};
   std::ostringstream text;
   text.imbue(RecordLocale());

@@ -18,7 +18,7 @@ class ProcessListTest : public ProcessSamplerTest {
 
   /// Samples with a busy process beside those that a test is about, which are to be left out in silence: neither asked
   /// for their operations nor reported.
-  void SampleAndSeeOnlyAnother() {
+  void ExpectToReportOnlyAnother() {
     AddProcess(900, 1, "other");
     Sample();
     EXPECT_THAT(Names(), ElementsAre("other"));
@@ -101,7 +101,7 @@ TEST_F(ProcessListTest, LeavesOutTheIdleProcessAndTheTotal) {
   AddListedRow(0, 95, "Idle");
   AddListedRow("0", 100, "_Total");
   AddToSystem(0);
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, LeavesOutWhatHasNoId) {
@@ -109,7 +109,7 @@ TEST_F(ProcessListTest, LeavesOutWhatHasNoId) {
   AddListedRow(simulation::WmiNull{}, 50);
   machine_.wmi.classes[kListedClass].push_back({{"Name", "nameless"}, {"PercentProcessorTime", "50"}});
   AddToSystem(0);
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, LeavesOutIdsThatAreNoNumbers) {
@@ -117,18 +117,18 @@ TEST_F(ProcessListTest, LeavesOutIdsThatAreNoNumbers) {
   for (const char* id : {"twelve", "12a", " 12", "12 OR 1=1", "-12", "+12", "0x12", "4294967308", "１２"}) {
     AddListedRow(id, 50);
   }
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, LeavesOutALoadThatIsNotAboveZero) {
   AddProcess(12, -1);
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, LeavesOutALoadThatIsNoNumber) {
   AddProcess(12, 50);
   machine_.wmi.classes[kListedClass][0]["PercentProcessorTime"] = "much";
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, ReadsALoadOf64BitsFromItsText) {
@@ -162,29 +162,29 @@ TEST_F(ProcessListTest, ALaterIdleRowDoesNotReplaceABusyOne) {
 TEST_F(ProcessListTest, SkipsInSilenceAProcessThatIsNoMoreThere) {
   AddProcess(12, 50);
   machine_.processes.clear();
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, SkipsInSilenceAProcessThatCannotBeOpenedForReading) {
   AddProcess(12, 50).open_for_reading = kRefused;
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, SkipsInSilenceAProcessWhoseTimesAreNotTold) {
   AddProcess(12, 50).times = kRefused;
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, SkipsInSilenceAProcessWhoseMemoryIsNotTold) {
   AddProcess(12, 50).memory = kRefused;
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, SkipsAProcessOfLessThanASecond) {
   simulation::Process& process = AddProcess(12, 50);
   process.user_100ns = kSecond100ns / 2;
   process.kernel_100ns = kSecond100ns / 2 - 1;
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, AddsUserAndKernelTimeBeforeItCutsToSeconds) {
@@ -204,12 +204,12 @@ TEST_F(ProcessListTest, KeepsTheLow32BitsOfAbsurdProcessorTimes) {
 
 TEST_F(ProcessListTest, SkipsAProcessWithoutAWorkingSet) {
   AddProcess(12, 50).working_set_bytes = 0;
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, SkipsAProcessWithoutAPeak) {
   AddProcess(12, 50).peak_working_set_bytes = 0;
-  SampleAndSeeOnlyAnother();
+  ExpectToReportOnlyAnother();
 }
 
 TEST_F(ProcessListTest, AFailedListEndsThePassWithItsTextAndKeepsTheSession) {

@@ -7,36 +7,20 @@
 #include <ctime>
 
 #include "platform/clock.h"
+#include "types/broken_down_time.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-using std::chrono::days;
-using std::chrono::floor;
 using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::sys_seconds;
 
 constexpr std::int64_t kUnitsPerSecond = 10'000'000;
-constexpr int kTmFirstYear = 1900;
 
 // A day is left for the zone's offset.
 constexpr sys_seconds kEndOfCalendar = sys_days{std::chrono::year(9999) / 12 / 31};
-
-std::tm BrokenDown(sys_seconds time) {
-  const auto day = floor<days>(time);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss clock(time - day);
-  std::tm fields{};
-  fields.tm_year = static_cast<int>(date.year()) - kTmFirstYear;
-  fields.tm_mon = static_cast<int>(static_cast<unsigned>(date.month())) - 1;
-  fields.tm_mday = static_cast<int>(static_cast<unsigned>(date.day()));
-  fields.tm_hour = static_cast<int>(clock.hours().count());
-  fields.tm_min = static_cast<int>(clock.minutes().count());
-  fields.tm_sec = static_cast<int>(clock.seconds().count());
-  return fields;
-}
 
 std::string WallClockText(const std::tm& fields) {
   std::array<char, sizeof "9999-12-31T23:59:59"> text{};
@@ -61,8 +45,8 @@ std::string StartTimeText(std::int64_t created_100ns) {
   const sys_seconds utc{seconds(created_100ns / kUnitsPerSecond)};
   if (created_100ns < 0 || utc >= kEndOfCalendar) return {};
   const sys_seconds local = utc + minutes(platform::LocalOffsetMinutes(utc.time_since_epoch().count()));
-  const std::tm local_fields = BrokenDown(local);
-  return WallClockText(local_fields) + OffsetText(local_fields, BrokenDown(utc));
+  const std::tm local_fields = BrokenDownTime(local);
+  return WallClockText(local_fields) + OffsetText(local_fields, BrokenDownTime(utc));
 }
 
 }  // namespace zt::telemetry::collector::performancesamples
