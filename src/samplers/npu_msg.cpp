@@ -101,7 +101,8 @@ void FillMemoryUtilization(const json& npu, PcLogPerformanceSamplesAsCDM_HwInfo_
   const std::uint64_t total_bytes = ReadUint64(*total);
   const std::uint64_t used_bytes = ReadUint64(*used);
   if (total_bytes == 0) return;
-  entry.set_memory_controller_utilization_percent(static_cast<float>(used_bytes / total_bytes * 100));
+  const std::uint64_t share = used_bytes / total_bytes;
+  entry.set_memory_controller_utilization_percent(static_cast<float>(share * 100));
 }
 
 void AddNpu(const std::string& device_id, const json& npu, PcLogPerformanceSamplesAsCDM_HwInfo& hardware) {

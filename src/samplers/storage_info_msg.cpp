@@ -173,6 +173,7 @@ void StorageInfoMsg::PopulateStorageAndUploadProtos() {
   }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature
 float StorageInfoMsg::GetDiskUsagePercent(std::string device_id) {
   Space sum;
   for (const std::string& partition : ReadPartitions(*wmi_client_, device_id)) {
