@@ -15,7 +15,8 @@ class Library {
   /// No library.
   Library() = default;
 
-  /// The library of this full path, and no other of its name.
+  /// The library of this full path, and no other of its name. (Elsewhere than on Windows a bare name is one that the
+  /// system knows.)
   static Library Load(const std::filesystem::path& file);
 
   /// The library of this name. `search_flags`: where to look, as `LoadLibraryExW` takes it.

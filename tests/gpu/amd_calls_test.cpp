@@ -1,6 +1,7 @@
 // What one call that fails, or one function that is missing, costs of AMD's cards; and that no interface is lost.
 #include <functional>
 #include <limits>
+#include <ostream>
 
 #include "gpu_fixture.h"
 #include "samplers/gpu/amd_card_info.h"
@@ -60,6 +61,11 @@ struct Case {
   std::function<void(AdlxGpu&)> break_it;
   std::function<void(GraphicCardInfo&)> take_away;
 };
+
+// The name under which the test runs.
+void PrintTo(const Case& tested, std::ostream* out) {
+  *out << tested.name;
+}
 
 const std::vector<Case>& Cases() {
   static const std::vector<Case> cases = {

@@ -11,6 +11,7 @@
 #include "gpu_machine.h"
 #include "samplers/gpu/gpu_info_msg.h"
 #include "simulation/vendor_record.h"
+#include "types/graphic_card_info.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {

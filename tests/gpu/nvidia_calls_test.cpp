@@ -1,6 +1,7 @@
 // What one call that fails, or one function that is missing, costs: its own field.
 #include <functional>
 #include <limits>
+#include <ostream>
 
 #include "gpu_fixture.h"
 #include "samplers/gpu/nvidia_card_info.h"
@@ -52,6 +53,11 @@ void LoseClocks(GraphicCardInfo& card) {
 }
 
 constexpr Failure kFails{999};
+
+// The name under which the test runs.
+void PrintTo(const Case& tested, std::ostream* out) {
+  *out << tested.function;
+}
 
 const std::vector<Case>& Cases() {
   static const std::vector<Case> cases = {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -63,23 +64,20 @@ GPUInfoMsg::GPUInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbios::Priva
 void GPUInfoMsg::PopulateStorageAndUploadProtos() {
   const VendorTable vendors = MakeVendors(*wmi_client_);
   std::vector<GraphicCardInfo> cards;
-  static_cdm_->mutable_hw_info();
-  int emitted = 0;
+  auto& hardware = *static_cdm_->mutable_hw_info();
+  int written = 0;
   for (const auto& [key, vendor] : vendors) {
     if (vendor->QueryValues(&cards).Failed()) continue;
     // All cards so far, once more after each vendor: consumers of the record expect those of earlier vendors repeated.
     for (GraphicCardInfo& card : cards) {
-      if (++emitted > kMaximumCards) return;
-      AddCard(card);
+      if (++written > kMaximumCards) return;
+      // What is filled in stays in the list, and is not asked for again.
+      if (card.serial_number.empty()) AlternativeSNRetrieval(card.serial_number);
+      if (card.temperature_celsius == 0) AlternativeTempRetrieval(card.temperature_celsius, nullptr, nullptr);
+      thermal_->set_gpu_temperature(card.temperature_celsius);
+      FillEntry(card, *hardware.add_gpus_info());
     }
   }
-}
-
-void GPUInfoMsg::AddCard(GraphicCardInfo& card) {
-  if (card.serial_number.empty()) AlternativeSNRetrieval(card.serial_number);
-  if (card.temperature_celsius == 0) AlternativeTempRetrieval(card.temperature_celsius, nullptr, nullptr);
-  thermal_->set_gpu_temperature(card.temperature_celsius);
-  FillEntry(card, *static_cdm_->mutable_hw_info()->add_gpus_info());
 }
 
 void GPUInfoMsg::AlternativeSNRetrieval(std::string& serial) {

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "messages/perf_messages.h"
-#include "types/graphic_card_info.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
@@ -28,9 +27,6 @@ class ZT_COLLECTOR_EXPORT GPUInfoMsg : public PerfMessages {
   /// used; they may be null.
   void AlternativeTempRetrieval(unsigned int& temperature, unsigned long* returnCode,
                                 std::vector<unsigned char>* output);
-
- private:
-  void AddCard(types::GraphicCardInfo& card);
 };
 
 }  // namespace zt::telemetry::collector::performancesamples
