@@ -5,6 +5,7 @@
 
 #include "simulation/query_log.h"
 #include "simulation/tick_counter.h"
+#include "simulation/vendor_record.h"
 
 namespace zt::simulation {
 namespace {
@@ -14,6 +15,7 @@ struct State {
   std::vector<std::string> queries;
   std::vector<std::uint64_t> matching_executions;  // of each entry of wmi.failures
   std::size_t tick_counts_taken = 0;
+  VendorRecord vendor_record;
 };
 
 State& Current() {
@@ -61,6 +63,10 @@ std::uint64_t TakeTickCount() {
   const std::vector<std::uint64_t>& tick_counts = state.machine.session.tick_counts_ms;
   if (tick_counts.empty()) return 0;
   return tick_counts[std::min(state.tick_counts_taken++, tick_counts.size() - 1)];
+}
+
+VendorRecord& CurrentVendorRecord() {
+  return Current().vendor_record;
 }
 
 }  // namespace zt::simulation

@@ -129,14 +129,19 @@ struct Nvml {
 };
 
 struct AdlxGpu {
-  std::string vendor_id;
-  std::string device_id;
-  std::uint32_t total_memory_mb = 0;
-  std::optional<double> usage_percent;
-  std::optional<double> temperature_celsius;
-  std::optional<std::int32_t> clock_mhz;
-  std::optional<std::int32_t> memory_clock_mhz;
-  std::optional<std::int32_t> memory_used_mb;
+  std::uint32_t open = 0;
+  std::uint32_t metrics_support = 0;
+  std::uint32_t support_questions = 0;
+  std::uint32_t current_metrics = 0;
+  Answer<std::string> vendor_id;
+  Answer<std::string> device_id;
+  Answer<std::uint32_t> total_memory_mb = 0U;
+  // A metric that is absent is not supported.
+  OptionalAnswer<double> usage_percent;
+  OptionalAnswer<double> temperature_celsius;
+  OptionalAnswer<std::int32_t> clock_mhz;
+  OptionalAnswer<std::int32_t> memory_clock_mhz;
+  OptionalAnswer<std::int32_t> memory_used_mb;
 };
 
 struct Adlx {
@@ -273,7 +278,7 @@ struct Machine {
 ZT_SIMULATION_EXPORT const Machine& CurrentMachine();
 
 /// Puts `machine` in the place of the current one, and forgets what was recorded of that one (counts of WMI failures,
-/// tick counts, queries).
+/// tick counts, queries, calls of the vendors' libraries).
 ZT_SIMULATION_EXPORT void UseMachine(Machine machine);
 
 /// The text of every WQL query since `UseMachine`, UTF-8, in the order in which they ran.

@@ -58,7 +58,11 @@ void Read(const Value& value, Nvml& nvml) {
 }
 
 void Read(const Value& value, AdlxGpu& gpu) {
-  ReadObject(value, {{"vendor_id", To(gpu.vendor_id)},
+  ReadObject(value, {{"open", ToStatus(gpu.open)},
+                     {"metrics_support", ToStatus(gpu.metrics_support)},
+                     {"support_questions", ToStatus(gpu.support_questions)},
+                     {"current_metrics", ToStatus(gpu.current_metrics)},
+                     {"vendor_id", To(gpu.vendor_id)},
                      {"device_id", To(gpu.device_id)},
                      {"total_memory_mb", To(gpu.total_memory_mb)},
                      {"usage_percent", To(gpu.usage_percent)},

@@ -84,14 +84,18 @@ inline constexpr std::string_view kFullProfile = R"json({
     "gpu_list": 3,
     "gpus": [
       {
+        "open": 4,
+        "metrics_support": 5,
+        "support_questions": 6,
+        "current_metrics": -1,
         "vendor_id": "1002",
-        "device_id": "744C",
+        "device_id": {"fails": 12},
         "total_memory_mb": 8192,
         "usage_percent": 41.5,
         "temperature_celsius": 63.9,
         "clock_mhz": -30,
         "memory_clock_mhz": 31,
-        "memory_used_mb": 32
+        "memory_used_mb": {"fails": 3}
       }
     ]
   },

@@ -212,21 +212,25 @@ TEST(ProfileFactsTest, ThrottleReasonsMayBeANumberToo) {
   EXPECT_EQ(reasons(R"({"fails": 4294967295})"), Fails<std::uint64_t>(-1));
 }
 
-TEST(ProfileFactsTest, AnAdlxCardHasTheMetricsThatAreStated) {
+TEST(ProfileFactsTest, AnAdlxCardHasTheMetricsThatAreStatedAndTheyMayFail) {
   const simulation::Adlx adlx = Full().adlx.value();
   EXPECT_THAT(adlx.missing_functions, ElementsAre("ADLXTerminate"));
   EXPECT_EQ(adlx.initialize, 1U);
   EXPECT_EQ(adlx.performance_services, 2U);
   EXPECT_EQ(adlx.gpu_list, 3U);
   const simulation::AdlxGpu& gpu = adlx.gpus.at(0);
-  EXPECT_EQ(gpu.vendor_id, "1002");
-  EXPECT_EQ(gpu.device_id, "744C");
-  EXPECT_EQ(gpu.total_memory_mb, 8192U);
-  EXPECT_EQ(gpu.usage_percent, 41.5);
-  EXPECT_EQ(gpu.temperature_celsius, 63.9);
-  EXPECT_EQ(gpu.clock_mhz, -30);
-  EXPECT_EQ(gpu.memory_clock_mhz, 31);
-  EXPECT_EQ(gpu.memory_used_mb, 32);
+  EXPECT_EQ(gpu.open, 4U);
+  EXPECT_EQ(gpu.metrics_support, 5U);
+  EXPECT_EQ(gpu.support_questions, 6U);
+  EXPECT_EQ(gpu.current_metrics, 4294967295U);
+  EXPECT_EQ(gpu.vendor_id, Answer<std::string>("1002"));
+  EXPECT_EQ(gpu.device_id, Answer<std::string>(Failure{12}));
+  EXPECT_EQ(gpu.total_memory_mb, Answer<std::uint32_t>(8192U));
+  EXPECT_EQ(gpu.usage_percent, Plain<double>(41.5));
+  EXPECT_EQ(gpu.temperature_celsius, Plain<double>(63.9));
+  EXPECT_EQ(gpu.clock_mhz, Plain<std::int32_t>(-30));
+  EXPECT_EQ(gpu.memory_clock_mhz, Plain<std::int32_t>(31));
+  EXPECT_EQ(gpu.memory_used_mb, Fails<std::int32_t>(3));
   EXPECT_FALSE(Parse(R"({"adlx": {"gpus": [{}]}})").adlx->gpus.at(0).usage_percent);
 }
 

@@ -1,12 +1,96 @@
 #include "samplers/gpu/gpu_info_msg.h"
 
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+
+#include "samplers/gpu/amd_card_info.h"
+#include "samplers/gpu/intel_card_info.h"
+#include "samplers/gpu/nvidia_card_info.h"
+#include "zt/telemetry/common/utils.h"
+
 namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::Utils;
+using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo;
+using types::GraphicCardInfo;
+using VendorTable = std::map<int, std::shared_ptr<AbstractGPUVendor>>;
+
+constexpr int kMaximumCards = 32;
+constexpr unsigned long long kTextLimit = 64;
+constexpr wchar_t kControllersQuery[] = L"SELECT PNPDeviceID FROM Win32_VideoController";
+
+// The firmware's thermal readings: how many there are, then that of the graphics.
+constexpr int kThermalReadings = 1;
+constexpr std::size_t kThermalReplySize = 128;
+constexpr std::size_t kCountOffset = 0;
+constexpr std::size_t kGraphicsOffset = 1;
+
+VendorTable MakeVendors(shared::wmi::WMIClient& wmi) {
+  return {{0, std::make_shared<NvidiaCardInfo>()},
+          {1, std::make_shared<AmdCardInfo>()},
+          {2, std::make_shared<IntelCardInfo>(wmi)}};
+}
+
+void FillEntry(const GraphicCardInfo& card, PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo& entry) {
+  entry.set_gpus_utilization_percent(card.gpu_utilization_percent);
+  entry.set_gpus_clock_mhz(card.gpu_clock_mhz);
+  entry.set_memory_bandwidth_gb(card.memory_bandwidth_gb);
+  entry.set_memory_clock_mhz(card.memory_clock_mhz);
+  entry.set_memory_used_mb(card.memory_used_mb);
+  if (!std::isnan(card.memory_controller_utilization_percent)) {
+    entry.set_memory_controller_utilization_percent(card.memory_controller_utilization_percent);
+  }
+  entry.set_performance_capped_reason(Utils::AdjustString(card.status_text, kTextLimit));
+  entry.set_decoder_utilization_percent(card.decoder_utilization_percent);
+  entry.set_encoder_utilization_percent(card.encoder_utilization_percent);
+  entry.set_video_engine_utilization_percent(card.video_engine_utilization_percent);
+  entry.set_bus_id(Utils::AdjustString(std::to_string(card.bus_number)));
+  entry.set_temperature_celsius(card.temperature_celsius);
+  entry.set_graphics_card_serial_number(Utils::AdjustString(card.serial_number, kTextLimit));
+}
+
+}  // namespace
 
 GPUInfoMsg::GPUInfoMsg(const PerfMessages& other) : PerfMessages(other) {}
 
 GPUInfoMsg::GPUInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbios::PrivateBiosWmi* private_bios_wmi)
     : PerfMessages(wmi_client, private_bios_wmi) {}
 
-void GPUInfoMsg::PopulateStorageAndUploadProtos() {}
+void GPUInfoMsg::PopulateStorageAndUploadProtos() {
+  const VendorTable vendors = MakeVendors(*wmi_client_);
+  std::vector<GraphicCardInfo> cards;
+  auto& hardware = *static_cdm_->mutable_hw_info();
+  int written = 0;
+  for (const auto& [key, vendor] : vendors) {
+    if (vendor->QueryValues(&cards).Failed()) continue;
+    // All cards so far, once more after each vendor: consumers of the record expect those of earlier vendors repeated.
+    for (GraphicCardInfo& card : cards) {
+      if (++written > kMaximumCards) return;
+      // What is filled in stays in the list, and is not asked for again.
+      if (card.serial_number.empty()) AlternativeSNRetrieval(card.serial_number);
+      if (card.temperature_celsius == 0) AlternativeTempRetrieval(card.temperature_celsius, nullptr, nullptr);
+      thermal_->set_gpu_temperature(card.temperature_celsius);
+      FillEntry(card, *hardware.add_gpus_info());
+    }
+  }
+}
+
+void GPUInfoMsg::AlternativeSNRetrieval(std::string& serial) {
+  wmi_client_->ExecQuery(kControllersQuery);
+  wmi_client_->Next();
+  wmi_client_->GetValue(L"PNPDeviceID", serial);
+}
+
+void GPUInfoMsg::AlternativeTempRetrieval(unsigned int& temperature, unsigned long* /*returnCode*/,
+                                          std::vector<unsigned char>* /*output*/) {
+  std::array<std::uint8_t, kThermalReplySize> reply{};
+  const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
+  if (outcome == 0 && reply[kCountOffset] > 0) temperature = reply[kGraphicsOffset];
+}
 
 }  // namespace zt::telemetry::collector::performancesamples

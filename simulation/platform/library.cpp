@@ -1,0 +1,49 @@
+#include "platform/library.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "simulation/library_folder.h"
+#include "simulation/machine.h"
+
+// The stand-ins of the vendors' libraries are real ones, loaded by the real loader. What the machine states is whether
+// they are there, and which of their functions are.
+namespace zt::telemetry::collector::performancesamples::platform {
+namespace {
+
+const simulation::Machine& Machine() {
+  return simulation::CurrentMachine();
+}
+
+bool IsInstalled(const std::filesystem::path& file) {
+  if (file.filename() == "nvml.dll") return Machine().nvml.has_value();
+  if (file.filename() == "amdadlx64.dll") return Machine().adlx.has_value();
+  return false;
+}
+
+bool Names(const std::vector<std::string>& functions, const char* name) {
+  return std::find(functions.begin(), functions.end(), name) != functions.end();
+}
+
+// No function of one vendor has the name of another's.
+bool IsMissing(const char* name) {
+  return (Machine().nvml && Names(Machine().nvml->missing_functions, name)) ||
+         (Machine().adlx && Names(Machine().adlx->missing_functions, name));
+}
+
+}  // namespace
+
+Library Library::Load(const std::filesystem::path& file) {
+  return IsInstalled(file) ? Library(LoadModule(file)) : Library();
+}
+
+Library Library::Search(const std::filesystem::path& name, std::uint32_t /*search_flags*/) {
+  return Load(simulation::LibraryFolder() / name);
+}
+
+void* Library::FindAddress(const char* name) const {
+  return module_ != nullptr && !IsMissing(name) ? FindExport(module_.get(), name) : nullptr;
+}
+
+}  // namespace zt::telemetry::collector::performancesamples::platform

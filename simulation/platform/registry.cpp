@@ -1,0 +1,61 @@
+#include "platform/registry.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "simulation/machine.h"
+
+namespace zt::telemetry::collector::performancesamples::platform {
+namespace {
+
+using simulation::RegistryKey;
+
+constexpr std::string_view kRoot = "HKEY_LOCAL_MACHINE\\";
+
+bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+  const auto lower = [](char character) { return std::tolower(static_cast<unsigned char>(character)); };
+  return std::ranges::equal(left, right, {}, lower, lower);
+}
+
+// The rest of `path` behind the name of a key; absent when `path` leads elsewhere.
+std::optional<std::string_view> Behind(std::string_view name, std::string_view path) {
+  if (path.size() < name.size() || !EqualIgnoringCase(path.substr(0, name.size()), name)) return std::nullopt;
+  path.remove_prefix(name.size());
+  if (!path.empty() && path.front() != '\\') return std::nullopt;
+  return path.empty() ? path : path.substr(1);
+}
+
+const RegistryKey* Find(const std::vector<RegistryKey>& keys, std::string_view path) {
+  for (const RegistryKey& key : keys) {
+    const std::optional<std::string_view> rest = Behind(key.name, path);
+    if (!rest) continue;
+    const RegistryKey* const found = rest->empty() ? &key : Find(key.keys, *rest);
+    if (found != nullptr) return found;
+  }
+  return nullptr;
+}
+
+const RegistryKey* Open(const std::string& path) {
+  return Find(simulation::CurrentMachine().registry, std::string(kRoot) + path);
+}
+
+}  // namespace
+
+std::vector<std::string> RegistrySubkeys(const std::string& path) {
+  std::vector<std::string> names;
+  const RegistryKey* const key = Open(path);
+  if (key == nullptr) return names;
+  for (const RegistryKey& subkey : key->keys) names.push_back(subkey.name);
+  return names;
+}
+
+std::optional<std::string> RegistryText(const std::string& path, const std::string& value) {
+  const RegistryKey* const key = Open(path);
+  if (key == nullptr) return std::nullopt;
+  const auto found = std::find_if(key->values.begin(), key->values.end(),
+                                  [&](const auto& entry) { return EqualIgnoringCase(entry.first, value); });
+  return found != key->values.end() ? std::optional(found->second) : std::nullopt;
+}
+
+}  // namespace zt::telemetry::collector::performancesamples::platform

@@ -1,0 +1,148 @@
+// The stand-in of AMD's device library: answers from the machine's "adlx" facts.
+#include <type_traits>
+
+#include "samplers/gpu/adlx_api.h"
+#include "simulation/machine.h"
+#include "simulation/vendor_record.h"
+#include "simulation/vendors/adlx_gpu.h"
+#include "simulation/vendors/counted_interface.h"
+#include "zt/zt_adlx_export.h"
+
+namespace zt::simulation {
+
+std::vector<std::unique_ptr<CountedObject>>& HandedOutObjects() {
+  static std::vector<std::unique_ptr<CountedObject>> objects;
+  return objects;
+}
+
+namespace {
+
+// ADLX 1.2.0.72.
+constexpr std::uint64_t kVersion = 0x0001'0002'0000'0048;
+constexpr char kVersionText[] = "1.2.0.72";
+// The first card's index: what a caller takes from the list, and not for granted.
+constexpr std::uint32_t kFirst = 1;
+
+const std::vector<AdlxGpu>& Gpus() {
+  static const std::vector<AdlxGpu> none;
+  return CurrentMachine().adlx ? CurrentMachine().adlx->gpus : none;
+}
+
+class GpuList final : public CountedInterface<IADLXGPUList> {
+ public:
+  GpuList() : CountedInterface("IADLXGPUList") {}
+
+  std::uint32_t Begin() override { return Called("Begin") ? kFirst : 0; }
+  std::uint32_t End() override { return Called("End") ? kFirst + static_cast<std::uint32_t>(Gpus().size()) : 0; }
+  ADLX_RESULT At_GPUList(std::uint32_t location, IADLXGPU** gpu) override {
+    if (!Called("At_GPUList")) return ADLX_FAIL;
+    if (location < kFirst || location - kFirst >= Gpus().size()) return ADLX_INVALID_ARGS;
+    const AdlxGpu& facts = Gpus()[location - kFirst];
+    const ADLX_RESULT result = ToResult(facts.open);
+    if (Succeeded(result)) HandOut<Gpu>(gpu, facts);
+    return result;
+  }
+};
+
+class PerformanceServices final : public CountedInterface<IADLXPerformanceMonitoringServices> {
+ public:
+  PerformanceServices() : CountedInterface("IADLXPerformanceMonitoringServices") {}
+
+  ADLX_RESULT GetCurrentGPUMetrics(IADLXGPU* gpu, IADLXGPUMetrics** metrics) override {
+    if (!Called("GetCurrentGPUMetrics")) return ADLX_FAIL;
+    const AdlxGpu& facts = static_cast<Gpu*>(gpu)->Facts();
+    const ADLX_RESULT result = ToResult(facts.current_metrics);
+    if (Succeeded(result)) HandOut<Metrics>(metrics, facts);
+    return result;
+  }
+  ADLX_RESULT GetSupportedGPUMetrics(IADLXGPU* gpu, IADLXGPUMetricsSupport** support) override {
+    if (!Called("GetSupportedGPUMetrics")) return ADLX_FAIL;
+    const AdlxGpu& facts = static_cast<Gpu*>(gpu)->Facts();
+    const ADLX_RESULT result = ToResult(facts.metrics_support);
+    if (Succeeded(result)) HandOut<MetricsSupport>(support, facts);
+    return result;
+  }
+};
+
+class System final : public IADLXSystem {
+ public:
+  ADLX_RESULT GetGPUs(IADLXGPUList** gpus) override {
+    ++CurrentVendorRecord().calls["IADLXSystem::GetGPUs"];
+    const ADLX_RESULT result = ToResult(CurrentMachine().adlx->gpu_list);
+    if (Succeeded(result)) HandOut<GpuList>(gpus);
+    return result;
+  }
+  ADLX_RESULT GetPerformanceMonitoringServices(IADLXPerformanceMonitoringServices** services) override {
+    ++CurrentVendorRecord().calls["IADLXSystem::GetPerformanceMonitoringServices"];
+    const ADLX_RESULT result = ToResult(CurrentMachine().adlx->performance_services);
+    if (Succeeded(result)) HandOut<PerformanceServices>(services);
+    return result;
+  }
+};
+
+bool is_started = false;
+
+ADLX_RESULT Start(const char* function, std::uint64_t version, IADLXSystem** system) {
+  static System the_system;
+  ++CurrentVendorRecord().calls[function];
+  if (version != kVersion) CurrentVendorRecord().faults.emplace_back("started with an unknown version");
+  if (!CurrentMachine().adlx) return ADLX_FAIL;
+  const ADLX_RESULT result = ToResult(CurrentMachine().adlx->initialize);
+  if (!Succeeded(result)) return result;
+  if (!is_started) HandedOutObjects().clear();
+  is_started = true;
+  *system = &the_system;
+  return result;
+}
+
+}  // namespace
+}  // namespace zt::simulation
+
+using zt::simulation::CurrentVendorRecord;
+
+extern "C" {
+
+ZT_ADLX_EXPORT ADLX_RESULT ADLXQueryFullVersion(std::uint64_t* version) {
+  ++CurrentVendorRecord().calls["ADLXQueryFullVersion"];
+  *version = zt::simulation::kVersion;
+  return ADLX_OK;
+}
+
+ZT_ADLX_EXPORT ADLX_RESULT ADLXQueryVersion(const char** version) {
+  ++CurrentVendorRecord().calls["ADLXQueryVersion"];
+  *version = zt::simulation::kVersionText;
+  return ADLX_OK;
+}
+
+ZT_ADLX_EXPORT ADLX_RESULT ADLXInitialize(std::uint64_t version, IADLXSystem** system) {
+  return zt::simulation::Start("ADLXInitialize", version, system);
+}
+
+ZT_ADLX_EXPORT ADLX_RESULT ADLXInitializeWithIncompatibleDriver(std::uint64_t version, IADLXSystem** system) {
+  return zt::simulation::Start("ADLXInitializeWithIncompatibleDriver", version, system);
+}
+
+ZT_ADLX_EXPORT ADLX_RESULT ADLXInitializeWithCallerAdl(std::uint64_t version, IADLXSystem** system,
+                                                       void** /*adl_mapping*/, void* /*adl_context*/,
+                                                       void (* /*free_adl_memory*/)(void** buffer)) {
+  return zt::simulation::Start("ADLXInitializeWithCallerAdl", version, system);
+}
+
+ZT_ADLX_EXPORT ADLX_RESULT ADLXTerminate() {
+  ++CurrentVendorRecord().calls["ADLXTerminate"];
+  zt::simulation::is_started = false;
+  if (CurrentVendorRecord().live_references != 0) {
+    CurrentVendorRecord().faults.emplace_back("terminated before every interface was released");
+  }
+  return ADLX_OK;
+}
+
+}  // extern "C"
+
+// Each function is of the type by which the collector calls it.
+static_assert(std::is_same_v<decltype(ADLXQueryFullVersion), ADLXQueryFullVersion_t>);
+static_assert(std::is_same_v<decltype(ADLXQueryVersion), ADLXQueryVersion_t>);
+static_assert(std::is_same_v<decltype(ADLXInitializeWithCallerAdl), ADLXInitializeWithCallerAdl_t>);
+static_assert(std::is_same_v<decltype(ADLXInitializeWithIncompatibleDriver), ADLXInitializeWithIncompatibleDriver_t>);
+static_assert(std::is_same_v<decltype(ADLXInitialize), ADLXInitialize_t>);
+static_assert(std::is_same_v<decltype(ADLXTerminate), ADLXTerminate_t>);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+#include "types/graphic_card_info.h"
+#include "zt/telemetry/common/error.h"
+
+namespace zt::telemetry::collector::performancesamples {
+
+/// One vendor's way to its graphics cards. The order of the operations is part of the interface.
+class AbstractGPUVendor {
+ public:
+  virtual ~AbstractGPUVendor() = default;
+
+  /// Appends each card found to `cards`, which is never cleared. Returns success, or why the vendor has nothing to say;
+  /// cards that were appended before a failure stay.
+  virtual common::Error QueryValues(std::vector<types::GraphicCardInfo>* cards) = 0;
+};
+
+}  // namespace zt::telemetry::collector::performancesamples

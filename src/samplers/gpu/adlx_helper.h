@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "platform/library.h"
+#include "samplers/gpu/adlx_api.h"
+#include "zt/telemetry/common/error.h"
+
+namespace zt::telemetry::collector::performancesamples {
+
+/// AMD's device library (ADLX): loaded and started when first asked for, stopped and unloaded with this object.
+class ADLXHelper {
+ public:
+  ADLXHelper() = default;
+  /// Every interface that the library gave must be released by then.
+  ~ADLXHelper();
+  ADLXHelper(const ADLXHelper&) = delete;
+  ADLXHelper& operator=(const ADLXHelper&) = delete;
+
+  /// Starts the library. Success has the text "No error"; the failure (kind 5, the library's result, 3 where the
+  /// library or one of its six functions is missing) "Error while initializing ADLX lib".
+  common::Error Start();
+
+  /// Not null once the start succeeded.
+  IADLXSystem* System() const { return system_; }
+
+  /// The library's version, as it names it; empty before the start.
+  const std::string& Version() const { return version_; }
+
+ private:
+  bool FindLibrary();
+  ADLX_RESULT Initialize();
+
+  platform::Library library_;
+  ADLXQueryFullVersion_t* query_full_version_ = nullptr;
+  ADLXQueryVersion_t* query_version_ = nullptr;
+  ADLXInitializeWithCallerAdl_t* initialize_with_caller_adl_ = nullptr;
+  ADLXInitializeWithIncompatibleDriver_t* initialize_with_incompatible_driver_ = nullptr;
+  ADLXInitialize_t* initialize_ = nullptr;
+  ADLXTerminate_t* terminate_ = nullptr;
+  std::string version_;
+  IADLXSystem* system_ = nullptr;
+};
+
+}  // namespace zt::telemetry::collector::performancesamples

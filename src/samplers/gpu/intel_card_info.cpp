@@ -1,0 +1,66 @@
+#include "samplers/gpu/intel_card_info.h"
+
+#include <cstdint>
+#include <string>
+#include <typeinfo>
+#include <utility>
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::Error;
+using shared::wmi::WMIClient;
+using types::GraphicCardInfo;
+
+constexpr wchar_t kPresenceQuery[] =
+    LR"(SELECT __Class FROM Win32_VideoController WHERE AdapterCompatibility="Intel Corporation")";
+constexpr wchar_t kSerialQuery[] = L"SELECT SerialNumber FROM Win32_BIOS";
+// The zone is "\_TZ.CPUZ"; WQL writes its backslash as two.
+constexpr wchar_t kTemperatureQuery[] =
+    LR"(SELECT Temperature FROM Win32_PerfFormattedData_Counters_ThermalZoneInformation WHERE Name = "\\_TZ.CPUZ")";
+
+constexpr char kNotFound[] = "Intel GPU not found";
+constexpr std::int64_t kNotFoundCode = 1;
+// 273 and not 273.15: whole kelvin to whole degrees.
+constexpr std::uint32_t kFreezingPointKelvin = 273;
+
+// Reads a property of a query's first row; without it `value` stays as it is.
+template <typename T>
+void ReadFirst(WMIClient& wmi, const std::wstring& query, const std::wstring& property, T& value) {
+  wmi.ExecQuery(query);
+  wmi.Next();
+  wmi.GetValue(property, value);
+}
+
+bool HasRow(WMIClient& wmi, const std::wstring& query) {
+  wmi.ExecQuery(query);
+  return wmi.Next();
+}
+
+}  // namespace
+
+Error IntelCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
+  try {
+    return AddCard(*cards);
+  } catch (...) {
+    return Error::FromCurrentException();
+  }
+}
+
+Error IntelCardInfo::AddCard(std::vector<GraphicCardInfo>& cards) {
+  if (!HasRow(wmi_, kPresenceQuery)) {
+    return {Error::kCallFailed, kNotFoundCode, kNotFound, typeid(IntelCardInfo).name(), ""};
+  }
+  GraphicCardInfo card;
+  // The machine's serial number: integrated graphics has none of its own.
+  ReadFirst(wmi_, kSerialQuery, L"SerialNumber", card.serial_number);
+  std::uint32_t kelvin = 0;
+  ReadFirst(wmi_, kTemperatureQuery, L"Temperature", kelvin);
+  // Without the zone this wraps to 4294967023, by which analyses tell such machines: 0 would look like "not known", and
+  // another source would be asked.
+  card.temperature_celsius = kelvin - kFreezingPointKelvin;
+  cards.push_back(std::move(card));
+  return {};
+}
+
+}  // namespace zt::telemetry::collector::performancesamples

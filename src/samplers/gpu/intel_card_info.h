@@ -1,0 +1,23 @@
+#pragma once
+
+#include "samplers/gpu/abstract_gpu_vendor.h"
+#include "zt/shared/wmi/wmi_client.h"
+
+namespace zt::telemetry::collector::performancesamples {
+
+/// Intel's graphics, as far as WMI knows of it: one card, however many there are, without loads, clocks or memory.
+class IntelCardInfo : public AbstractGPUVendor {
+ public:
+  /// `wmi` outlives this object.
+  explicit IntelCardInfo(shared::wmi::WMIClient& wmi) : wmi_(wmi) {}
+
+  /// Fails with "Intel GPU not found" (kind 5, code 1) on a machine without one, and with whatever the client throws.
+  common::Error QueryValues(std::vector<types::GraphicCardInfo>* cards) override;
+
+ private:
+  common::Error AddCard(std::vector<types::GraphicCardInfo>& cards);
+
+  shared::wmi::WMIClient& wmi_;
+};
+
+}  // namespace zt::telemetry::collector::performancesamples

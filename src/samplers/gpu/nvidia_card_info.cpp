@@ -1,0 +1,138 @@
+#include "samplers/gpu/nvidia_card_info.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <typeinfo>
+#include <utility>
+
+#include "samplers/gpu/decimal_number.h"
+#include "samplers/gpu/nvml_library.h"
+#include "samplers/gpu/nvml_texts.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::Error;
+using types::GraphicCardInfo;
+
+// With the end of the text.
+constexpr unsigned int kSerialCapacity = 30;
+// No reason has this value, so a failed reading gives no text.
+constexpr unsigned long long kNoAnswer = 0xFFFF'FFFF'FFFF'FFFF;
+constexpr double kBytesPerMegabyte = 1'000'000.0;
+
+// The card in hand. Never cleared: as long as it is set, some object has opened a card.
+nvmlDevice_t module_wide_handle = nullptr;
+
+// The library, for what runs only once it was found.
+const NvmlFunctions& Nvml() {
+  static constexpr NvmlFunctions kNone;
+  const NvmlFunctions* const nvml = BindNvml();
+  return nvml != nullptr ? *nvml : kNone;
+}
+
+// False for a failure, which `error` then tells.
+bool Check(nvmlReturn_t status, Error& error) {
+  if (status == NVML_SUCCESS) return true;
+  error = Error(Error::kCallFailed, status, DescribeNvmlReturn(status), typeid(nvmlReturn_t).name(), "");
+  return false;
+}
+
+nvmlReturn_t Start() {
+  const NvmlFunctions* const nvml = BindNvml();
+  return nvml != nullptr ? nvml->init() : NVML_ERROR_LIBRARY_NOT_FOUND;
+}
+
+// Of a text whose buffer may be full.
+template <std::size_t capacity>
+std::string_view TextIn(const char (&buffer)[capacity]) {
+  const std::string_view text(buffer, capacity);
+  return text.substr(0, text.find('\0'));
+}
+
+// The bus is the hexadecimal part between the first two colons of "00000000:1A:00.0". It is read in base 10 on purpose
+// (1A gives 1, and A1 gives 0): that is the number by which these cards are known in stored records.
+std::uint32_t BusNumber(std::string_view bus_id) {
+  const std::size_t first = bus_id.find(':');
+  if (first == std::string_view::npos) return 0;
+  const std::size_t second = bus_id.find(':', first + 1);
+  if (second == std::string_view::npos) return 0;
+  return DecimalNumber(bus_id.substr(first + 1, second - first - 1));
+}
+
+float ReadClock(const NvmlFunctions& nvml, nvmlClockType_t type) {
+  unsigned int mhz = 0;
+  Call(nvml.clock, module_wide_handle, type, NVML_CLOCK_ID_CURRENT, &mhz);
+  return static_cast<float>(mhz);
+}
+
+void ReadMemory(const NvmlFunctions& nvml, GraphicCardInfo& card) {
+  nvmlMemory_t memory{};
+  Call(nvml.memory_info, module_wide_handle, &memory);
+  // Without any memory, as after a failed reading, there is no such share: 0 / 0 is NaN.
+  card.memory_controller_utilization_percent =
+      static_cast<float>(memory.used) / static_cast<float>(memory.total) * 100.0F;
+  card.memory_used_mb = static_cast<float>(static_cast<double>(memory.used) / kBytesPerMegabyte);
+}
+
+// Of the encoder or the decoder.
+template <typename Function>
+float ReadUtilization(Function* function) {
+  unsigned int percent = 0;
+  unsigned int sampling_period_us = 0;
+  Call(function, module_wide_handle, &percent, &sampling_period_us);
+  return static_cast<float>(percent);
+}
+
+}  // namespace
+
+NvidiaCardInfo::~NvidiaCardInfo() {
+  if (module_wide_handle != nullptr) Call(Nvml().shutdown);
+}
+
+Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
+  Error error;
+  if (!Check(Start(), error)) return error;
+  unsigned int count = 0;
+  Call(Nvml().device_count, &count);
+  for (unsigned int index = 0; index < count; ++index) {
+    if (!Check(Call(Nvml().handle_by_index, index, &module_wide_handle), error)) continue;
+    GraphicCardInfo card;
+    RetrieveBoardInfo(&card);
+    RetrievePerformanceInfo(&card);
+    cards->push_back(std::move(card));
+  }
+  return error;
+}
+
+void NvidiaCardInfo::RetrieveBoardInfo(GraphicCardInfo* card) {
+  char serial[kSerialCapacity] = {};
+  if (Call(Nvml().serial, module_wide_handle, &serial[0], kSerialCapacity) == NVML_SUCCESS) {
+    card->serial_number = TextIn(serial);
+  }
+  nvmlPciInfo_t pci{};
+  Call(Nvml().pci_info, module_wide_handle, &pci);
+  card->bus_number = BusNumber(TextIn(pci.busId));
+}
+
+void NvidiaCardInfo::RetrievePerformanceInfo(GraphicCardInfo* card) {
+  const NvmlFunctions& nvml = Nvml();
+  unsigned long long reasons = kNoAnswer;
+  Call(nvml.throttle_reasons, module_wide_handle, &reasons);
+  card->status_text = DescribeThrottleReasons(reasons);
+  Call(nvml.temperature, module_wide_handle, NVML_TEMPERATURE_GPU, &card->temperature_celsius);
+  card->memory_clock_mhz = ReadClock(nvml, NVML_CLOCK_MEM);
+  card->gpu_clock_mhz = ReadClock(nvml, NVML_CLOCK_GRAPHICS);
+  unsigned int bus_width_bits = 0;
+  Call(nvml.memory_bus_width, module_wide_handle, &bus_width_bits);
+  card->memory_bandwidth_gb = static_cast<float>(bus_width_bits);
+  ReadMemory(nvml, *card);
+  nvmlUtilization_t rates{};
+  Call(nvml.utilization_rates, module_wide_handle, &rates);
+  card->gpu_utilization_percent = static_cast<float>(rates.gpu);
+  card->encoder_utilization_percent = ReadUtilization(nvml.encoder_utilization);
+  card->decoder_utilization_percent = ReadUtilization(nvml.decoder_utilization);
+}
+
+}  // namespace zt::telemetry::collector::performancesamples

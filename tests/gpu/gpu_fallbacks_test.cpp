@@ -1,0 +1,169 @@
+// Where a card's serial number and temperature come from when its vendor does not tell.
+#include <algorithm>
+
+#include "gpu_fixture.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using testing::ElementsAre;
+using tests::FullNvidiaCard;
+using tests::Machine;
+using tests::WithNvidia;
+using tests::WmiRow;
+
+constexpr char kControllersQuery[] = "SELECT PNPDeviceID FROM Win32_VideoController";
+
+Machine WithoutSerial() {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->devices[0].serial = tests::Failure{3};
+  return machine;
+}
+
+void AddController(Machine& machine, const std::string& id) {
+  machine.wmi.classes["Win32_VideoController"].push_back(WmiRow{{"PNPDeviceID", id}});
+}
+
+// `temperature` is not told by the card.
+Machine WithoutTemperature(simulation::BiosReply reply) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->devices[0].temperature_celsius = tests::Failure{3};
+  machine.private_bios = {std::move(reply)};
+  return machine;
+}
+
+simulation::BiosReply ThermalReply(std::vector<std::uint8_t> output) {
+  return {1, 40, {1, 0, 0, 0}, 0, 0, std::move(output)};
+}
+
+TEST_F(GpuSampler, ACardWithoutASerialNumberGetsTheFirstControllersIdentifier) {
+  Machine machine = WithoutSerial();
+  AddController(machine, R"(PCI\VEN_8086&DEV_A780)");
+  AddController(machine, R"(PCI\VEN_10DE&DEV_26B1)");
+  EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), R"(PCI\VEN_8086&DEV_A780)");
+  EXPECT_THAT(
+      simulation::RecordedQueries(),
+      ElementsAre(kControllersQuery,
+                  R"(SELECT __Class FROM Win32_VideoController WHERE AdapterCompatibility="Intel Corporation")"));
+}
+
+TEST_F(GpuSampler, ARepeatedCardKeepsTheIdentifierThatItWasGiven) {
+  Machine machine = WithoutSerial();
+  AddController(machine, "first");
+  tests::AddIntelGraphics(machine, "intel", 349);
+  Sample(machine);
+  EXPECT_THAT(Serials(), ElementsAre("first", "first", "intel"));
+  const auto queries = simulation::RecordedQueries();
+  EXPECT_EQ(std::count(queries.begin(), queries.end(), kControllersQuery), 1);
+}
+
+TEST_F(GpuSampler, ACardWithASerialNumberAsksForNoOther) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  AddController(machine, "first");
+  Sample(machine);
+  EXPECT_THAT(simulation::RecordedQueries(), testing::Not(testing::Contains(kControllersQuery)));
+}
+
+TEST_F(GpuSampler, ACardWhoseIdentifierIsNowhereIsUnknown) {
+  EXPECT_EQ(SampleOne(WithoutSerial()).graphics_card_serial_number(), "unknown");
+}
+
+TEST_F(GpuSampler, AFailedQueryForTheIdentifierLeavesTheCardUnknown) {
+  Machine machine = WithoutSerial();
+  AddController(machine, "first");
+  machine.wmi.failures = {{"PNPDeviceID", -2147217407, {}, 0}};
+  EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), "unknown");
+}
+
+TEST_F(GpuSampler, AControllerWithoutAnIdentifierLeavesTheCardUnknown) {
+  Machine machine = WithoutSerial();
+  machine.wmi.classes["Win32_VideoController"] = {WmiRow{{"Name", std::string("nameless")}}};
+  AddController(machine, "second");
+  EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), "unknown");
+}
+
+TEST_F(GpuSampler, TheIdentifierIsCutAsASerialNumberIs) {
+  Machine machine = WithoutSerial();
+  AddController(machine, std::string(80, 'p'));
+  EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), std::string(64, 'p'));
+}
+
+TEST_F(GpuSampler, ACardWithoutATemperatureGetsTheFirmwaresReading) {
+  EXPECT_EQ(SampleOne(WithoutTemperature(ThermalReply({2, 55, 48}))).temperature_celsius(), 55U);
+  EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), 55U);
+}
+
+TEST_F(GpuSampler, ACardOfZeroDegreesIsOneWithoutATemperature) {
+  Machine machine = WithoutTemperature(ThermalReply({1, 55}));
+  machine.nvml->devices[0].temperature_celsius = 0U;
+  EXPECT_EQ(SampleOne(machine).temperature_celsius(), 55U);
+}
+
+TEST_F(GpuSampler, ACardWithATemperatureKeepsIt) {
+  Machine machine = WithoutTemperature(ThermalReply({2, 55, 48}));
+  machine.nvml->devices[0].temperature_celsius = 71U;
+  EXPECT_EQ(SampleOne(machine).temperature_celsius(), 71U);
+}
+
+TEST_F(GpuSampler, FirmwareWithoutReadingsLeavesTheTemperatureAtZero) {
+  EXPECT_EQ(SampleOne(WithoutTemperature(ThermalReply({0, 55}))).temperature_celsius(), 0U);
+  EXPECT_TRUE(PerfMessages::thermal_->has_gpu_temperature());
+  EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), 0U);
+}
+
+TEST_F(GpuSampler, AFirmwareCallThatFailsLeavesTheTemperatureAtZero) {
+  simulation::BiosReply reply = ThermalReply({2, 55});
+  reply.result = -2147217407;
+  EXPECT_EQ(SampleOne(WithoutTemperature(reply)).temperature_celsius(), 0U);
+}
+
+TEST_F(GpuSampler, AFirmwareThatRefusesLeavesTheTemperatureAtZero) {
+  simulation::BiosReply reply = ThermalReply({2, 55});
+  reply.return_code = 3;
+  EXPECT_EQ(SampleOne(WithoutTemperature(reply)).temperature_celsius(), 0U);
+}
+
+TEST_F(GpuSampler, FirmwareWithoutTheInterfaceLeavesTheTemperatureAtZero) {
+  Machine machine = WithoutTemperature({});
+  machine.private_bios.clear();
+  EXPECT_EQ(SampleOne(machine).temperature_celsius(), 0U);
+}
+
+// The two ways, by themselves.
+class OpenGpuInfoMsg : public GPUInfoMsg {
+ public:
+  using GPUInfoMsg::AlternativeSNRetrieval;
+  using GPUInfoMsg::AlternativeTempRetrieval;
+  using GPUInfoMsg::GPUInfoMsg;
+};
+
+TEST(GpuFallbacks, AreLeftWithTheTextThatTheyWereGivenWhenNothingAnswers) {
+  simulation::UseMachine({});
+  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::ztbios::PrivateBiosWmi bios;
+  OpenGpuInfoMsg sampler(&wmi, &bios);
+  std::string serial = "before";
+  sampler.AlternativeSNRetrieval(serial);
+  EXPECT_EQ(serial, "before");
+  unsigned int temperature = 7;
+  sampler.AlternativeTempRetrieval(temperature, nullptr, nullptr);
+  EXPECT_EQ(temperature, 7U);
+}
+
+TEST(GpuFallbacks, LeaveTheCallersBuffersAlone) {
+  Machine machine;
+  machine.private_bios = {ThermalReply({1, 61})};
+  simulation::UseMachine(machine);
+  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::ztbios::PrivateBiosWmi bios;
+  unsigned int temperature = 0;
+  unsigned long return_code = 9;
+  std::vector<unsigned char> output = {1, 2};
+  OpenGpuInfoMsg(&wmi, &bios).AlternativeTempRetrieval(temperature, &return_code, &output);
+  EXPECT_EQ(temperature, 61U);
+  EXPECT_EQ(return_code, 9U);
+  EXPECT_THAT(output, ElementsAre(1, 2));
+}
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples

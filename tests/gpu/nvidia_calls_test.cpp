@@ -1,0 +1,171 @@
+// What one call that fails, or one function that is missing, costs: its own field.
+#include <functional>
+#include <limits>
+#include <ostream>
+
+#include "gpu_fixture.h"
+#include "samplers/gpu/nvidia_card_info.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+using tests::Failure;
+using tests::FullNvidiaCard;
+using tests::Machine;
+using tests::NvmlDevice;
+using tests::WithNvidia;
+
+// What the card of these tests gives when nothing fails.
+GraphicCardInfo FullAnswer() {
+  GraphicCardInfo card;
+  card.serial_number = "1650000000001";
+  card.bus_number = 12;
+  card.temperature_celsius = 71;
+  card.gpu_clock_mhz = 2505;
+  card.gpu_utilization_percent = 98;
+  card.memory_clock_mhz = 9001;
+  card.memory_used_mb = 2000;
+  card.memory_controller_utilization_percent = 25;
+  card.memory_bandwidth_gb = 384;
+  card.decoder_utilization_percent = 5;
+  card.encoder_utilization_percent = 12;
+  card.status_text = "Clocks have been optimized to not exceed set power limits";
+  return card;
+}
+
+// A function, the facts that it reads, and what a card is without them.
+struct Case {
+  std::string function;
+  std::function<void(NvmlDevice&)> fail;
+  std::function<void(GraphicCardInfo&)> take_away;
+};
+
+void LoseMemory(GraphicCardInfo& card) {
+  card.memory_used_mb = 0;
+  card.memory_controller_utilization_percent = std::numeric_limits<float>::quiet_NaN();
+}
+
+void LoseClocks(GraphicCardInfo& card) {
+  card.memory_clock_mhz = 0;
+  card.gpu_clock_mhz = 0;
+}
+
+constexpr Failure kFails{999};
+
+// The name under which the test runs.
+void PrintTo(const Case& tested, std::ostream* out) {
+  *out << tested.function;
+}
+
+const std::vector<Case>& Cases() {
+  static const std::vector<Case> cases = {
+      {"nvmlDeviceGetSerial", [](auto& device) { device.serial = kFails; },
+       [](auto& card) { card.serial_number.clear(); }},
+      {"nvmlDeviceGetPciInfo_v3", [](auto& device) { device.bus_id = kFails; },
+       [](auto& card) { card.bus_number = 0; }},
+      {"nvmlDeviceGetCurrentClocksThrottleReasons", [](auto& device) { device.throttle_reasons = kFails; },
+       [](auto& card) { card.status_text.clear(); }},
+      {"nvmlDeviceGetTemperature", [](auto& device) { device.temperature_celsius = kFails; },
+       [](auto& card) { card.temperature_celsius = 0; }},
+      {"nvmlDeviceGetClock", [](auto& device) { device.memory_clock_mhz = device.graphics_clock_mhz = kFails; },
+       LoseClocks},
+      {"nvmlDeviceGetMemoryBusWidth", [](auto& device) { device.memory_bus_width_bits = kFails; },
+       [](auto& card) { card.memory_bandwidth_gb = 0; }},
+      {"nvmlDeviceGetMemoryInfo", [](auto& device) { device.memory_total_bytes = kFails; }, LoseMemory},
+      {"nvmlDeviceGetUtilizationRates", [](auto& device) { device.gpu_percent = kFails; },
+       [](auto& card) { card.gpu_utilization_percent = 0; }},
+      {"nvmlDeviceGetEncoderUtilization", [](auto& device) { device.encoder_percent = kFails; },
+       [](auto& card) { card.encoder_utilization_percent = 0; }},
+      {"nvmlDeviceGetDecoderUtilization", [](auto& device) { device.decoder_percent = kFails; },
+       [](auto& card) { card.decoder_utilization_percent = 0; }},
+  };
+  return cases;
+}
+
+class NvidiaCall : public testing::TestWithParam<Case> {
+ protected:
+  static void ExpectCardWithoutIt(const Machine& machine) {
+    const Answer answer = Ask<NvidiaCardInfo>(machine);
+    EXPECT_EQ(answer.error, Error());
+    ASSERT_THAT(answer.cards, SizeIs(1));
+    GraphicCardInfo expected = FullAnswer();
+    GetParam().take_away(expected);
+    EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
+  }
+};
+
+TEST_P(NvidiaCall, ThatFailsCostsItsOwnFieldOnly) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  GetParam().fail(machine.nvml->devices[0]);
+  ExpectCardWithoutIt(machine);
+  EXPECT_GE(Calls(GetParam().function), 1U);
+}
+
+TEST_P(NvidiaCall, WhoseFunctionIsMissingCostsItsOwnFieldOnly) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->missing_functions = {GetParam().function};
+  ExpectCardWithoutIt(machine);
+  EXPECT_EQ(Calls(GetParam().function), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, NvidiaCall, testing::ValuesIn(Cases()),
+                         [](const auto& tested) { return tested.param.function; });
+
+TEST(NvidiaCalls, ThatAllSucceedFillTheWholeCard) {
+  const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
+  ASSERT_THAT(answer.cards, SizeIs(1));
+  EXPECT_EQ(Describe(answer.cards[0]), Describe(FullAnswer()));
+}
+
+TEST(NvidiaCalls, ThatAllFailLeaveAnEmptyCardAndASuccess) {
+  const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({NvmlDevice()}));
+  EXPECT_EQ(answer.error, Error());
+  ASSERT_THAT(answer.cards, SizeIs(1));
+  GraphicCardInfo expected;
+  LoseMemory(expected);
+  EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
+}
+
+TEST(NvidiaCalls, OneClockThatFailsLeavesTheOther) {
+  NvmlDevice device = FullNvidiaCard();
+  device.memory_clock_mhz = kFails;
+  Answer answer = Ask<NvidiaCardInfo>(WithNvidia({device}));
+  EXPECT_EQ(answer.cards.at(0).memory_clock_mhz, 0.0F);
+  EXPECT_EQ(answer.cards.at(0).gpu_clock_mhz, 2505.0F);
+  device = FullNvidiaCard();
+  device.graphics_clock_mhz = kFails;
+  answer = Ask<NvidiaCardInfo>(WithNvidia({device}));
+  EXPECT_EQ(answer.cards.at(0).memory_clock_mhz, 9001.0F);
+  EXPECT_EQ(answer.cards.at(0).gpu_clock_mhz, 0.0F);
+}
+
+TEST(NvidiaCalls, FiguresOfACardDoNotSpillIntoTheNext) {
+  const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard(), NvmlDevice()}));
+  ASSERT_THAT(answer.cards, SizeIs(2));
+  GraphicCardInfo expected;
+  LoseMemory(expected);
+  EXPECT_EQ(Describe(answer.cards[1]), Describe(expected));
+}
+
+// Without one of these nothing can be asked: a library that lacks it is none.
+class IndispensableNvidiaFunction : public testing::TestWithParam<const char*> {};
+
+TEST_P(IndispensableNvidiaFunction, MissingIsTheLibraryMissing) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->missing_functions = {GetParam()};
+  const Answer answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_EQ(answer.error.kind, 5);
+  EXPECT_EQ(answer.error.code, 12);
+  EXPECT_EQ(answer.error.description, "NVML Shared Library couldn't be found or loaded");
+  EXPECT_THAT(answer.cards, IsEmpty());
+  EXPECT_THAT(CurrentVendorRecord().calls, IsEmpty());
+}
+INSTANTIATE_TEST_SUITE_P(Each, IndispensableNvidiaFunction,
+                         testing::Values("nvmlInit_v2", "nvmlShutdown", "nvmlDeviceGetCount_v2",
+                                         "nvmlDeviceGetHandleByIndex_v2"),
+                         [](const auto& tested) { return std::string(tested.param); });
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples

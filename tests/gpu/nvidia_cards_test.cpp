@@ -1,0 +1,212 @@
+// The figures of NVIDIA's cards.
+#include <cmath>
+
+#include "gpu_fixture.h"
+#include "samplers/gpu/nvidia_card_info.h"
+#include "samplers/gpu/nvml_api.h"
+#include "samplers/gpu/nvml_texts.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+using tests::Failure;
+using tests::FullNvidiaCard;
+using tests::Machine;
+using tests::NvmlDevice;
+using tests::WithNvidia;
+
+Error NvmlError(std::int64_t code, const std::string& text) {
+  return {5, code, text, typeid(nvmlReturn_t).name(), ""};
+}
+
+GraphicCardInfo AskOne(const NvmlDevice& device) {
+  const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({device}));
+  EXPECT_EQ(answer.error, Error());
+  EXPECT_THAT(answer.cards, SizeIs(1));
+  return answer.cards.at(0);
+}
+
+std::uint32_t BusOf(const std::string& bus_id) {
+  NvmlDevice device = FullNvidiaCard();
+  device.bus_id = bus_id;
+  return AskOne(device).bus_number;
+}
+
+std::string StatusOf(std::uint64_t reasons) {
+  NvmlDevice device = FullNvidiaCard();
+  device.throttle_reasons = reasons;
+  return AskOne(device).status_text;
+}
+
+TEST(NvidiaCards, AMachineWithoutTheLibraryFailsWithItsCodeAndText) {
+  const Answer answer = Ask<NvidiaCardInfo>({});
+  EXPECT_EQ(answer.error, NvmlError(12, "NVML Shared Library couldn't be found or loaded"));
+  EXPECT_THAT(answer.cards, IsEmpty());
+}
+
+TEST(NvidiaCards, ADriverThatIsNotLoadedIsOneErrorAndNoCard) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->init = 9;
+  const Answer answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_EQ(answer.error, NvmlError(9, "NVIDIA driver is not loaded"));
+  EXPECT_THAT(answer.cards, IsEmpty());
+}
+
+TEST(NvidiaCards, AnUnlistedCodeHasNoText) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->init = 998;
+  EXPECT_EQ(Ask<NvidiaCardInfo>(machine).error, NvmlError(998, ""));
+}
+
+TEST(NvidiaCards, NoCardIsASuccess) {
+  const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({}));
+  EXPECT_EQ(answer.error, Error());
+  EXPECT_THAT(answer.cards, IsEmpty());
+}
+
+TEST(NvidiaCards, ACountThatFailsIsASuccessWithoutCards) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->count = Failure{999};
+  const Answer answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_EQ(answer.error, Error());
+  EXPECT_THAT(answer.cards, IsEmpty());
+}
+
+TEST(NvidiaCards, ThirtyThreeCardsAreAllTold) {
+  const Answer answer = Ask<NvidiaCardInfo>(WithNvidia(std::vector<NvmlDevice>(33, FullNvidiaCard())));
+  EXPECT_EQ(answer.error, Error());
+  EXPECT_THAT(answer.cards, SizeIs(33));
+}
+
+TEST(NvidiaCards, AreAppendedToWhatIsThere) {
+  simulation::UseMachine(WithNvidia({FullNvidiaCard()}));
+  std::vector<GraphicCardInfo> cards(2);
+  cards[0].serial_number = "there";
+  NvidiaCardInfo().QueryValues(&cards);
+  ASSERT_THAT(cards, SizeIs(3));
+  EXPECT_EQ(cards[0].serial_number, "there");
+  EXPECT_EQ(cards[2].serial_number, "1650000000001");
+}
+
+TEST(NvidiaCards, ASecondCardThatDoesNotOpenFailsTheCallAndKeepsTheFirst) {
+  Machine machine = WithNvidia({FullNvidiaCard("first"), FullNvidiaCard("second")});
+  machine.nvml->devices[1].open = 15;
+  const Answer answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_EQ(answer.error, NvmlError(15, "The GPU has fallen off the bus or has otherwise become inaccessible"));
+  ASSERT_THAT(answer.cards, SizeIs(1));
+  EXPECT_EQ(answer.cards[0].serial_number, "first");
+}
+
+TEST(NvidiaCards, CardsBehindOneThatDoesNotOpenAreReadAndTheFailureStays) {
+  Machine machine = WithNvidia({FullNvidiaCard("first"), FullNvidiaCard("second"), FullNvidiaCard("third")});
+  machine.nvml->devices[0].open = 4;
+  const Answer answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_EQ(answer.error, NvmlError(4, "The current user does not have permission for operation"));
+  ASSERT_THAT(answer.cards, SizeIs(2));
+  EXPECT_EQ(answer.cards[0].serial_number, "second");
+  EXPECT_EQ(answer.cards[1].serial_number, "third");
+}
+
+TEST(NvidiaCards, TheLastCardThatDoesNotOpenIsTheOneThatIsTold) {
+  Machine machine = WithNvidia({FullNvidiaCard(), FullNvidiaCard()});
+  machine.nvml->devices[0].open = 4;
+  machine.nvml->devices[1].open = 15;
+  EXPECT_EQ(Ask<NvidiaCardInfo>(machine).error.code, 15);
+}
+
+TEST(NvidiaCards, AnIndexThatTheLibraryCountsAndDoesNotKnowFails) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->count = 2U;
+  const Answer answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_EQ(answer.error.code, 2);
+  EXPECT_THAT(answer.cards, SizeIs(1));
+}
+
+TEST(NvidiaCards, TheBusIsReadInBaseTenFromAHexadecimalText) {
+  EXPECT_EQ(BusOf("00000000:01:00.0"), 1U);
+  EXPECT_EQ(BusOf("00000000:12:00.0"), 12U);
+  EXPECT_EQ(BusOf("00000000:1A:00.0"), 1U);
+  EXPECT_EQ(BusOf("00000000:0A:00.0"), 0U);
+  EXPECT_EQ(BusOf("00000000:A1:00.0"), 0U);
+  EXPECT_EQ(BusOf("00000000:00:00.0"), 0U);
+}
+
+TEST(NvidiaCards, ABusTextOfAnotherFormGivesZeroOrItsDigits) {
+  EXPECT_EQ(BusOf(""), 0U);
+  EXPECT_EQ(BusOf("12"), 0U);
+  EXPECT_EQ(BusOf("00000000:12"), 0U);
+  EXPECT_EQ(BusOf(":12:"), 12U);
+  EXPECT_EQ(BusOf("0::12:00.0"), 0U);
+  EXPECT_EQ(BusOf("0:-5:00.0"), 0U);
+  EXPECT_EQ(BusOf("0: 5:00.0"), 0U);
+  EXPECT_EQ(BusOf("0:2147483647:00.0"), 2147483647U);
+  EXPECT_EQ(BusOf("0:2147483648:00.0"), 0U);
+}
+
+TEST(NvidiaCards, EachSingleReasonHasItsText) {
+  EXPECT_EQ(StatusOf(0), "Clocks are as high as possible");
+  EXPECT_EQ(StatusOf(0x1), "Clocks are dropping because the GPU is in Idle state");
+  EXPECT_EQ(StatusOf(0x2), "Clocks are limited by current setting of applications clocks");
+  EXPECT_EQ(StatusOf(0x4), "Clocks have been optimized to not exceed set power limits");
+  EXPECT_EQ(StatusOf(0x8), "Hardware Slowdown is engaged");
+  EXPECT_EQ(StatusOf(0x10), "This GPU has been added to a Sync boost group");
+  EXPECT_EQ(StatusOf(0x20), "Software Thermal Slowdown");
+  EXPECT_EQ(StatusOf(0x40), "Hardware Thermal Slowdown");
+  EXPECT_EQ(StatusOf(0x80), "Hardware Power Brake Slowdown");
+  EXPECT_EQ(StatusOf(0x100), "GPU clocks are limited by current setting of Display clocks");
+}
+
+TEST(NvidiaCards, ReasonsTogetherAndUnknownOnesHaveNoText) {
+  EXPECT_EQ(StatusOf(0x24), "");
+  EXPECT_EQ(StatusOf(0x200), "");
+  EXPECT_EQ(StatusOf(0x1'0000'0004), "");
+  EXPECT_EQ(StatusOf(0xFFFFFFFFFFFFFFFF), "");
+}
+
+TEST(NvidiaCards, MemoryWithoutASizeHasNoShare) {
+  NvmlDevice device = FullNvidiaCard();
+  device.memory_total_bytes = std::uint64_t{0};
+  device.memory_used_bytes = std::uint64_t{0};
+  const GraphicCardInfo card = AskOne(device);
+  EXPECT_TRUE(std::isnan(card.memory_controller_utilization_percent));
+  EXPECT_EQ(card.memory_used_mb, 0.0F);
+}
+
+TEST(NvidiaCards, TheMemoryShareIsComputedInSinglePrecision) {
+  NvmlDevice device = FullNvidiaCard();
+  device.memory_total_bytes = std::uint64_t{51'527'024'640};
+  device.memory_used_bytes = std::uint64_t{30'064'771'073};
+  const GraphicCardInfo card = AskOne(device);
+  const float share = 30'064'771'073.0F / 51'527'024'640.0F * 100.0F;
+  EXPECT_EQ(card.memory_controller_utilization_percent, share);
+  EXPECT_EQ(card.memory_used_mb, static_cast<float>(30'064'771'073.0 / 1e6));
+}
+
+TEST(NvidiaCards, ASerialNumberThatFillsItsBufferIsTaken) {
+  EXPECT_EQ(AskOne(FullNvidiaCard(std::string(29, '7'))).serial_number, std::string(29, '7'));
+}
+
+TEST(NvidiaCards, ASerialNumberThatDoesNotFitIsNone) {
+  EXPECT_EQ(AskOne(FullNvidiaCard(std::string(30, '7'))).serial_number, "");
+}
+
+TEST(NvmlTexts, EveryListedCodeHasItsText) {
+  EXPECT_EQ(DescribeNvmlReturn(NVML_SUCCESS), "The operation was successful");
+  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(3)), "The requested operation is not available on target device");
+  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(22)),
+            "The requested vgpu operation is not available on target device, becasue ECC is enabled");
+  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(23)), "Ran out of critical resources, other than memory");
+  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(24)), DescribeNvmlReturn(nvmlReturn_t(23)));
+  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(29)), "Resource not in correct state to perform requested operation");
+  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(999)), "An internal driver error occurred");
+  for (int code = 0; code < 30; ++code) EXPECT_NE(DescribeNvmlReturn(nvmlReturn_t(code)), "") << code;
+}
+
+TEST(NvmlTexts, AnyOtherCodeHasNone) {
+  for (const int code : {-1, 30, 31, 998, 1000}) EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(code)), "") << code;
+}
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples

@@ -1,0 +1,122 @@
+// How the vendors' libraries are found, and what of them.
+#include <filesystem>
+
+#include "gpu_fixture.h"
+#include "platform/library.h"
+#include "platform/nvml_files.h"
+#include "platform/registry.h"
+#include "samplers/gpu/adlx_api.h"
+#include "samplers/gpu/nvml_api.h"
+#include "samplers/gpu/nvml_library.h"
+#include "simulation/library_folder.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using platform::Library;
+using testing::ElementsAre;
+using tests::FullNvidiaCard;
+using tests::Machine;
+
+constexpr std::uint32_t kSearchFlags = 0x1E00;
+
+Library FindAdlx() {
+  return Library::Search("amdadlx64.dll", kSearchFlags);
+}
+
+std::filesystem::path NvmlStandIn() {
+  return simulation::LibraryFolder() / "nvml.dll";
+}
+
+Machine WithBoth() {
+  Machine machine;
+  machine.nvml.emplace();
+  machine.adlx.emplace();
+  return machine;
+}
+
+TEST(VendorLibrary, OfTheMachineIsLoadedAndHasItsFunctions) {
+  simulation::UseMachine(WithBoth());
+  EXPECT_NE(Library::Load(NvmlStandIn()).Find<nvmlInit_v2_t>("nvmlInit_v2"), nullptr);
+  EXPECT_NE(FindAdlx().Find<ADLXInitialize_t>("ADLXInitialize"), nullptr);
+}
+
+TEST(VendorLibrary, ThatTheMachineDoesNotHaveIsNotThere) {
+  simulation::UseMachine({});
+  const Library nvml = Library::Load(NvmlStandIn());
+  EXPECT_FALSE(nvml);
+  EXPECT_EQ(nvml.Find<nvmlInit_v2_t>("nvmlInit_v2"), nullptr);
+  EXPECT_FALSE(FindAdlx());
+}
+
+TEST(VendorLibrary, OfAnotherFolderOrNameIsNotThere) {
+  simulation::UseMachine(WithBoth());
+  EXPECT_FALSE(Library::Load(simulation::LibraryFolder() / "elsewhere" / "nvml.dll"));
+  EXPECT_FALSE(Library::Search("zt-no-such-library.dll", kSearchFlags));
+}
+
+TEST(VendorLibrary, LacksTheFunctionsThatTheMachineSaysAreMissing) {
+  Machine machine = WithBoth();
+  machine.nvml->missing_functions = {"nvmlDeviceGetSerial"};
+  simulation::UseMachine(machine);
+  const Library nvml = Library::Load(NvmlStandIn());
+  EXPECT_EQ(nvml.Find<nvmlDeviceGetSerial_t>("nvmlDeviceGetSerial"), nullptr);
+  EXPECT_NE(nvml.Find<nvmlDeviceGetClock_t>("nvmlDeviceGetClock"), nullptr);
+}
+
+TEST(VendorLibrary, HasNoFunctionOfANameThatItDoesNotExport) {
+  simulation::UseMachine(WithBoth());
+  EXPECT_EQ(FindAdlx().Find<nvmlInit_v2_t>("nvmlInit_v2"), nullptr);
+}
+
+TEST(VendorLibrary, IsFoundInTheSecondPlaceToo) {
+  simulation::UseMachine(WithBoth());
+  const auto files = platform::NvmlFiles();
+  ASSERT_EQ(files.size(), 2U);
+  EXPECT_FALSE(Library::Load(files[0]));
+  EXPECT_TRUE(Library::Load(files[1]));
+  EXPECT_NE(BindNvml(), nullptr);
+}
+
+TEST(VendorLibrary, OfNvidiaIsLookedUpOnceAndThenKept) {
+  simulation::UseMachine({});
+  EXPECT_EQ(BindNvml(), nullptr);
+  simulation::UseMachine(WithBoth());
+  const NvmlFunctions* const found = BindNvml();
+  ASSERT_NE(found, nullptr);
+  simulation::UseMachine({});
+  EXPECT_EQ(BindNvml(), found);
+}
+
+Machine WithRegistry() {
+  Machine machine;
+  machine.registry = {{R"(HKEY_LOCAL_MACHINE\SYSTEM\Outer)",
+                       {{"Colour", "red"}},
+                       {{"Inner", {{"Size", "3"}}, {{"Deep", {}, {}}}}, {"Other", {}, {}}}}};
+  return machine;
+}
+
+TEST(SimulatedRegistry, ListsSubkeysInTheirOrder) {
+  simulation::UseMachine(WithRegistry());
+  EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer)"), ElementsAre("Inner", "Other"));
+  EXPECT_THAT(platform::RegistrySubkeys(R"(system\OUTER\)"), ElementsAre("Inner", "Other"));
+  EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer\inner)"), ElementsAre("Deep"));
+}
+
+TEST(SimulatedRegistry, ReadsTextsOfKeys) {
+  simulation::UseMachine(WithRegistry());
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour"), "red");
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer\Inner)", "Size"), "3");
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "Size"), std::nullopt);
+}
+
+TEST(SimulatedRegistry, HasNoKeyThatTheMachineDoesNotState) {
+  simulation::UseMachine(WithRegistry());
+  for (const std::string path : {"SYSTEM", R"(SYSTEM\Out)", R"(SYSTEM\Outer2)", R"(SYSTEM\Outer\Inner\Deep\No)"}) {
+    EXPECT_TRUE(platform::RegistrySubkeys(path).empty()) << path;
+    EXPECT_EQ(platform::RegistryText(path, "Colour"), std::nullopt) << path;
+  }
+}
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples
