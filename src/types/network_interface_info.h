@@ -14,6 +14,8 @@ struct WLanProfile {
   std::string authentication;  // as the profile's XML has it, "WPA2PSK"; empty when it was not read
   std::string encryption;      // as the profile's XML has it, "AES"; empty when it was not read
   bool is_current = false;     // the interface is connected with it
+
+  bool operator==(const WLanProfile&) const = default;
 };
 
 /// What is known of a network interface. Texts are UTF-8.
@@ -48,6 +50,8 @@ struct NetworkInterfaceInfo {
   std::vector<WLanProfile> w_lan_profiles;
   std::string guid;  // of the adapter, in braces
   std::uint32_t interface_index = kNoIndex;
+
+  bool operator==(const NetworkInterfaceInfo&) const = default;
 };
 
 /// Interfaces by their name: that of the performance counters with parentheses in the place of square brackets, which
