@@ -12,7 +12,7 @@
 
 namespace zt::telemetry::host {
 
-/// How hand-overs are written: for people, or one JSON object a line.
+/// How results are written: for people, or one JSON object a line.
 enum class OutputFormat { kText, kJson };
 
 /// `collect`: runs the collector once for each event type.
@@ -36,6 +36,13 @@ struct SeedCommand {
   std::uint64_t random_seed = 0;
 };
 
+/// `doctor`: asks every source of the machine.
+struct DoctorCommand {
+  std::optional<std::filesystem::path> database_dir;
+  std::optional<std::string> machine;
+  OutputFormat format = OutputFormat::kText;
+};
+
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
@@ -44,6 +51,6 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command = std::variant<CollectCommand, SeedCommand, MachinesCommand, ShowTextCommand>;
+using Command = std::variant<CollectCommand, DoctorCommand, SeedCommand, MachinesCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

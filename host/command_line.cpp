@@ -20,9 +20,10 @@ namespace {
 
 constexpr char kProgram[] = "zt-telemetry-host";
 constexpr char kCollect[] = "collect";
+constexpr char kDoctor[] = "doctor";
 constexpr char kSeed[] = "seed";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kCollect, kSeed, kMachines};
+constexpr std::array kCommands = {kCollect, kDoctor, kSeed, kMachines};
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
@@ -35,14 +36,21 @@ constexpr char kExamples[] = R"(Examples:
   zt-telemetry-host seed --database-dir samples --hours 24 --until 2026-03-07T14:00:00Z
   zt-telemetry-host collect --machine convertible-laptop --database-dir samples
       a day of stored samples, and its hourly records
+  zt-telemetry-host doctor --machine workstation
+      which sources of figures a machine has, and which of them fail
   zt-telemetry-host collect --machine failing --event 51 --event 50 --log-level info
       two events in one process, with the collector's log
 
-Exit codes: 0 done; 1 a collection reported an error, or a hand-over could not be written;
-2 wrong usage, also a plugin, machine profile, folder or file that cannot be used.)";
+Exit codes: 0 done; 1 a collection reported an error, a hand-over could not be written, or a source
+that the doctor asked failed; 2 wrong usage, also a plugin, machine profile, folder or file that
+cannot be used.)";
 constexpr char kCollectNotes[] =
     "Hand-overs go to standard output, the log and all else to standard error.\n"
     "A stored sample that was sent is deleted from the database, as in the field.";
+constexpr char kDoctorNotes[] =
+    "Asks each source once, as a collection does, and hands nothing over. For each: present, absent (the\n"
+    "machine does not have it) or failed, the time it took, and the figures that a collection would get.\n"
+    "The exit code is 0 unless a source failed.";
 constexpr char kSeedNotes[] =
     "Makes \"ssm.db\" in the folder, or adds to it: one thermal sample a minute, and one network sample\n"
     "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
@@ -68,6 +76,23 @@ void AddPath(CLI::App& app, const std::string& name, std::optional<std::filesyst
       ->type_name(type);
 }
 
+void AddMachine(CLI::App& app, std::optional<std::string>& machine) {
+  app.add_option_function<std::string>(
+         "--machine", [&machine](const std::string& text) { machine = text; },
+         "Simulated machine to sample: a name that `machines` lists, or a profile file")
+      ->check(Name())
+      ->type_name("NAME|FILE");
+}
+
+void AddFormat(CLI::App& app, OutputFormat& format) {
+  app.add_option_function<std::string>(
+         "--format", [&format](const std::string& text) { format = *Find(kFormats, text); },
+         "text: tables for people; json: one object a line for programs")
+      ->check(OneOf(kFormats))
+      ->type_name("json|text")
+      ->default_str("text");
+}
+
 void AddCollect(CLI::App& program, CollectCommand& command) {
   CLI::App& app = *program.add_subcommand(kCollect, "Runs the collector and shows what it hands over");
   app.add_option("--event", command.events,
@@ -78,11 +103,7 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
       ->type_name("N")
       ->default_str(std::to_string(kDefaultEvent));
   AddPath(app, "--database-dir", command.database_dir, "DIR", "Folder of \"ssm.db\", the stored samples");
-  app.add_option_function<std::string>(
-         "--machine", [&command](const std::string& text) { command.machine = text; },
-         "Simulated machine to sample: a name that `machines` lists, or a profile file")
-      ->check(Name())
-      ->type_name("NAME|FILE");
+  AddMachine(app, command.machine);
   AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
   app.add_option_function<std::string>(
          "--log-level", [&command](const std::string& text) { command.log_level = *Find(kLogLevels, text); },
@@ -90,15 +111,18 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
       ->check(OneOf(kLogLevels))
       ->type_name("LEVEL")
       ->default_str("warning");
-  app.add_option_function<std::string>(
-         "--format", [&command](const std::string& text) { command.format = *Find(kFormats, text); },
-         "text: tables for people; json: one object a line for programs")
-      ->check(OneOf(kFormats))
-      ->type_name("json|text")
-      ->default_str("text");
+  AddFormat(app, command.format);
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
   AddPath(app, "--queries", command.queries, "FILE", "Write the text of every WQL query here, one a line");
   app.footer(kCollectNotes);
+}
+
+void AddDoctor(CLI::App& program, DoctorCommand& command) {
+  CLI::App& app = *program.add_subcommand(kDoctor, "Tells which sources of figures are there, and which fail");
+  AddMachine(app, command.machine);
+  AddPath(app, "--database-dir", command.database_dir, "DIR", "Folder of \"ssm.db\", the stored samples");
+  AddFormat(app, command.format);
+  app.footer(kDoctorNotes);
 }
 
 void AddSeed(CLI::App& program, SeedCommand& command) {
@@ -137,7 +161,7 @@ void CompleteCommand(std::vector<std::string>& arguments) {
   if (first.starts_with('-')) {
     arguments.insert(arguments.begin(), kCollect);
   } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
-    throw WrongUsage("there is no command \"" + first + "\"; expected collect, seed or machines\nSee " +
+    throw WrongUsage("there is no command \"" + first + "\"; expected collect, doctor, seed or machines\nSee " +
                      std::string(kProgram) + " --help");
   }
 }
@@ -164,6 +188,7 @@ std::string TextOrWrongUsage(const CLI::App& app, const CLI::ParseError& error) 
 
 Command ReadCommandLine(std::vector<std::string> arguments) {
   CollectCommand collect;
+  DoctorCommand doctor;
   SeedCommand seed;
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
@@ -176,6 +201,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   app.footer(kExamples);
   app.require_subcommand(1);
   AddCollect(app, collect);
+  AddDoctor(app, doctor);
   AddSeed(app, seed);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
 
@@ -187,6 +213,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
     return ShowTextCommand{TextOrWrongUsage(app, error)};
   }
   if (collect.events.empty()) collect.events = {kDefaultEvent};
+  if (app.got_subcommand(kDoctor)) return doctor;
   if (app.got_subcommand(kSeed)) return seed;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
   return collect;

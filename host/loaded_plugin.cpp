@@ -34,7 +34,7 @@ std::filesystem::path ExistingFile(const std::filesystem::path& file) {
 }
 
 template <typename Function>
-Function* EntryPoint(const PluginLibrary& library, const std::filesystem::path& file, const char* name) {
+Function* EntryPoint(const LoadedLibrary& library, const std::filesystem::path& file, const char* name) {
   void* const address = library.Find(name);
   if (address == nullptr) throw WrongUsage("the plugin " + PathText(file) + " exports no \"" + name + "\"");
   return reinterpret_cast<Function*>(address);
@@ -91,7 +91,7 @@ Error LoadedPlugin::Execute(std::int32_t event_type) {
 }
 
 std::filesystem::path DefaultPluginFile() {
-  return ProgramFile().parent_path() / (std::string(kPluginName) + kPluginSuffix);
+  return ProgramFile().parent_path() / (std::string(kPluginName) + kLibrarySuffix);
 }
 
 }  // namespace zt::telemetry::host

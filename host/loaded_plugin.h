@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "host/plugin_library.h"
+#include "host/loaded_library.h"
 #include "zt/shared/plugin/plugin_module.h"
 #include "zt/telemetry/common/error.h"
 
@@ -28,7 +28,7 @@ class LoadedPlugin {
   common::Error Execute(std::int32_t event_type);
 
  private:
-  PluginLibrary library_;
+  LoadedLibrary library_;
   std::unique_ptr<shared::plugin::IDynamicPluginModule> module_;  // its code is the library's: released first
 };
 

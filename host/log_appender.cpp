@@ -12,10 +12,10 @@ namespace zt::telemetry::host {
 namespace {
 
 // plog's messages are wide texts where the build asks for it.
-[[maybe_unused]] std::string MessageText(const char* text) {
+[[maybe_unused]] std::string Utf8(const char* text) {
   return text;
 }
-[[maybe_unused]] std::string MessageText(const wchar_t* text) {
+[[maybe_unused]] std::string Utf8(const wchar_t* text) {
   return text::ToUtf8(text);
 }
 
@@ -37,9 +37,17 @@ LogAppender& LogAppender::Instance() {
 }
 
 void LogAppender::write(const plog::Record& record) {
-  if (stream_ == nullptr) return;
-  *stream_ << TimeText(record.getTime()) << ' ' << plog::severityToString(record.getSeverity()) << " ["
-           << record.getFunc() << ':' << record.getLine() << "] " << MessageText(record.getMessage()) << std::endl;
+  if (receiver_) receiver_(record);
+}
+
+LogAppender::Target::Target(std::ostream& stream)
+    : Target([&stream](const plog::Record& record) {
+        stream << TimeText(record.getTime()) << ' ' << plog::severityToString(record.getSeverity()) << " ["
+               << record.getFunc() << ':' << record.getLine() << "] " << MessageText(record) << std::endl;
+      }) {}
+
+std::string MessageText(const plog::Record& record) {
+  return Utf8(record.getMessage());
 }
 
 }  // namespace zt::telemetry::host

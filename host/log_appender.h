@@ -2,7 +2,10 @@
 
 #include <plog/Appenders/IAppender.h>
 
+#include <functional>
 #include <ostream>
+#include <string>
+#include <utility>
 
 namespace zt::telemetry::host {
 
@@ -14,11 +17,14 @@ class LogAppender : public plog::IAppender {
 
   void write(const plog::Record& record) override;
 
-  /// As long as it lives, log lines go to `stream`; otherwise they are dropped.
+  using Receiver = std::function<void(const plog::Record& record)>;
+
+  /// As long as it lives, log records go to `receiver`, or as lines to `stream`; otherwise they are dropped.
   class Target {
    public:
-    explicit Target(std::ostream& stream) { Instance().stream_ = &stream; }
-    ~Target() { Instance().stream_ = nullptr; }
+    explicit Target(Receiver receiver) { Instance().receiver_ = std::move(receiver); }
+    explicit Target(std::ostream& stream);
+    ~Target() { Instance().receiver_ = nullptr; }
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
   };
@@ -26,7 +32,10 @@ class LogAppender : public plog::IAppender {
  private:
   LogAppender() = default;
 
-  std::ostream* stream_ = nullptr;
+  Receiver receiver_;
 };
+
+/// The message of a log record, UTF-8.
+std::string MessageText(const plog::Record& record);
 
 }  // namespace zt::telemetry::host

@@ -6,6 +6,7 @@
 
 #include "host/collect.h"
 #include "host/command_line.h"
+#include "host/doctor/doctor.h"
 #include "host/failure.h"
 #include "host/machine_choice.h"
 #include "host/seed/seed.h"
@@ -21,6 +22,8 @@ class Runner {
   Runner(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
 
   int operator()(const CollectCommand& command) const { return Collect(command, out_, err_); }
+
+  int operator()(const DoctorCommand& command) const { return Doctor(command, out_); }
 
   int operator()(const SeedCommand& command) const {
     Seed(command, err_);

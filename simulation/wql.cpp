@@ -80,11 +80,11 @@ bool Holds(const wql::Condition& condition, const WmiRow& row) {
 
 WmiRow Project(const WmiRow& row, const std::vector<std::string>& selected, const std::string& class_name) {
   WmiRow result;
-  for (const auto& [name, value] : row) {
-    const bool wanted = selected.empty() || std::any_of(selected.begin(), selected.end(), [&](const auto& property) {
-                          return EqualIgnoringCase(property, name);
+  for (const auto& property : row) {
+    const bool wanted = selected.empty() || std::any_of(selected.begin(), selected.end(), [&](const auto& name) {
+                          return EqualIgnoringCase(name, property.first);
                         });
-    if (wanted) result.emplace(name, value);
+    if (wanted) result.insert(property);
   }
   result.insert_or_assign(kClassProperty, class_name);
   return result;

@@ -64,10 +64,11 @@ Value Value::Child(const Json& json, std::string_view step) const {
 }
 
 void ReadObject(const Value& value, const std::vector<Field>& fields) {
-  for (const auto& [key, member] : value.Members()) {
-    const auto field = std::find_if(fields.begin(), fields.end(), [&](const Field& known) { return key == known.key; });
-    if (field == fields.end()) member.Fail("unknown key, expected one of: " + ListOfKeys(fields));
-    field->read(member);
+  for (const auto& member : value.Members()) {
+    const auto field =
+        std::find_if(fields.begin(), fields.end(), [&](const Field& known) { return member.first == known.key; });
+    if (field == fields.end()) member.second.Fail("unknown key, expected one of: " + ListOfKeys(fields));
+    field->read(member.second);
   }
 }
 

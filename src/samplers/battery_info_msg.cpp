@@ -66,6 +66,9 @@ void AddBattery(ZTBatteryInfo& battery) {
 
   ZTBatteryStatus flags{};
   battery.GetChargeState(&flags);
+  // The library's readers ask for both blocks, in this order; nothing of the second is reported.
+  ZTBatteryStatus second{};
+  battery.GetSecondStatus(&second);
   entry.set_charge_state(ChargeState(flags));
   entry.set_battery_ct_number(Utils::AdjustString(battery.GetCTNumber(), kMostTextBytes));
   entry.set_battery_serial_number(Utils::AdjustString(battery.GetSerialNumber(), kMostTextBytes));

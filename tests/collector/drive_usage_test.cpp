@@ -10,12 +10,11 @@ TEST_F(StorageSampler, SumsTheLogicalDisksOfADrive) {
   EXPECT_THAT(Sample(), ElementsAre(Drive("S4EV", 66.67)));
 }
 
-TEST_F(StorageSampler, KeepsThePercentageUnrounded) {
-  AddExampleDrive();
-  Sample();
-  const float free_share = 50.0F / 150.0F;
-  EXPECT_EQ(PerfMessages::static_cdm_->hw_info().storage_drives_info(0).utilization_percent(),
-            std::abs(free_share * 100.0F - 100.0F));
+TEST_F(StorageSampler, DividesInDoubleAndGoesOnInSinglePrecisionUnrounded) {
+  AddDrive(kDrive0, "S4EV");
+  AddPartition(kDrive0, "a", {{"FreeSpace", "267691096204"}, {"Size", "331020807702"}});
+  // All in single precision would be 19.1316376, all in double precision 19.1316414.
+  EXPECT_EQ(Sample().at(0).percent, 19.1316452F);
 }
 
 TEST_F(StorageSampler, AFullDriveIsAtAHundredAndAnEmptyOneAtZero) {

@@ -55,7 +55,9 @@ TEST_F(NpuSampler, WhatHasNoNameIsNeitherAddedNorCounted) {
                  json("npu"), json(7), json(nullptr), json::array({"device_id"})});
   }
   for (int i = 0; i < 32; ++i) npus.push_back(NamedNpu("npu"));
-  EXPECT_EQ(Sample(Report(npus)).npus_info_size(), 32);
+  const auto& hardware = Sample(Report(npus));
+  EXPECT_EQ(hardware.npus_info_size(), 32);
+  for (const auto& npu : hardware.npus_info()) EXPECT_EQ(npu.device_id(), "npu");
 }
 
 TEST_F(NpuSampler, KeepsNamesInOtherScripts) {

@@ -53,6 +53,18 @@ TEST(CommandLineTest, CollectTakesAllItsOptions) {
   EXPECT_EQ(command.queries, "q.txt");
 }
 
+TEST(CommandLineTest, DoctorTakesAMachineAFolderAndAFormat) {
+  const auto command =
+      Read<DoctorCommand>({"doctor", "--machine", "bare", "--database-dir", "samples", "--format", "json"});
+  EXPECT_EQ(command.machine, "bare");
+  EXPECT_EQ(command.database_dir, "samples");
+  EXPECT_EQ(command.format, OutputFormat::kJson);
+}
+
+TEST(CommandLineTest, DoctorTakesNoOptionOfACollection) {
+  EXPECT_THAT(Complaint({"doctor", "--event", "50"}), HasSubstr("See zt-telemetry-host doctor --help"));
+}
+
 TEST(CommandLineTest, WithoutACommandItMeansCollect) {
   EXPECT_THAT(Read<CollectCommand>({}).events, ElementsAre(50));
   EXPECT_THAT(Read<CollectCommand>({"--event", "51"}).events, ElementsAre(51));
@@ -130,7 +142,8 @@ TEST(CommandLineTest, AnOptionGivenTwiceIsNamedUnlessItIsTheEvent) {
 }
 
 TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
-  EXPECT_THAT(Complaint({"colect"}), StartsWith("there is no command \"colect\"; expected collect, seed or machines"));
+  EXPECT_THAT(Complaint({"colect"}),
+              StartsWith("there is no command \"colect\"; expected collect, doctor, seed or machines"));
   EXPECT_THAT(Complaint({"collect", "--evnt", "50"}), HasSubstr("--evnt"));
   EXPECT_THAT(Complaint({"collect", "--event", "50", "51"}), HasSubstr("51"));
   EXPECT_THAT(Complaint({"machines", "all"}), HasSubstr("all"));

@@ -1,4 +1,4 @@
-#include "host/plugin_library.h"
+#include "host/loaded_library.h"
 
 #include <windows.h>
 
@@ -28,20 +28,20 @@ std::string SystemMessage(DWORD error) {
 
 }  // namespace
 
-const char kPluginSuffix[] = ".dll";
+const char kLibrarySuffix[] = ".dll";
 
-void PluginLibrary::Release::operator()(void* handle) const {
+void LoadedLibrary::Release::operator()(void* handle) const {
   ::FreeLibrary(static_cast<HMODULE>(handle));
 }
 
-PluginLibrary::PluginLibrary(const std::filesystem::path& file)
+LoadedLibrary::LoadedLibrary(const std::filesystem::path& file)
     : handle_(::LoadLibraryExW(std::filesystem::path(file).make_preferred().c_str(), nullptr,
                                LOAD_LIBRARY_SEARCH_DEFAULT_DIRS | LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR)) {
   if (handle_ != nullptr) return;
-  throw WrongUsage("cannot load the plugin " + PathText(file) + ": " + SystemMessage(::GetLastError()));
+  throw WrongUsage("cannot load " + PathText(file) + ": " + SystemMessage(::GetLastError()));
 }
 
-void* PluginLibrary::Find(const char* name) const {
+void* LoadedLibrary::Find(const char* name) const {
   return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(handle_.get()), name));
 }
 

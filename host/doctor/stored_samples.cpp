@@ -1,0 +1,83 @@
+#include "host/doctor/stored_samples.h"
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+#include "host/files.h"
+#include "host/program_environment.h"
+#include "host/views/figures.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+using inspection::SourceReport;
+using inspection::SourceState;
+
+constexpr char kSource[] = "Stored samples";
+constexpr char kDatabaseName[] = "ssm.db";
+constexpr char kThermalCount[] = "SELECT COUNT(*) FROM ThermalData";
+constexpr char kNetworkCount[] = "SELECT COUNT(*) FROM NetworkData";
+constexpr int kBusyLimitMs = 5000;  // as long as a collection waits for a writer
+
+struct Close {
+  void operator()(sqlite3* database) const { sqlite3_close(database); }
+};
+struct Finalize {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Database = std::unique_ptr<sqlite3, Close>;
+
+[[noreturn]] void FailWith(sqlite3* database) {
+  throw std::runtime_error(sqlite3_errmsg(database));
+}
+
+Database Open(const std::filesystem::path& file) {
+  sqlite3* opened = nullptr;
+  const int result = sqlite3_open_v2(ToText(file).c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
+  Database database(opened);
+  if (result != SQLITE_OK) FailWith(opened);
+  sqlite3_busy_timeout(opened, kBusyLimitMs);
+  return database;
+}
+
+std::string Count(sqlite3* database, const char* query) {
+  constexpr int kUpToNul = -1;
+  sqlite3_stmt* prepared = nullptr;
+  const int result = sqlite3_prepare_v2(database, query, kUpToNul, &prepared, nullptr);
+  const std::unique_ptr<sqlite3_stmt, Finalize> statement(prepared);
+  if (result != SQLITE_OK || sqlite3_step(prepared) != SQLITE_ROW) FailWith(database);
+  return GroupDigits(std::to_string(sqlite3_column_int64(prepared, 0)));
+}
+
+SourceReport Read(const std::filesystem::path& file) {
+  try {
+    const Database database = Open(file);
+    return {kSource,
+            SourceState::kPresent,
+            Count(database.get(), kThermalCount) + " thermal and " + Count(database.get(), kNetworkCount) +
+                " network samples",
+            {},
+            {}};
+  } catch (const std::runtime_error& error) {
+    return {kSource, SourceState::kFailed, PathText(file) + ": " + error.what(), {}, {}};
+  }
+}
+
+}  // namespace
+
+SourceReport InspectStoredSamples(const std::filesystem::path& folder) {
+  const auto start = std::chrono::steady_clock::now();
+  const std::filesystem::path file = folder / kDatabaseName;
+  std::error_code error;
+  SourceReport report = std::filesystem::exists(file, error)
+                            ? Read(file)
+                            : SourceReport{kSource, SourceState::kAbsent, "there is no " + PathText(file), {}, {}};
+  report.time = std::chrono::steady_clock::now() - start;
+  return report;
+}
+
+}  // namespace zt::telemetry::host

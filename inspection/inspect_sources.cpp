@@ -1,0 +1,172 @@
+#include "zt/inspection/inspect_sources.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "failure_text.h"
+#include "messages/perf_messages.h"
+#include "platform/session_clock.h"
+#include "plugin/logger_export.h"
+#include "samplers/battery_info_msg.h"
+#include "samplers/device_state_info_msg.h"
+#include "samplers/gpu/gpu_info_msg.h"
+#include "samplers/memory_info_msg.h"
+#include "samplers/npu_msg.h"
+#include "samplers/operating_system_info_msg.h"
+#include "samplers/storage_info_msg.h"
+
+namespace zt::telemetry::inspection {
+namespace {
+
+using collector::performancesamples::BatteryInfoMsg;
+using collector::performancesamples::DeviceStateInfoMsg;
+using collector::performancesamples::GPUInfoMsg;
+using collector::performancesamples::MemoryInfoMsg;
+using collector::performancesamples::NPUMsg;
+using collector::performancesamples::OperatingSystemInfoMsg;
+using collector::performancesamples::PerfMessages;
+using collector::performancesamples::StorageInfoMsg;
+
+constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
+constexpr int kEventOfInspections = 0;  // no collection's
+constexpr char kUnknownSerialNumber[] = "UNKNOWN_SN";
+// What a machine of another maker answers: no such command, object, namespace, class.
+constexpr std::array<std::uint32_t, 4> kNoInterface = {1, 0x80041002, 0x8004100E, 0x80041010};
+
+// What asking a source gave.
+struct Answer {
+  SourceState state = SourceState::kPresent;
+  std::string remark;
+};
+
+// The clients of one collection.
+struct Clients {
+  shared::wmi::WMIClient wmi{kWmiNamespace};
+  shared::ztbios::PrivateBiosWmi bios;
+};
+
+struct Source {
+  const char* name;
+  Answer (*ask)(Clients& clients);
+};
+
+// A builder may leave sections behind that hold nothing.
+bool HoldsFigures(const google::protobuf::Message& message) {
+  const auto& reflection = *message.GetReflection();
+  std::vector<const google::protobuf::FieldDescriptor*> fields;
+  reflection.ListFields(message, &fields);
+  return std::any_of(fields.begin(), fields.end(), [&](const google::protobuf::FieldDescriptor* field) {
+    const bool is_section = !field->is_repeated() && field->message_type() != nullptr;
+    return !is_section || HoldsFigures(reflection.GetMessage(message, field));
+  });
+}
+
+// A builder that adds nothing tells of an absence in `none`.
+Answer AskBuilder(PerfMessages& builder, const char* none) {
+  builder.PopulateStorageAndUploadProtos();
+  if (HoldsFigures(*PerfMessages::static_cdm_)) return {};
+  return {SourceState::kAbsent, none};
+}
+
+Answer AskSerialNumber(Clients&) {
+  std::string number = PerfMessages::GetSN();
+  if (number == kUnknownSerialNumber) return {SourceState::kAbsent, "the firmware's table has none"};
+  return {SourceState::kPresent, std::move(number)};
+}
+
+// Reaches the firmware query that the base offers to builders.
+class FirmwareReadings : public PerfMessages {
+ public:
+  explicit FirmwareReadings(Clients& clients) : PerfMessages(&clients.wmi, &clients.bios) {}
+  void PopulateStorageAndUploadProtos() override {}
+
+  Answer Ask() {
+    constexpr int kGraphicsReadings = 1;
+    std::array<std::uint8_t, 128> reply{};
+    const std::uint32_t status = GetThermalDataFromPrivateBiosWmi(kGraphicsReadings, reply.data());
+    if (std::find(kNoInterface.begin(), kNoInterface.end(), status) != kNoInterface.end()) {
+      return {SourceState::kAbsent, "no firmware interface that tells them (status " + StatusText(status) + ")"};
+    }
+    if (status != 0)
+      return {SourceState::kFailed, "the firmware's interface answers with status " + StatusText(status)};
+    return {SourceState::kPresent, std::to_string(reply[0]) + (reply[0] == 1 ? " reading" : " readings")};
+  }
+};
+
+Answer AskSession(Clients& clients) {
+  if (collector::performancesamples::platform::TickCountMs() == 0) {
+    return {SourceState::kAbsent, "no session: the clock of the system's start stands still"};
+  }
+  OperatingSystemInfoMsg builder(&clients.wmi);
+  return AskBuilder(builder, "no figures");
+}
+
+constexpr std::array kSources = {
+    Source{"Serial number", AskSerialNumber},
+    Source{"Firmware temperatures", [](Clients& clients) { return FirmwareReadings(clients).Ask(); }},
+    Source{"Batteries",
+           [](Clients&) {
+             BatteryInfoMsg builder;
+             return AskBuilder(builder, "no battery");
+           }},
+    Source{"Posture",
+           [](Clients& clients) {
+             DeviceStateInfoMsg builder(&clients.wmi);
+             return AskBuilder(builder, "no posture");
+           }},
+    Source{"Memory",
+           [](Clients& clients) {
+             MemoryInfoMsg builder(&clients.wmi);
+             return AskBuilder(builder, "no figures");
+           }},
+    Source{"Graphics cards",
+           [](Clients& clients) {
+             GPUInfoMsg builder(&clients.wmi, &clients.bios);
+             return AskBuilder(builder, "no card that a vendor's library tells of");
+           }},
+    Source{"NPUs",
+           [](Clients&) {
+             NPUMsg builder;
+             return AskBuilder(builder, "no NPU");
+           }},
+    Source{"Storage drives",
+           [](Clients& clients) {
+             StorageInfoMsg builder(&clients.wmi, &clients.bios);
+             return AskBuilder(builder, "no drive with an identity");
+           }},
+    Source{"Processes and session", AskSession},
+};
+
+Answer AskSafely(const Source& source, Clients& clients) {
+  try {
+    return source.ask(clients);
+  } catch (...) {
+    return {SourceState::kFailed, CurrentFailureText()};
+  }
+}
+
+SourceReport Inspect(const Source& source, Clients& clients) {
+  PerfMessages::static_cdm_->Clear();
+  const auto start = std::chrono::steady_clock::now();
+  Answer answer = AskSafely(source, clients);
+  const std::chrono::nanoseconds time = std::chrono::steady_clock::now() - start;
+  SourceReport report{source.name, answer.state, std::move(answer.remark), time, {}};
+  if (answer.state != SourceState::kAbsent) report.figures = *PerfMessages::static_cdm_;
+  return report;
+}
+
+}  // namespace
+}  // namespace zt::telemetry::inspection
+
+void ztInspectSources(plog::IAppender* log, const zt::telemetry::inspection::ReportReceiver& receive) {
+  using namespace zt::telemetry::inspection;
+  ztSharedInitializeLogger(plog::warning, log);
+  PerfMessages::Init(nullptr, kEventOfInspections);
+  Clients clients;
+  for (const Source& source : kSources) receive(Inspect(source, clients));
+}

@@ -1,0 +1,174 @@
+#include <gmock/gmock.h>
+
+#include <map>
+
+#include "host/failure.h"
+#include "program_run.h"
+#include "seed_database.h"
+#include "support/recording_sink.h"
+#include "support/temporary_folder.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+using nlohmann::json;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+// The program over an empty folder of stored samples.
+class DoctorTest : public testing::Test {
+ protected:
+  ProgramRun Ask(const std::string& machine, const std::vector<std::string>& options = {}) const {
+    std::vector<std::string> arguments = {"doctor", "--machine", machine, "--database-dir", folder_.Utf8()};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return RunProgram(arguments);
+  }
+
+  // Each source's report by its name.
+  std::map<std::string, json> Reports(const std::string& machine) const {
+    std::map<std::string, json> reports;
+    for (const json& line : JsonLinesOf(Ask(machine, {"--format", "json"}).out)) reports[line["source"]] = line;
+    return reports;
+  }
+
+  std::string MachineFile(const std::string& profile) const {
+    WriteFile(folder_.Path() / "machine.json", profile);
+    return folder_.File("machine.json");
+  }
+
+  zt::tests::TemporaryFolder folder_;
+};
+
+TEST_F(DoctorTest, AsksEverySourceOnceInTheOrderOfACollection) {
+  std::vector<std::string> sources;
+  for (const json& line : JsonLinesOf(Ask("convertible-laptop", {"--format", "json"}).out)) {
+    sources.push_back(line["source"]);
+  }
+  EXPECT_THAT(sources, ElementsAre("Stored samples", "Serial number", "Firmware temperatures", "Batteries", "Posture",
+                                   "Memory", "Graphics cards", "NPUs", "Storage drives", "Processes and session"));
+}
+
+TEST_F(DoctorTest, AMachineOnWhichNothingFailsIsDone) {
+  for (const char* machine : {"convertible-laptop", "workstation", "bare"}) {
+    const ProgramRun run = Ask(machine);
+    EXPECT_EQ(run.exit_code, kExitDone) << machine << run.out << run.err;
+    EXPECT_THAT(run.out, EndsWith(" 0 failed\n"));
+    EXPECT_THAT(run.err, IsEmpty());
+  }
+}
+
+TEST_F(DoctorTest, AMachineOfWhichASourceFailsIsFailed) {
+  const ProgramRun run = Ask("failing");
+  EXPECT_EQ(run.exit_code, kExitFailed);
+  EXPECT_THAT(run.out, Not(EndsWith(" 0 failed\n")));
+}
+
+TEST_F(DoctorTest, AFailureTellsItsReasonAndItsStatus) {
+  const auto reports = Reports("failing");
+  EXPECT_EQ(reports.at("Storage drives")["state"], "failed");
+  EXPECT_EQ(reports.at("Storage drives")["remark"], "Error while querying Win32_DiskDrive (status 0x80041003)");
+  EXPECT_EQ(reports.at("Processes and session")["remark"], "Unable to get last input information.");
+  EXPECT_THAT(reports.at("NPUs")["remark"].get<std::string>(), HasSubstr("parse error"));
+}
+
+TEST_F(DoctorTest, OneFailingSourceLeavesTheOthersAlone) {
+  const auto reports = Reports(MachineFile(R"({"npu_report": "{", "smbios": {"serial_number": "SN42"},
+      "session": {"tick_counts_ms": [60000], "last_input_tick_ms": 0}})"));
+  EXPECT_EQ(reports.at("NPUs")["state"], "failed");
+  EXPECT_EQ(reports.at("Serial number")["state"], "present");
+  EXPECT_EQ(reports.at("Processes and session")["state"], "present");
+}
+
+TEST_F(DoctorTest, WhatASourceOnlyLogsIsAFailureToo) {
+  const auto reports = Reports(MachineFile(R"({
+      "session": {"tick_counts_ms": [60000], "last_input_tick_ms": 0},
+      "processes": [{"id": 7, "user_100ns": 20000000, "peak_working_set_bytes": 1, "working_set_bytes": 1}],
+      "wmi": {"classes": {"Win32_PerfFormattedData_PerfProc_Process":
+                  [{"Name": "busy", "IDProcess": 7, "PercentProcessorTime": "5", "PriorityBase": 8}]},
+              "failures": [{"query_contains": "FROM Win32_Process WHERE", "status": 5}]}})"));
+  EXPECT_EQ(reports.at("Processes and session")["state"], "failed");
+  EXPECT_EQ(reports.at("Processes and session")["remark"],
+            "Processes are left out: querying Win32_Process failed with status 5");
+}
+
+TEST_F(DoctorTest, WhatAMachineDoesNotHaveIsAbsent) {
+  const auto reports = Reports("bare");
+  for (const char* source : {"Stored samples", "Serial number", "Firmware temperatures", "Batteries", "Graphics cards",
+                             "NPUs", "Storage drives", "Processes and session"}) {
+    EXPECT_EQ(reports.at(source)["state"], "absent") << source;
+    EXPECT_NE(reports.at(source)["remark"], "") << source;
+    EXPECT_THAT(reports.at(source)["figures"], IsEmpty()) << source;
+  }
+}
+
+TEST_F(DoctorTest, AFirmwareThatRefusesIsAFailureAndOneWithoutTheCommandIsNot) {
+  const auto machine = [&](const std::string& result) {
+    return MachineFile(R"({"private_bios": [{"command": 1, "command_type": 40, "input": [1, 0, 0, 0], "result": )" +
+                       result + "}]}");
+  };
+  EXPECT_EQ(Reports(machine("2147749891")).at("Firmware temperatures")["state"], "failed");
+  EXPECT_EQ(Reports(machine("2147749904")).at("Firmware temperatures")["state"], "absent");  // no such class
+}
+
+TEST_F(DoctorTest, TheFiguresAreThoseOfACollection) {
+  const ProgramRun collected = RunProgram({"collect", "--machine", "convertible-laptop", "--format", "json"});
+  json asked;
+  for (const auto& [source, report] : Reports("convertible-laptop")) asked.merge_patch(report["figures"]);
+  json sent = JsonLinesOf(collected.out).at(1)["record"];
+  EXPECT_EQ(asked["hwInfo"], sent["hwInfo"]);
+  EXPECT_EQ(asked["operatingSystemInfo"]["resourceIntensiveProcessesInfo"],
+            sent["operatingSystemInfo"]["resourceIntensiveProcessesInfo"]);
+}
+
+TEST_F(DoctorTest, HandsNothingOver) {
+  const auto sink = zt::tests::RegisterRecordingSink();
+  Ask("convertible-laptop");
+  common::RegisterTelemetrySink(nullptr);
+  EXPECT_THAT(sink->stored, IsEmpty());
+  EXPECT_THAT(sink->sent, IsEmpty());
+  EXPECT_THAT(sink->texts, IsEmpty());
+}
+
+TEST_F(DoctorTest, CountsTheStoredSamplesAndLeavesThemThere) {
+  ASSERT_EQ(RunProgram({"seed", "--database-dir", folder_.Utf8(), "--hours", "24", "--interfaces", "2", "--until",
+                        "2026-03-07T14:00:00Z"})
+                .exit_code,
+            kExitDone);
+  for (int i = 0; i < 2; ++i) {
+    const json report = Reports("bare").at("Stored samples");
+    EXPECT_EQ(report["state"], "present");
+    EXPECT_EQ(report["remark"], "1,440 thermal and 2,880 network samples");
+  }
+}
+
+TEST_F(DoctorTest, AFileThatIsNoDatabaseIsAFailureThatNamesIt) {
+  WriteFile(folder_.Path() / "ssm.db", std::string(4096, 'x'));
+  const json report = Reports("bare").at("Stored samples");
+  EXPECT_EQ(report["state"], "failed");
+  EXPECT_THAT(report["remark"].get<std::string>(), HasSubstr("ssm.db: file is not a database"));
+  EXPECT_EQ(Ask("bare").exit_code, kExitFailed);
+}
+
+TEST_F(DoctorTest, ADatabaseWithoutATableIsAFailureThatNamesTheTable) {
+  sqlite3* made = nullptr;
+  sqlite3_open(folder_.File("ssm.db").c_str(), &made);
+  sqlite3_exec(made, "CREATE TABLE ThermalData(a)", nullptr, nullptr, nullptr);
+  sqlite3_close(made);
+  EXPECT_THAT(Reports("bare").at("Stored samples")["remark"].get<std::string>(),
+              EndsWith("ssm.db: no such table: NetworkData"));
+}
+
+TEST_F(DoctorTest, TextHasALineForEachSourceThenTheFiguresThenTheCounts) {
+  const std::vector<std::string> lines = Lines(Ask("convertible-laptop").out);
+  EXPECT_THAT(lines.at(1), testing::MatchesRegex("Serial number          present +[0-9.]+ ms  5CG0000001"));
+  EXPECT_THAT(lines, Contains("FIGURES"));
+  EXPECT_THAT(lines, Contains("    mode  positionPullForward"));
+  EXPECT_THAT(lines.back(), testing::MatchesRegex("[0-9]+ present, [0-9]+ absent, 0 failed"));
+}
+
+}  // namespace
+}  // namespace zt::telemetry::host
