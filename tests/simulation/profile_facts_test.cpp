@@ -304,7 +304,17 @@ TEST(ProfileFactsTest, TheNetworkListAnswersOrFails) {
   EXPECT_EQ(connections[0].adapter, Plain<std::string>("{GUID}"));
   EXPECT_EQ(connections[1].adapter, Fails<std::string>(94));
   EXPECT_EQ(connections[2].adapter, std::nullopt);
-  EXPECT_EQ(std::get<Failure>(network.manager->networks.at(1).connections), Failure{95});
+}
+
+TEST(ProfileFactsTest, ConnectionsMayFailAsAWhole) {
+  const simulation::Network network =
+      Parse(R"({"network": {"manager": {"networks": [{"connections": {"fails": 95}}]}}})").network;
+  EXPECT_EQ(std::get<Failure>(network.manager->networks.at(0).connections), Failure{95});
+}
+
+TEST(ProfileFactsTest, TheCountersOfAnInterfaceMayFail) {
+  const simulation::Network network = Parse(R"({"network": {"interface_counters": {"6": {"fails": 96}}}})").network;
+  EXPECT_EQ(std::get<Failure>(network.interface_counters.at(6)), Failure{96});
 }
 
 TEST(ProfileFactsTest, SystemMessagesAreToldByTheirCode) {
@@ -340,7 +350,6 @@ TEST(ProfileFactsTest, CountersAreThoseOfTheirInterfaceAndFamily) {
   const auto& counters = std::get<simulation::InterfaceCounters>(network.interface_counters.at(5));
   EXPECT_EQ(counters.in_octets, 80U);
   EXPECT_EQ(counters.out_octets, 81U);
-  EXPECT_EQ(std::get<Failure>(network.interface_counters.at(6)), Failure{96});
   const auto& tcp_v4 = std::get<simulation::TcpCounters>(network.tcp_v4.value());
   EXPECT_EQ(tcp_v4.established, 90U);
   EXPECT_EQ(tcp_v4.attempt_fails, 91U);

@@ -35,6 +35,7 @@ std::optional<bool> AskFlag(Interface& object, HRESULT (STDMETHODCALLTYPE Interf
 }  // namespace
 
 struct ListedNetwork::Handle {
+  ComPtr<INetworkListManager> manager;  // goes last: not every system's networks keep theirs alive
   ComPtr<INetwork> network;
 };
 
@@ -87,7 +88,7 @@ NetworkList ListNetworks() {
   }
   ComPtr<INetwork> network;
   while (TakeNext(*networks.Get(), network)) {
-    list.networks.emplace_back(std::make_unique<ListedNetwork::Handle>(ListedNetwork::Handle{network}));
+    list.networks.emplace_back(std::make_unique<ListedNetwork::Handle>(ListedNetwork::Handle{manager, network}));
   }
   return list;
 }
