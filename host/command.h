@@ -43,6 +43,13 @@ struct DoctorCommand {
   OutputFormat format = OutputFormat::kText;
 };
 
+/// `network`: shows the machine's network.
+struct NetworkCommand {
+  std::optional<std::string> machine;
+  OutputFormat format = OutputFormat::kText;
+  std::optional<std::filesystem::path> queries;
+};
+
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
@@ -51,6 +58,7 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command = std::variant<CollectCommand, DoctorCommand, SeedCommand, MachinesCommand, ShowTextCommand>;
+using Command =
+    std::variant<CollectCommand, DoctorCommand, NetworkCommand, SeedCommand, MachinesCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

@@ -21,9 +21,10 @@ namespace {
 constexpr char kProgram[] = "zt-telemetry-host";
 constexpr char kCollect[] = "collect";
 constexpr char kDoctor[] = "doctor";
+constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kCollect, kDoctor, kSeed, kMachines};
+constexpr std::array kCommands = {kCollect, kDoctor, kNetwork, kSeed, kMachines};
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
@@ -38,12 +39,14 @@ constexpr char kExamples[] = R"(Examples:
       a day of stored samples, and its hourly records
   zt-telemetry-host doctor --machine workstation
       which sources of figures a machine has, and which of them fail
+  zt-telemetry-host network --machine convertible-laptop
+      the interfaces of a machine, its Wi-Fi and its connections
   zt-telemetry-host collect --machine failing --event 51 --event 50 --log-level info
       two events in one process, with the collector's log
 
 Exit codes: 0 done; 1 a collection reported an error, a hand-over could not be written, or a source
-that the doctor asked failed; 2 wrong usage, also a plugin, machine profile, folder or file that
-cannot be used.)";
+that was asked failed; 2 wrong usage, also a plugin, machine profile, folder or file that cannot be
+used.)";
 constexpr char kCollectNotes[] =
     "Hand-overs go to standard output, the log and all else to standard error.\n"
     "A stored sample that was sent is deleted from the database, as in the field.";
@@ -51,6 +54,9 @@ constexpr char kDoctorNotes[] =
     "Asks each source once, as a collection does, and hands nothing over. For each: present, absent (the\n"
     "machine does not have it) or failed, the time it took, and the figures that a collection would get.\n"
     "The exit code is 0 unless a source failed.";
+constexpr char kNetworkNotes[] =
+    "Asks for the inventory of interfaces, then for their connections, for Wi-Fi and for TCP, and hands nothing\n"
+    "over. What fails is told on standard error; the rest is shown.";
 constexpr char kSeedNotes[] =
     "Makes \"ssm.db\" in the folder, or adds to it: one thermal sample a minute, and one network sample\n"
     "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
@@ -93,6 +99,10 @@ void AddFormat(CLI::App& app, OutputFormat& format) {
       ->default_str("text");
 }
 
+void AddQueries(CLI::App& app, std::optional<std::filesystem::path>& queries) {
+  AddPath(app, "--queries", queries, "FILE", "Write the text of every WQL query here, one a line");
+}
+
 void AddCollect(CLI::App& program, CollectCommand& command) {
   CLI::App& app = *program.add_subcommand(kCollect, "Runs the collector and shows what it hands over");
   app.add_option("--event", command.events,
@@ -113,7 +123,7 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
       ->default_str("warning");
   AddFormat(app, command.format);
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
-  AddPath(app, "--queries", command.queries, "FILE", "Write the text of every WQL query here, one a line");
+  AddQueries(app, command.queries);
   app.footer(kCollectNotes);
 }
 
@@ -123,6 +133,14 @@ void AddDoctor(CLI::App& program, DoctorCommand& command) {
   AddPath(app, "--database-dir", command.database_dir, "DIR", "Folder of \"ssm.db\", the stored samples");
   AddFormat(app, command.format);
   app.footer(kDoctorNotes);
+}
+
+void AddNetwork(CLI::App& program, NetworkCommand& command) {
+  CLI::App& app = *program.add_subcommand(kNetwork, "Shows the network of the machine as it is now");
+  AddMachine(app, command.machine);
+  AddFormat(app, command.format);
+  AddQueries(app, command.queries);
+  app.footer(kNetworkNotes);
 }
 
 void AddSeed(CLI::App& program, SeedCommand& command) {
@@ -161,8 +179,9 @@ void CompleteCommand(std::vector<std::string>& arguments) {
   if (first.starts_with('-')) {
     arguments.insert(arguments.begin(), kCollect);
   } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
-    throw WrongUsage("there is no command \"" + first + "\"; expected collect, doctor, seed or machines\nSee " +
-                     std::string(kProgram) + " --help");
+    throw WrongUsage("there is no command \"" + first +
+                     "\"; expected collect, doctor, network, seed or machines\nSee " + std::string(kProgram) +
+                     " --help");
   }
 }
 
@@ -189,6 +208,7 @@ std::string TextOrWrongUsage(const CLI::App& app, const CLI::ParseError& error) 
 Command ReadCommandLine(std::vector<std::string> arguments) {
   CollectCommand collect;
   DoctorCommand doctor;
+  NetworkCommand network;
   SeedCommand seed;
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
@@ -202,6 +222,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   app.require_subcommand(1);
   AddCollect(app, collect);
   AddDoctor(app, doctor);
+  AddNetwork(app, network);
   AddSeed(app, seed);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
 
@@ -214,6 +235,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   }
   if (collect.events.empty()) collect.events = {kDefaultEvent};
   if (app.got_subcommand(kDoctor)) return doctor;
+  if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
   return collect;

@@ -26,6 +26,7 @@ Function* Require(const LoadedLibrary& library, const char* name) {
 
 InspectionLibrary::InspectionLibrary()
     : library_(InspectionFile()),
-      inspect_sources_(Require<inspection::InspectSourcesFunction>(library_, inspection::kInspectSourcesName)) {}
+      inspect_sources_(Require<inspection::InspectSourcesFunction>(library_, inspection::kInspectSourcesName)),
+      inspect_network_(Require<inspection::InspectNetworkFunction>(library_, inspection::kInspectNetworkName)) {}
 
 }  // namespace zt::telemetry::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/loaded_library.h"
+#include "zt/inspection/inspect_network.h"
 #include "zt/inspection/inspect_sources.h"
 
 namespace zt::telemetry::host {
@@ -17,9 +18,13 @@ class InspectionLibrary {
     inspect_sources_(&log, receive);
   }
 
+  /// See `ztInspectNetwork`.
+  void InspectNetwork(plog::IAppender& log, inspection::NetworkReport& report) const { inspect_network_(&log, report); }
+
  private:
   LoadedLibrary library_;
   inspection::InspectSourcesFunction* inspect_sources_;
+  inspection::InspectNetworkFunction* inspect_network_;
 };
 
 }  // namespace zt::telemetry::host

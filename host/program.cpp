@@ -9,6 +9,7 @@
 #include "host/doctor/doctor.h"
 #include "host/failure.h"
 #include "host/machine_choice.h"
+#include "host/network/network.h"
 #include "host/seed/seed.h"
 
 namespace zt::telemetry::host {
@@ -24,6 +25,8 @@ class Runner {
   int operator()(const CollectCommand& command) const { return Collect(command, out_, err_); }
 
   int operator()(const DoctorCommand& command) const { return Doctor(command, out_); }
+
+  int operator()(const NetworkCommand& command) const { return Network(command, out_, err_); }
 
   int operator()(const SeedCommand& command) const {
     Seed(command, err_);

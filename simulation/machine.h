@@ -194,11 +194,15 @@ struct Process {
   std::vector<Window> windows;
 };
 
+struct NetworkConnection {
+  OptionalAnswer<std::string> adapter;  // "{GUID}"
+};
+
 struct ListedNetwork {
   OptionalAnswer<std::int32_t> category;
   OptionalAnswer<bool> connected;
   OptionalAnswer<bool> internet;
-  std::vector<std::string> connection_adapters;  // "{GUID}"
+  Answer<std::vector<NetworkConnection>> connections;
 };
 
 struct NetworkManager {
@@ -248,9 +252,15 @@ struct Network {
   std::optional<Failure> com;
   std::optional<NetworkManager> manager;
   std::optional<Wlan> wlan;
-  std::map<std::uint32_t, InterfaceCounters> interface_counters;
+  std::map<std::uint32_t, Answer<InterfaceCounters>> interface_counters;
   OptionalAnswer<TcpCounters> tcp_v4;
   OptionalAnswer<TcpCounters> tcp_v6;
+};
+
+/// The system's text for a code, where a call's failure is told with one.
+struct SystemMessage {
+  std::int32_t code = 0;
+  std::string text;
 };
 
 /// One machine.
@@ -271,6 +281,7 @@ struct Machine {
   Session session;
   std::vector<Process> processes;
   Network network;
+  std::vector<SystemMessage> system_messages;
 };
 
 /// The machine that every simulated definition of the process reads. Until a machine is set: one on which nothing

@@ -54,7 +54,8 @@ Machine ReadMachine(const Value& value) {
                      {"storage_library", To(machine.storage_library)},
                      {"session", To(machine.session)},
                      {"processes", To(machine.processes)},
-                     {"network", To(machine.network)}});
+                     {"network", To(machine.network)},
+                     {"system_messages", To(machine.system_messages)}});
   return machine;
 }
 

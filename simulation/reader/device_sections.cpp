@@ -113,6 +113,10 @@ void Read(const Value& value, LibraryDrive& drive) {
   ReadObject(value, {{"name", To(drive.name)}, {"wmi_serial", To(drive.wmi_serial)}});
 }
 
+void Read(const Value& value, SystemMessage& message) {
+  ReadObject(value, {{"code", ToStatus(message.code)}, {"text", To(message.text)}});
+}
+
 void Read(const Value& value, RegistryKey& key) {
   for (const auto& [name, member] : value.Members()) {
     if (member.ToJson().is_string()) {

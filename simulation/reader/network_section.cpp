@@ -6,13 +6,6 @@
 namespace zt::simulation::reader {
 namespace {
 
-// A connection is one key so far: its adapter.
-void ReadConnections(const Value& value, std::vector<std::string>& adapters) {
-  for (const Value& connection : value.Elements()) {
-    ReadObject(connection, {{"adapter", To(adapters.emplace_back())}});
-  }
-}
-
 std::uint32_t ReadInterfaceIndex(const Value& value, const std::string& key) {
   std::uint32_t index = 0;
   const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), index);
@@ -24,12 +17,15 @@ std::uint32_t ReadInterfaceIndex(const Value& value, const std::string& key) {
 
 }  // namespace
 
+void Read(const Value& value, NetworkConnection& connection) {
+  ReadObject(value, {{"adapter", To(connection.adapter)}});
+}
+
 void Read(const Value& value, ListedNetwork& network) {
   ReadObject(value, {{"category", To(network.category)},
                      {"connected", To(network.connected)},
                      {"internet", To(network.internet)},
-                     {"connections",
-                      [&](const Value& connections) { ReadConnections(connections, network.connection_adapters); }}});
+                     {"connections", To(network.connections)}});
 }
 
 void Read(const Value& value, NetworkManager& manager) {
@@ -62,11 +58,12 @@ void Read(const Value& value, Wlan& wlan) {
       {{"open", ToStatus(wlan.open)}, {"enumerate", ToStatus(wlan.enumerate)}, {"interfaces", To(wlan.interfaces)}});
 }
 
-void Read(const Value& value, std::map<std::uint32_t, InterfaceCounters>& counters) {
-  for (const auto& [key, member] : value.Members()) {
-    InterfaceCounters& read = counters[ReadInterfaceIndex(member, key)];
-    ReadObject(member, {{"in_octets", To(read.in_octets)}, {"out_octets", To(read.out_octets)}});
-  }
+void Read(const Value& value, InterfaceCounters& counters) {
+  ReadObject(value, {{"in_octets", To(counters.in_octets)}, {"out_octets", To(counters.out_octets)}});
+}
+
+void Read(const Value& value, std::map<std::uint32_t, Answer<InterfaceCounters>>& counters) {
+  for (const auto& [key, member] : value.Members()) Read(member, counters[ReadInterfaceIndex(member, key)]);
 }
 
 void Read(const Value& value, TcpCounters& counters) {

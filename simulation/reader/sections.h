@@ -11,6 +11,7 @@ void Read(const Value& value, std::optional<Battery>& battery);  // null: a gap
 void Read(const Value& value, Sensors& sensors);
 void Read(const Value& value, BiosReply& reply);
 void Read(const Value& value, LibraryDrive& drive);
+void Read(const Value& value, SystemMessage& message);
 /// An object is a key and a text a value, in the order given.
 void Read(const Value& value, RegistryKey& key);
 

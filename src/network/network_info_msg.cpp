@@ -2,9 +2,12 @@
 
 namespace zt::telemetry::collector::performancesamples {
 
-NetworkInfoMsg::NetworkInfoMsg(const PerfMessages& other) : PerfMessages(other) {}
+NetworkInfoMsg::NetworkInfoMsg(shared::wmi::WMIClient* wmi_client, SampleRows* rows)
+    : PerfMessages(wmi_client), rows_(rows) {}
 
-NetworkInfoMsg::NetworkInfoMsg() = default;
+NetworkInfoMsg::NetworkInfoMsg(const NetworkInfoMsg&) = default;
+NetworkInfoMsg& NetworkInfoMsg::operator=(const NetworkInfoMsg&) = default;
+NetworkInfoMsg::~NetworkInfoMsg() = default;
 
 void NetworkInfoMsg::PopulateStorageAndUploadProtos() {}
 

@@ -128,7 +128,7 @@ inline constexpr std::string_view kFullProfile = R"json({
       "create": 71,
       "get_networks": 72,
       "networks": [
-        {"category": 2, "connected": true, "internet": {"fails": 73}, "connections": [{"adapter": "{GUID}"}]}
+        {"category": 2, "connected": true, "internet": {"fails": 73}, "connections": [{"adapter": "{GUID}"}, {"adapter": {"fails": 94}}, {}]}
       ]
     },
     "wlan": {
@@ -153,7 +153,8 @@ inline constexpr std::string_view kFullProfile = R"json({
     "interface_counters": {"5": {"in_octets": 80, "out_octets": 81}},
     "tcp_v4": {"established": 90, "attempt_fails": 91, "errors_in": 92},
     "tcp_v6": {"fails": 93}
-  }
+  },
+  "system_messages": [{"code": 2147746132, "text": "Class not registered\r\n"}]
 })json";
 
 }  // namespace zt::tests

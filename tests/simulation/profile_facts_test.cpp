@@ -303,7 +303,29 @@ TEST(ProfileFactsTest, TheNetworkListAnswersOrFails) {
   EXPECT_EQ(listed.category, Plain<std::int32_t>(2));
   EXPECT_EQ(listed.connected, Plain<bool>(true));
   EXPECT_EQ(listed.internet, Fails<bool>(73));
-  EXPECT_THAT(listed.connection_adapters, ElementsAre("{GUID}"));
+  const auto& connections = std::get<std::vector<simulation::NetworkConnection>>(listed.connections);
+  ASSERT_EQ(connections.size(), 3U);
+  EXPECT_EQ(connections[0].adapter, Plain<std::string>("{GUID}"));
+  EXPECT_EQ(connections[1].adapter, Fails<std::string>(94));
+  EXPECT_EQ(connections[2].adapter, std::nullopt);
+}
+
+TEST(ProfileFactsTest, ConnectionsMayFailAsAWhole) {
+  const simulation::Network network =
+      Parse(R"({"network": {"manager": {"networks": [{"connections": {"fails": 95}}]}}})").network;
+  EXPECT_EQ(std::get<Failure>(network.manager->networks.at(0).connections), Failure{95});
+}
+
+TEST(ProfileFactsTest, TheCountersOfAnInterfaceMayFail) {
+  const simulation::Network network = Parse(R"({"network": {"interface_counters": {"6": {"fails": 96}}}})").network;
+  EXPECT_EQ(std::get<Failure>(network.interface_counters.at(6)), Failure{96});
+}
+
+TEST(ProfileFactsTest, SystemMessagesAreToldByTheirCode) {
+  const simulation::Machine machine = Full();
+  ASSERT_EQ(machine.system_messages.size(), 1U);
+  EXPECT_EQ(machine.system_messages[0].code, static_cast<std::int32_t>(0x80040154));
+  EXPECT_EQ(machine.system_messages[0].text, "Class not registered\r\n");
 }
 
 TEST(ProfileFactsTest, AWlanInterfaceHasItsConnectionAndProfiles) {
@@ -329,8 +351,9 @@ TEST(ProfileFactsTest, AWlanInterfaceHasItsConnectionAndProfiles) {
 
 TEST(ProfileFactsTest, CountersAreThoseOfTheirInterfaceAndFamily) {
   const simulation::Network network = Full().network;
-  EXPECT_EQ(network.interface_counters.at(5).in_octets, 80U);
-  EXPECT_EQ(network.interface_counters.at(5).out_octets, 81U);
+  const auto& counters = std::get<simulation::InterfaceCounters>(network.interface_counters.at(5));
+  EXPECT_EQ(counters.in_octets, 80U);
+  EXPECT_EQ(counters.out_octets, 81U);
   const auto& tcp_v4 = std::get<simulation::TcpCounters>(network.tcp_v4.value());
   EXPECT_EQ(tcp_v4.established, 90U);
   EXPECT_EQ(tcp_v4.attempt_fails, 91U);

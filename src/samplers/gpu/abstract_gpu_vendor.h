@@ -4,11 +4,12 @@
 
 #include "types/graphic_card_info.h"
 #include "zt/telemetry/common/error.h"
+#include "zt/zt_collector_export.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
 /// One vendor's way to its graphics cards. The order of the operations is part of the interface.
-class AbstractGPUVendor {
+class ZT_COLLECTOR_EXPORT AbstractGPUVendor {
  public:
   virtual ~AbstractGPUVendor() = default;
 

@@ -5,11 +5,12 @@
 #include "platform/library.h"
 #include "samplers/gpu/adlx_api.h"
 #include "zt/telemetry/common/error.h"
+#include "zt/zt_collector_export.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
 /// AMD's device library (ADLX): loaded and started when first asked for, stopped and unloaded with this object.
-class ADLXHelper {
+class ZT_COLLECTOR_EXPORT ADLXHelper {
  public:
   ADLXHelper() = default;
   /// Every interface that the library gave must be released by then.
@@ -20,6 +21,9 @@ class ADLXHelper {
   /// Starts the library. Success has the text "No error"; the failure (kind 5, the library's result, 3 where the
   /// library or one of its six functions is missing) "Error while initializing ADLX lib".
   common::Error Start();
+
+  /// Whether the library is on this machine, as the last start found it.
+  bool IsLoaded() const { return static_cast<bool>(library_); }
 
   /// Not null once the start succeeded.
   IADLXSystem* System() const { return system_; }

@@ -2,11 +2,12 @@
 
 #include "samplers/gpu/abstract_gpu_vendor.h"
 #include "zt/shared/wmi/wmi_client.h"
+#include "zt/zt_collector_export.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
 /// Intel's graphics, as far as WMI knows of it: one card, however many there are, without loads, clocks or memory.
-class IntelCardInfo : public AbstractGPUVendor {
+class ZT_COLLECTOR_EXPORT IntelCardInfo : public AbstractGPUVendor {
  public:
   /// `wmi` outlives this object.
   explicit IntelCardInfo(shared::wmi::WMIClient& wmi) : wmi_(wmi) {}

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "samplers/gpu/abstract_gpu_vendor.h"
+#include "zt/zt_collector_export.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
 /// NVIDIA's cards, through its management library (NVML). All objects share the handle of the card in hand, so that two
 /// passes must not run at the same time.
-class NvidiaCardInfo : public AbstractGPUVendor {
+class ZT_COLLECTOR_EXPORT NvidiaCardInfo : public AbstractGPUVendor {
  public:
   NvidiaCardInfo() = default;
   /// Takes one start of the library back as soon as any object has ever opened a card: also after a pass in which the

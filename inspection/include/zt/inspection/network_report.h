@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "types/network_interface_info.h"
+#include "types/tcp_stats.h"
+
+namespace zt::telemetry::inspection {
+
+namespace types = collector::performancesamples::types;
+
+/// The network of a machine as it is now.
+struct NetworkReport {
+  types::NetworkInterfaces interfaces;
+  bool is_vpn_connected = false;
+  bool has_network_access = false;
+  bool has_internet_access = false;
+  types::Ipv4Stats tcp_ipv4;
+  types::Ipv6Stats tcp_ipv6;
+  /// One line, UTF-8, for each part that failed; what the part had found before stays.
+  std::vector<std::string> failures;
+};
+
+}  // namespace zt::telemetry::inspection

@@ -1,0 +1,34 @@
+#include "platform/ip_helper.h"
+
+#include "simulation/machine.h"
+#include "simulation/platform/answers.h"
+
+namespace zt::telemetry::collector::performancesamples::platform {
+namespace {
+
+std::optional<TcpCounters> CountersOf(const simulation::OptionalAnswer<simulation::TcpCounters>& stated) {
+  const std::optional<simulation::TcpCounters> counters = simulation::Given(stated);
+  if (!counters) return std::nullopt;
+  return TcpCounters{counters->established, counters->attempt_fails, counters->errors_in};
+}
+
+}  // namespace
+
+std::optional<InterfaceCounters> CountersOfInterface(std::uint32_t index) {
+  const auto& all = simulation::CurrentMachine().network.interface_counters;
+  const auto found = all.find(index);
+  if (found == all.end()) return std::nullopt;
+  const std::optional<simulation::InterfaceCounters> counters = simulation::Given(found->second);
+  if (!counters) return std::nullopt;
+  return InterfaceCounters{counters->in_octets, counters->out_octets};
+}
+
+std::optional<TcpCounters> TcpV4Counters() {
+  return CountersOf(simulation::CurrentMachine().network.tcp_v4);
+}
+
+std::optional<TcpCounters> TcpV6Counters() {
+  return CountersOf(simulation::CurrentMachine().network.tcp_v6);
+}
+
+}  // namespace zt::telemetry::collector::performancesamples::platform

@@ -1,0 +1,91 @@
+#include <plog/Log.h>
+#include <zt/text/wide_text.h>
+
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "network/find_by_guid.h"
+#include "network/network_info_msg.h"
+#include "network/profile_xml.h"
+#include "network/wlan_vocabulary.h"
+#include "platform/com_apartment.h"
+#include "platform/wlan_service.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using platform::WlanService;
+
+constexpr char kComFailure[] = "COM initialization failed";
+constexpr char kOpenFailure[] = "Failed to open handle to WLAN interface";
+constexpr char kEnumerationFailure[] = "Failed to enumerate WiFi interfaces";
+constexpr char kProfileFailure[] = "Failed to retrieve WLAN profile for ";
+constexpr char kPassFailure[] = "Error occurred while retrieving WLAN interface statistics: ";
+
+// Only profiles of the machine's administration, and those that connect by themselves, show their settings.
+constexpr std::uint32_t kShownProfiles = platform::kWlanProfileGroupPolicy | platform::kWlanProfileConnectsByItself;
+
+template <typename T>
+T Require(std::optional<T> answer, const char* failure) {
+  if (!answer) throw std::runtime_error(failure);
+  return *std::move(answer);
+}
+
+// Returns the name of the profile that the interface is connected with; empty when it is not connected.
+std::string ReadLink(const WlanService& wlan, const std::wstring& guid, types::NetworkInterfaceInfo& info) {
+  const std::optional<platform::WlanConnection> link = wlan.CurrentConnection(guid);
+  if (!link || link->state != platform::kWlanStateConnected) return {};
+  info.transmission_rate = static_cast<float>(link->transmit_rate);
+  info.receive_rate = static_cast<float>(link->receive_rate);
+  info.signal_strength = static_cast<float>(link->signal_quality);
+  const auto radio_type = kRadioTypeTexts.find(link->phy_type);
+  if (radio_type != kRadioTypeTexts.end()) info.radio_type = radio_type->second;
+  return text::ToUtf8(link->profile_name);
+}
+
+// False when the profile's settings cannot be had, or are not to be shown.
+bool ReadSecurity(const WlanService& wlan, const std::wstring& guid, const std::wstring& name,
+                  types::WLanProfile& profile) {
+  const std::optional<platform::WlanProfile> settings = wlan.Profile(guid, name);
+  if (!settings || (settings->flags & kShownProfiles) == 0) return false;
+  const std::string xml = text::ToUtf8(settings->xml);
+  profile.authentication = CutAuthentication(xml);
+  profile.encryption = CutEncryption(xml);
+  return true;
+}
+
+}  // namespace
+
+void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
+  const platform::ComApartment com;
+  if (com.Status() < 0) {
+    PLOG_ERROR << kComFailure;
+  }
+  try {
+    const WlanService wlan = Require(WlanService::Open(), kOpenFailure);
+    for (const std::wstring& guid : Require(wlan.Interfaces(), kEnumerationFailure)) {
+      types::NetworkInterfaceInfo* const info = FindByGuid(interfaces, text::ToUtf8(guid));
+      if (info == nullptr) continue;
+      const std::string current = ReadLink(wlan, guid, *info);
+      for (const std::wstring& name : wlan.ProfileNames(guid).value_or(std::vector<std::wstring>())) {
+        types::WLanProfile profile;
+        profile.profile_name = text::ToUtf8(name);
+        profile.is_current = !current.empty() && profile.profile_name == current;
+        if (!ReadSecurity(wlan, guid, name, profile)) {
+          PLOG_ERROR << kProfileFailure << profile.profile_name;
+        }
+        info->w_lan_profiles.push_back(std::move(profile));
+      }
+      if (const std::optional<std::uint32_t> channel = wlan.Channel(guid)) {
+        info->channel = *channel;
+        CalculateChannelInterference(*info);
+      }
+    }
+  } catch (const std::exception& failure) {
+    PLOG_ERROR << kPassFailure << failure.what();
+  }
+}
+
+}  // namespace zt::telemetry::collector::performancesamples
