@@ -5,19 +5,12 @@
 #include <exception>
 #include <memory>
 
-#include "zt/telemetry/common/error.h"
-
 namespace zt::telemetry::inspection {
 namespace {
 
 // Codes that tell no more than that something failed.
 bool IsOwnCondition(std::int64_t code) {
   return code >= -1 && code <= 1;
-}
-
-std::string ErrorText(const common::Error& error) {
-  if (error.kind != common::Error::kCallFailed || IsOwnCondition(error.code)) return error.description;
-  return error.description + " (status " + StatusText(static_cast<std::uint32_t>(error.code)) + ")";
 }
 
 }  // namespace
@@ -28,6 +21,11 @@ std::string StatusText(std::uint32_t status) {
   std::array<char, sizeof("0x12345678")> text{};
   std::snprintf(text.data(), text.size(), "0x%08X", status);
   return text.data();
+}
+
+std::string ErrorText(const common::Error& error) {
+  if (error.kind != common::Error::kCallFailed || IsOwnCondition(error.code)) return error.description;
+  return error.description + " (status " + StatusText(static_cast<std::uint32_t>(error.code)) + ")";
 }
 
 std::string CurrentFailureText() {

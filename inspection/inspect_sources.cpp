@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -10,11 +11,16 @@
 
 #include "failure_text.h"
 #include "messages/perf_messages.h"
+#include "platform/library.h"
+#include "platform/nvml_files.h"
 #include "platform/session_clock.h"
 #include "plugin/logger_export.h"
 #include "samplers/battery_info_msg.h"
 #include "samplers/device_state_info_msg.h"
+#include "samplers/gpu/amd_card_info.h"
 #include "samplers/gpu/gpu_info_msg.h"
+#include "samplers/gpu/intel_card_info.h"
+#include "samplers/gpu/nvidia_card_info.h"
 #include "samplers/memory_info_msg.h"
 #include "samplers/npu_msg.h"
 #include "samplers/operating_system_info_msg.h"
@@ -23,20 +29,28 @@
 namespace zt::telemetry::inspection {
 namespace {
 
+namespace platform = collector::performancesamples::platform;
+using collector::performancesamples::AbstractGPUVendor;
+using collector::performancesamples::AmdCardInfo;
 using collector::performancesamples::BatteryInfoMsg;
 using collector::performancesamples::DeviceStateInfoMsg;
 using collector::performancesamples::GPUInfoMsg;
+using collector::performancesamples::IntelCardInfo;
 using collector::performancesamples::MemoryInfoMsg;
 using collector::performancesamples::NPUMsg;
+using collector::performancesamples::NvidiaCardInfo;
 using collector::performancesamples::OperatingSystemInfoMsg;
 using collector::performancesamples::PerfMessages;
 using collector::performancesamples::StorageInfoMsg;
+using collector::performancesamples::types::GraphicCardInfo;
 
 constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
 constexpr int kEventOfInspections = 0;  // no collection's
 constexpr char kUnknownSerialNumber[] = "UNKNOWN_SN";
 // What a machine of another maker answers: no such command, object, namespace, class.
 constexpr std::array<std::uint32_t, 4> kNoInterface = {1, 0x80041002, 0x8004100E, 0x80041010};
+
+constexpr std::int64_t kNoIntelAdapter = 1;  // the code of the back-end for it
 
 // What asking a source gave.
 struct Answer {
@@ -98,8 +112,55 @@ class FirmwareReadings : public PerfMessages {
   }
 };
 
+// "2 cards: 744C at bus 3, unnamed at bus 0".
+std::string CardsText(const std::vector<GraphicCardInfo>& cards) {
+  std::string text = std::to_string(cards.size()) + (cards.size() == 1 ? " card" : " cards");
+  for (const GraphicCardInfo& card : cards) {
+    text += &card == &cards.front() ? ": " : ", ";
+    text +=
+        (card.serial_number.empty() ? "unnamed" : card.serial_number) + " at bus " + std::to_string(card.bus_number);
+  }
+  return text;
+}
+
+// The figures of the vendors' cards are those of the graphics cards' builder.
+Answer AskVendor(AbstractGPUVendor& vendor) {
+  std::vector<GraphicCardInfo> cards;
+  const common::Error outcome = vendor.QueryValues(&cards);
+  if (outcome.Failed()) return {SourceState::kFailed, ErrorText(outcome)};
+  if (cards.empty()) return {SourceState::kAbsent, "no card of this vendor"};
+  return {SourceState::kPresent, CardsText(cards)};
+}
+
+bool IsNvmlInstalled() {
+  const std::vector<std::filesystem::path> files = platform::NvmlFiles();
+  return std::any_of(files.begin(), files.end(),
+                     [](const auto& file) { return static_cast<bool>(platform::Library::Load(file)); });
+}
+
+Answer AskNvidia(Clients&) {
+  if (!IsNvmlInstalled()) return {SourceState::kAbsent, "NVIDIA's management library is not installed"};
+  NvidiaCardInfo vendor;
+  return AskVendor(vendor);
+}
+
+Answer AskAmd(Clients&) {
+  AmdCardInfo vendor;
+  Answer answer = AskVendor(vendor);
+  if (!vendor.Library().IsLoaded()) return {SourceState::kAbsent, "AMD's device library is not installed"};
+  return answer;
+}
+
+Answer AskIntel(Clients& clients) {
+  std::vector<GraphicCardInfo> cards;
+  const common::Error outcome = IntelCardInfo(clients.wmi).QueryValues(&cards);
+  if (!outcome.Failed()) return {SourceState::kPresent, CardsText(cards)};
+  const bool is_absent = outcome.kind == common::Error::kCallFailed && outcome.code == kNoIntelAdapter;
+  return {is_absent ? SourceState::kAbsent : SourceState::kFailed, ErrorText(outcome)};
+}
+
 Answer AskSession(Clients& clients) {
-  if (collector::performancesamples::platform::TickCountMs() == 0) {
+  if (platform::TickCountMs() == 0) {
     return {SourceState::kAbsent, "no session: the clock of the system's start stands still"};
   }
   OperatingSystemInfoMsg builder(&clients.wmi);
@@ -124,6 +185,9 @@ constexpr std::array kSources = {
              MemoryInfoMsg builder(&clients.wmi);
              return AskBuilder(builder, "no figures");
            }},
+    Source{"NVIDIA graphics", AskNvidia},
+    Source{"AMD graphics", AskAmd},
+    Source{"Intel graphics", AskIntel},
     Source{"Graphics cards",
            [](Clients& clients) {
              GPUInfoMsg builder(&clients.wmi, &clients.bios);

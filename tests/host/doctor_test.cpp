@@ -51,7 +51,8 @@ TEST_F(DoctorTest, AsksEverySourceOnceInTheOrderOfACollection) {
     sources.push_back(line["source"]);
   }
   EXPECT_THAT(sources, ElementsAre("Stored samples", "Serial number", "Firmware temperatures", "Batteries", "Posture",
-                                   "Memory", "Graphics cards", "NPUs", "Storage drives", "Processes and session"));
+                                   "Memory", "NVIDIA graphics", "AMD graphics", "Intel graphics", "Graphics cards",
+                                   "NPUs", "Storage drives", "Processes and session"));
 }
 
 TEST_F(DoctorTest, AMachineOnWhichNothingFailsIsDone) {
@@ -99,8 +100,9 @@ TEST_F(DoctorTest, WhatASourceOnlyLogsIsAFailureToo) {
 
 TEST_F(DoctorTest, WhatAMachineDoesNotHaveIsAbsent) {
   const auto reports = Reports("bare");
-  for (const char* source : {"Stored samples", "Serial number", "Firmware temperatures", "Batteries", "Graphics cards",
-                             "NPUs", "Storage drives", "Processes and session"}) {
+  for (const char* source :
+       {"Stored samples", "Serial number", "Firmware temperatures", "Batteries", "NVIDIA graphics", "AMD graphics",
+        "Intel graphics", "Graphics cards", "NPUs", "Storage drives", "Processes and session"}) {
     EXPECT_EQ(reports.at(source)["state"], "absent") << source;
     EXPECT_NE(reports.at(source)["remark"], "") << source;
     EXPECT_THAT(reports.at(source)["figures"], IsEmpty()) << source;
@@ -114,6 +116,34 @@ TEST_F(DoctorTest, AFirmwareThatRefusesIsAFailureAndOneWithoutTheCommandIsNot) {
   };
   EXPECT_EQ(Reports(machine("2147749891")).at("Firmware temperatures")["state"], "failed");
   EXPECT_EQ(Reports(machine("2147749904")).at("Firmware temperatures")["state"], "absent");  // no such class
+}
+
+TEST_F(DoctorTest, TellsTheCardsOfEachVendor) {
+  const auto reports = Reports("workstation");
+  EXPECT_EQ(reports.at("NVIDIA graphics")["remark"], "2 cards: 1650000000001 at bus 12, 1650000000002 at bus 0");
+  EXPECT_EQ(reports.at("AMD graphics")["remark"], "1 card: 744C at bus 3");
+  EXPECT_EQ(reports.at("Intel graphics")["remark"], "1 card: 5CG0000002 at bus 0");
+}
+
+TEST_F(DoctorTest, AVendorsLibraryThatIsThereAndDoesNotStartIsAFailureWithItsReason) {
+  const auto reports = Reports(MachineFile(R"({"nvml": {"init": 9}, "adlx": {"initialize": 5}})"));
+  EXPECT_EQ(reports.at("NVIDIA graphics")["state"], "failed");
+  EXPECT_EQ(reports.at("NVIDIA graphics")["remark"], "NVIDIA driver is not loaded (status 9)");
+  EXPECT_EQ(reports.at("AMD graphics")["state"], "failed");
+  EXPECT_EQ(reports.at("AMD graphics")["remark"], "Error while initializing ADLX lib (status 5)");
+}
+
+TEST_F(DoctorTest, AVendorsLibraryThatLacksAFunctionIsAFailure) {
+  const auto reports = Reports(MachineFile(
+      R"({"nvml": {"missing_functions": ["nvmlInit_v2"]}, "adlx": {"missing_functions": ["ADLXTerminate"]}})"));
+  EXPECT_EQ(reports.at("NVIDIA graphics")["state"], "failed");
+  EXPECT_EQ(reports.at("AMD graphics")["state"], "failed");
+}
+
+TEST_F(DoctorTest, AVendorsLibraryWithoutCardsIsAnAbsence) {
+  const auto reports = Reports(MachineFile(R"({"nvml": {}, "adlx": {}})"));
+  EXPECT_EQ(reports.at("NVIDIA graphics")["remark"], "no card of this vendor");
+  EXPECT_EQ(reports.at("AMD graphics")["remark"], "no card of this vendor");
 }
 
 TEST_F(DoctorTest, TheFiguresAreThoseOfACollection) {
