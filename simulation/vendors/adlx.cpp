@@ -64,7 +64,8 @@ class PerformanceServices final : public CountedInterface<IADLXPerformanceMonito
   }
 };
 
-class System final : public IADLXSystem {
+// The interface has no slot for a destructor; nothing ever deletes the system.
+class System final : public IADLXSystem {  // NOLINT(cppcoreguidelines-virtual-class-destructor)
  public:
   ADLX_RESULT GetGPUs(IADLXGPUList** gpus) override {
     ++CurrentVendorRecord().calls["IADLXSystem::GetGPUs"];

@@ -32,7 +32,7 @@ void Record(const char* function) {
 
 // Handles count from 1: the null handle is no card.
 nvmlDevice_t ToHandle(std::size_t index) {
-  return reinterpret_cast<nvmlDevice_t>(index + 1);
+  return reinterpret_cast<nvmlDevice_t>(index + 1);  // NOLINT(performance-no-int-to-ptr): opaque to its user
 }
 
 // Null for what is no card of the current machine.

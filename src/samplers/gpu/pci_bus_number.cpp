@@ -79,7 +79,9 @@ std::optional<std::uint32_t> FindBus(std::string_view location) {
 // Of the first adapter below `key` that tells where it is.
 std::optional<std::uint32_t> FindBusBelow(const std::string& key) {
   for (const std::string& instance : platform::RegistrySubkeys(key)) {
-    const auto location = platform::RegistryText(key + '\\' + instance, kLocation);
+    std::string path = key;
+    path.append("\\").append(instance);
+    const auto location = platform::RegistryText(path, kLocation);
     const auto bus = location ? FindBus(*location) : std::nullopt;
     if (bus) return bus;
   }
