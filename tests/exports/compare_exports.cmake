@@ -1,5 +1,6 @@
 # Compares the names that MODULE exports with the lines of EXPECTED, or with the names that OTHER exports. What is in one
 # list only is printed and fails.
+cmake_policy(SET CMP0007 NEW)
 function(read_exports out module)
   execute_process(COMMAND ${OBJDUMP} -p ${module} COMMAND ${CXXFILT} -n OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table\n" "" text "${text}")

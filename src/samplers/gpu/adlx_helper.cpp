@@ -19,6 +19,8 @@ constexpr char kNotStarted[] = "Error while initializing ADLX lib";
 
 }  // namespace
 
+ADLXHelper::ADLXHelper() = default;
+
 ADLXHelper::~ADLXHelper() {
   if (terminate_ != nullptr) terminate_();
 }

@@ -12,7 +12,7 @@ namespace zt::telemetry::collector::performancesamples {
 /// AMD's device library (ADLX): loaded and started when first asked for, stopped and unloaded with this object.
 class ZT_COLLECTOR_EXPORT ADLXHelper {
  public:
-  ADLXHelper() = default;
+  ADLXHelper();
   /// Every interface that the library gave must be released by then.
   ~ADLXHelper();
   ADLXHelper(const ADLXHelper&) = delete;

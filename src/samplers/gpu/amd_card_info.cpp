@@ -78,6 +78,9 @@ GraphicCardInfo ReadCard(Services& services, IADLXGPU& gpu) {
 
 }  // namespace
 
+AmdCardInfo::AmdCardInfo() = default;
+AmdCardInfo::~AmdCardInfo() = default;
+
 Error AmdCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   const Error started = adlx_.Start();
   if (started.Failed()) return started;

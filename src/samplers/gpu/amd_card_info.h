@@ -10,6 +10,9 @@ namespace zt::telemetry::collector::performancesamples {
 /// object.
 class ZT_COLLECTOR_EXPORT AmdCardInfo : public AbstractGPUVendor {
  public:
+  AmdCardInfo();
+  ~AmdCardInfo() override;
+
   /// Fails (kind 5, the library's result) when the library is missing or does not start, or gives no monitoring
   /// services or no list of cards; nothing is appended then. A figure that a card does not have stays 0; a card that
   /// the list does not give is passed over.

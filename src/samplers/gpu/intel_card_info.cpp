@@ -39,6 +39,8 @@ bool HasRow(WMIClient& wmi, const std::wstring& query) {
 
 }  // namespace
 
+IntelCardInfo::IntelCardInfo(WMIClient& wmi) : wmi_(wmi) {}
+
 Error IntelCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   try {
     return AddCard(*cards);

@@ -10,7 +10,7 @@ namespace zt::telemetry::collector::performancesamples {
 class ZT_COLLECTOR_EXPORT IntelCardInfo : public AbstractGPUVendor {
  public:
   /// `wmi` outlives this object.
-  explicit IntelCardInfo(shared::wmi::WMIClient& wmi) : wmi_(wmi) {}
+  explicit IntelCardInfo(shared::wmi::WMIClient& wmi);
 
   /// Fails with "Intel GPU not found" (kind 5, code 1) on a machine without one, and with whatever the client throws.
   common::Error QueryValues(std::vector<types::GraphicCardInfo>* cards) override;

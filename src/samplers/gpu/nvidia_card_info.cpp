@@ -87,6 +87,8 @@ float ReadUtilization(Function* function) {
 
 }  // namespace
 
+NvidiaCardInfo::NvidiaCardInfo() = default;
+
 NvidiaCardInfo::~NvidiaCardInfo() {
   if (module_wide_handle != nullptr) Call(Nvml().shutdown);
 }

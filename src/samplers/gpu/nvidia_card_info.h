@@ -9,7 +9,7 @@ namespace zt::telemetry::collector::performancesamples {
 /// passes must not run at the same time.
 class ZT_COLLECTOR_EXPORT NvidiaCardInfo : public AbstractGPUVendor {
  public:
-  NvidiaCardInfo() = default;
+  NvidiaCardInfo();
   /// Takes one start of the library back as soon as any object has ever opened a card: also after a pass in which the
   /// library did not start.
   ~NvidiaCardInfo() override;
