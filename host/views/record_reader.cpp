@@ -180,8 +180,10 @@ std::vector<const Message*> MessagesAt(const Message& message, std::string_view 
   if (!IsSet(place) || place.field->cpp_type() != FieldDescriptor::CPPTYPE_MESSAGE) return {};
   const auto* const reflection = place.message->GetReflection();
   if (!place.field->is_repeated()) return {&reflection->GetMessage(*place.message, place.field)};
+  const int size = reflection->FieldSize(*place.message, place.field);
   std::vector<const Message*> messages;
-  for (int i = 0; i < reflection->FieldSize(*place.message, place.field); ++i) {
+  messages.reserve(static_cast<std::size_t>(size));
+  for (int i = 0; i < size; ++i) {
     messages.push_back(&reflection->GetRepeatedMessage(*place.message, place.field, i));
   }
   return messages;

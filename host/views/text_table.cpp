@@ -16,8 +16,8 @@ std::string Blanks(std::size_t count) {
 
 std::vector<std::size_t> ColumnWidths(const std::vector<std::string>& headings,
                                       const std::vector<std::vector<Cell>>& rows) {
-  std::vector<std::size_t> widths;
-  for (const std::string& heading : headings) widths.push_back(WidthOf(heading));
+  std::vector<std::size_t> widths(headings.size());
+  std::transform(headings.begin(), headings.end(), widths.begin(), WidthOf);
   for (const auto& row : rows) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], WidthOf(row[i].text));
   }
