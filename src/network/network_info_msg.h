@@ -45,7 +45,7 @@ class ZT_COLLECTOR_EXPORT NetworkInfoMsg : public PerfMessages {
   bool has_internet_access_ = false;  ///< A network of a connected interface reaches the internet.
 
  private:
-  // Runs what is private here one by one, for those who show a machine.s network.
+  // Runs what is private here one by one, for those who show a machine's network.
   friend class NetworkInspection;
 
   types::Ipv4Stats GetTcpIPv4Statistics();
