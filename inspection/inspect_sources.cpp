@@ -138,10 +138,14 @@ bool IsNvmlInstalled() {
                      [](const auto& file) { return static_cast<bool>(platform::Library::Load(file)); });
 }
 
+// A library that lacks what the back-end needs gives the same code as none at all.
 Answer AskNvidia(Clients&) {
-  if (!IsNvmlInstalled()) return {SourceState::kAbsent, "NVIDIA's management library is not installed"};
   NvidiaCardInfo vendor;
-  return AskVendor(vendor);
+  Answer answer = AskVendor(vendor);
+  if (answer.state == SourceState::kFailed && !IsNvmlInstalled()) {
+    return {SourceState::kAbsent, "NVIDIA's management library is not installed"};
+  }
+  return answer;
 }
 
 Answer AskAmd(Clients&) {
@@ -159,12 +163,16 @@ Answer AskIntel(Clients& clients) {
   return {is_absent ? SourceState::kAbsent : SourceState::kFailed, ErrorText(outcome)};
 }
 
+// The clock is asked behind the builder, so that the builder reads it as in a collection.
 Answer AskSession(Clients& clients) {
-  if (platform::TickCountMs() == 0) {
+  OperatingSystemInfoMsg builder(&clients.wmi);
+  try {
+    return AskBuilder(builder, "no figures");
+  } catch (...) {
+    std::string failure = CurrentFailureText();
+    if (platform::TickCountMs() != 0) return {SourceState::kFailed, std::move(failure)};
     return {SourceState::kAbsent, "no session: the clock of the system's start stands still"};
   }
-  OperatingSystemInfoMsg builder(&clients.wmi);
-  return AskBuilder(builder, "no figures");
 }
 
 constexpr std::array kSources = {

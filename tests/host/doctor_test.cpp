@@ -152,8 +152,15 @@ TEST_F(DoctorTest, TheFiguresAreThoseOfACollection) {
   for (const auto& [source, report] : Reports("convertible-laptop")) asked.merge_patch(report["figures"]);
   json sent = JsonLinesOf(collected.out).at(1)["record"];
   EXPECT_EQ(asked["hwInfo"], sent["hwInfo"]);
-  EXPECT_EQ(asked["operatingSystemInfo"]["resourceIntensiveProcessesInfo"],
-            sent["operatingSystemInfo"]["resourceIntensiveProcessesInfo"]);
+  EXPECT_EQ(asked["operatingSystemInfo"], sent["operatingSystemInfo"]);
+}
+
+TEST_F(DoctorTest, ReadsTheSessionsClockAsACollectionDoes) {
+  const auto reports =
+      Reports(MachineFile(R"({"session": {"tick_counts_ms": [60000, 3660000], "last_input_tick_ms": 0}})"));
+  const json& session = reports.at("Processes and session")["figures"]["operatingSystemInfo"]["operatingSessionInfo"];
+  EXPECT_EQ(session["timeSinceLastBootMinutes"], 1.0);
+  EXPECT_EQ(session["timeSinceLastLogonMinutes"], 61.0);
 }
 
 TEST_F(DoctorTest, HandsNothingOver) {

@@ -12,20 +12,16 @@ bool WlanFunctions::AreAllThere() const {
          query_interface != nullptr && get_profile_list != nullptr && get_profile != nullptr && free_memory != nullptr;
 }
 
-WlanLibrary::WlanLibrary() : library_(::LoadLibraryExW(kLibrary, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {
-  if (library_ == nullptr) return;
-  LookUp("WlanOpenHandle", functions_.open_handle);
-  LookUp("WlanCloseHandle", functions_.close_handle);
-  LookUp("WlanEnumInterfaces", functions_.enum_interfaces);
-  LookUp("WlanQueryInterface", functions_.query_interface);
-  LookUp("WlanGetProfileList", functions_.get_profile_list);
-  LookUp("WlanGetProfile", functions_.get_profile);
-  LookUp("WlanFreeMemory", functions_.free_memory);
-}
-
-template <typename Function>
-void WlanLibrary::LookUp(const char* name, Function& function) const {
-  function = reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(library_.get(), name)));
-}
+WlanLibrary::WlanLibrary()
+    : library_(Library::Search(kLibrary, LOAD_LIBRARY_SEARCH_SYSTEM32)),
+      functions_{
+          library_.Find<decltype(::WlanOpenHandle)>("WlanOpenHandle"),
+          library_.Find<decltype(::WlanCloseHandle)>("WlanCloseHandle"),
+          library_.Find<decltype(::WlanEnumInterfaces)>("WlanEnumInterfaces"),
+          library_.Find<decltype(::WlanQueryInterface)>("WlanQueryInterface"),
+          library_.Find<decltype(::WlanGetProfileList)>("WlanGetProfileList"),
+          library_.Find<decltype(::WlanGetProfile)>("WlanGetProfile"),
+          library_.Find<decltype(::WlanFreeMemory)>("WlanFreeMemory"),
+      } {}
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

@@ -3,7 +3,7 @@
 #include <windows.h>
 #include <wlanapi.h>
 
-#include <memory>
+#include "platform/library.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
@@ -29,15 +29,7 @@ class WlanLibrary {
   const WlanFunctions& Functions() const { return functions_; }
 
  private:
-  struct LibraryReleaser {
-    using pointer = HMODULE;
-    void operator()(HMODULE library) const { ::FreeLibrary(library); }
-  };
-
-  template <typename Function>
-  void LookUp(const char* name, Function& function) const;
-
-  std::unique_ptr<void, LibraryReleaser> library_;
+  Library library_;
   WlanFunctions functions_;
 };
 
