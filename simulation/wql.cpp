@@ -6,14 +6,13 @@
 #include <utility>
 
 #include "simulation/query_log.h"
+#include "simulation/text_comparison.h"
 #include "simulation/wql_query.h"
 
 namespace zt::simulation {
 namespace {
 
 constexpr auto kInvalidQuery = static_cast<std::int32_t>(0x80041017);  // WBEM_E_INVALID_QUERY
-
-using wql::EqualIgnoringCase;
 
 bool IsInteger(std::string_view text) {
   if (!text.empty() && text.front() == '-') text.remove_prefix(1);

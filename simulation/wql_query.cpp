@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "simulation/text_comparison.h"
+
 namespace zt::simulation::wql {
 namespace {
 
@@ -21,9 +23,6 @@ bool StartsNumber(char c) {
 }
 bool BelongsToNumber(char c) {
   return IsDigit(c) || IsLetter(c) || c == '.' || c == '-' || c == '+';
-}
-char ToLower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 bool IsDecimal(std::string_view text) {
@@ -208,11 +207,6 @@ class Parser {
 
 std::optional<Query> Parse(std::string_view text) {
   return Parser(text).ParseQuery();
-}
-
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return ToLower(a) == ToLower(b); });
 }
 
 }  // namespace zt::simulation::wql

@@ -44,7 +44,4 @@ using Query = std::variant<Select, AssociatorsOf>;
 /// Absent for a malformed text.
 std::optional<Query> Parse(std::string_view text);
 
-/// Whether two texts are the same apart from the case of the letters A to Z.
-bool EqualIgnoringCase(std::string_view left, std::string_view right);
-
 }  // namespace zt::simulation::wql

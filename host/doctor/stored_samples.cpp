@@ -2,13 +2,13 @@
 
 #include <sqlite3.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 
 #include "host/files.h"
 #include "host/program_environment.h"
+#include "host/sqlite_handles.h"
 #include "host/views/figures.h"
 
 namespace zt::telemetry::host {
@@ -22,14 +22,6 @@ constexpr char kDatabaseName[] = "ssm.db";
 constexpr char kThermalCount[] = "SELECT COUNT(*) FROM ThermalData";
 constexpr char kNetworkCount[] = "SELECT COUNT(*) FROM NetworkData";
 constexpr int kBusyLimitMs = 5000;  // as long as a collection waits for a writer
-
-struct Close {
-  void operator()(sqlite3* database) const { sqlite3_close(database); }
-};
-struct Finalize {
-  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Database = std::unique_ptr<sqlite3, Close>;
 
 [[noreturn]] void FailWith(sqlite3* database) {
   throw std::runtime_error(sqlite3_errmsg(database));
@@ -48,7 +40,7 @@ std::string Count(sqlite3* database, const char* query) {
   constexpr int kUpToNul = -1;
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v2(database, query, kUpToNul, &prepared, nullptr);
-  const std::unique_ptr<sqlite3_stmt, Finalize> statement(prepared);
+  const Statement statement(prepared);
   if (result != SQLITE_OK || sqlite3_step(prepared) != SQLITE_ROW) FailWith(database);
   return GroupDigits(std::to_string(sqlite3_column_int64(prepared, 0)));
 }

@@ -156,7 +156,7 @@ void SampleWriter::Commit() {
   }
 }
 
-SampleWriter::Database SampleWriter::Open() const {
+Database SampleWriter::Open() const {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open(ToText(file_).c_str(), &opened);
   Database database(opened);
@@ -164,7 +164,7 @@ SampleWriter::Database SampleWriter::Open() const {
   return database;
 }
 
-SampleWriter::Statement SampleWriter::Prepare(const std::string& sql) const {
+Statement SampleWriter::Prepare(const std::string& sql) const {
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v2(database_.get(), sql.c_str(), -1, &prepared, nullptr);
   Statement statement(prepared);

@@ -3,10 +3,10 @@
 #include <sqlite3.h>
 
 #include <filesystem>
-#include <memory>
 #include <string>
 
 #include "host/seed/samples.h"
+#include "host/sqlite_handles.h"
 
 namespace zt::telemetry::host {
 
@@ -24,15 +24,6 @@ class SampleWriter {
   void Commit();
 
  private:
-  struct CloseDatabase {
-    void operator()(sqlite3* database) const { sqlite3_close(database); }
-  };
-  struct FinalizeStatement {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
-  using Database = std::unique_ptr<sqlite3, CloseDatabase>;
-  using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-
   Database Open() const;
   Statement Prepare(const std::string& sql) const;
   void Execute(const std::string& sql) const;

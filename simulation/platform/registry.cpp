@@ -1,22 +1,18 @@
 #include "platform/registry.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 
 #include "simulation/machine.h"
+#include "simulation/text_comparison.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
 
+using simulation::EqualIgnoringCase;
 using simulation::RegistryKey;
 
 constexpr std::string_view kRoot = "HKEY_LOCAL_MACHINE\\";
-
-bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-  const auto lower = [](char character) { return std::tolower(static_cast<unsigned char>(character)); };
-  return std::ranges::equal(left, right, {}, lower, lower);
-}
 
 // The rest of `path` behind the name of a key; absent when `path` leads elsewhere.
 std::optional<std::string_view> Behind(std::string_view name, std::string_view path) {
