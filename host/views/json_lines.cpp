@@ -40,7 +40,7 @@ void JsonLines::WriteRecord(std::string_view hand_over, const google::protobuf::
   std::string json;
   const auto status = google::protobuf::util::MessageToJsonString(record, &json);
   if (!status.ok()) {
-    throw std::runtime_error("cannot write a " + record.GetTypeName() + " as JSON: " + status.ToString());
+    throw std::runtime_error("cannot write a " + std::string(record.GetTypeName()) + " as JSON: " + status.ToString());
   }
   WriteLine(LineStart(hand_over, record.GetTypeName()) + R"(,"record":)" + json + "}");
 }

@@ -90,7 +90,7 @@ std::string Shortened(const std::string& text) {
 std::string FlagText(const Place& place) {
   constexpr std::string_view kIs = "is_";
   if (!place.message->GetReflection()->GetBool(*place.message, place.field)) return {};
-  std::string name = place.field->name();
+  std::string name(place.field->name());
   if (name.starts_with(kIs)) name.erase(0, kIs.size());
   std::replace(name.begin(), name.end(), '_', ' ');
   return name;
@@ -149,7 +149,7 @@ void AddOtherFields(const Message& message, const std::string& prefix, const std
   std::vector<const FieldDescriptor*> fields;
   message.GetReflection()->ListFields(message, &fields);
   for (const FieldDescriptor* field : fields) {
-    const std::string path = prefix + field->name();
+    const std::string path = prefix + std::string(field->name());
     if (std::find(known.begin(), known.end(), path) != known.end()) continue;
     const Place place{&message, field};
     const bool holds_known =

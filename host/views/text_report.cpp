@@ -34,7 +34,7 @@ std::string TimeText(std::string time) {
 
 std::string Heading(std::string_view hand_over, const Message& record, const RecordLayout& layout) {
   std::string heading(hand_over);
-  heading += " " + record.GetDescriptor()->name();
+  heading.append(" ").append(record.GetDescriptor()->name());
   if (const std::string id = TextAt(record, layout.id_path); !id.empty()) heading += "  " + id;
   if (const std::string time = TextAt(record, layout.time_path); !time.empty()) heading += "  " + TimeText(time);
   if (const std::string samples = TextAt(record, layout.samples_path); !samples.empty()) {

@@ -59,7 +59,7 @@ std::string OutcomeText(const Error& outcome, const std::vector<std::shared_ptr<
                         const std::vector<std::string>& databases) {
   Json names = Json::array();
   for (const auto& message : messages) {
-    if (message != nullptr) names.push_back(message->GetTypeName());
+    if (message != nullptr) names.push_back(std::string(message->GetTypeName()));
   }
   const Json text = {
       {"kind", outcome.kind},          {"code", outcome.code},       {"description", outcome.description},

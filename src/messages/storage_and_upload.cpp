@@ -22,7 +22,7 @@ constexpr char kAmdPmfName[] = "amd_pmf";
 Error StoreFailure(const Error& cause, const google::protobuf::Message& record) {
   std::string message = kStoreFailureTemplate;
   message.replace(message.find(kPlaceholder), sizeof kPlaceholder - 1, kAmdPmfName);
-  return {Error::kCallFailed, cause.code, cause.description, record.GetTypeName(), message};
+  return {Error::kCallFailed, cause.code, cause.description, std::string(record.GetTypeName()), message};
 }
 
 void Stamp(PcLogPerformanceSamplesAsCDM& record, const std::string& time) {

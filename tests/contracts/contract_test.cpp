@@ -1,5 +1,6 @@
 // The records against the list of what was agreed, both ways.
 #include <gmock/gmock.h>
+#include <google/protobuf/descriptor.pb.h>
 #include <gtest/gtest.h>
 
 #include "contracts/agreed_fields.h"
@@ -53,8 +54,8 @@ TEST_P(ContractTest, HoldsTheAgreedFieldsWithTheirTypesAndJsonNamesAndNoOther) {
   for (const Descriptor* message : Messages()) {
     for (int i = 0; i < message->field_count(); ++i) {
       const FieldDescriptor& field = *message->field(i);
-      found.push_back(
-          line(NameInPackage(*message), {field.name(), TypeName(field), field.json_name(), field.is_repeated()}));
+      found.push_back(line(NameInPackage(*message), {std::string(field.name()), TypeName(field),
+                                                     std::string(field.json_name()), field.is_repeated()}));
     }
   }
   EXPECT_THAT(found, testing::UnorderedElementsAreArray(agreed));
@@ -72,7 +73,9 @@ TEST_P(ContractTest, TellsUnsetFromZeroInEveryFieldThatIsNoList) {
 }
 
 TEST_P(ContractTest, HasNoFieldsOutsideItsMessages) {
-  EXPECT_EQ(GetParam().file().syntax(), FileDescriptor::SYNTAX_PROTO3);
+  google::protobuf::FileDescriptorProto file;
+  GetParam().file().CopyTo(&file);
+  EXPECT_EQ(file.syntax(), "proto3");
   EXPECT_EQ(GetParam().file().extension_count(), 0);
   EXPECT_EQ(GetParam().file().enum_type_count(), 0);
 }

@@ -34,12 +34,12 @@ inline std::vector<const google::protobuf::Descriptor*> Messages(const google::p
 
 /// Full name of a message below its package.
 inline std::string NameInPackage(const google::protobuf::Descriptor& message) {
-  return message.full_name().substr(message.file()->package().size() + 1);
+  return std::string(message.full_name().substr(message.file()->package().size() + 1));
 }
 
 /// A scalar's type, or the name of a field's message.
 inline std::string TypeName(const google::protobuf::FieldDescriptor& field) {
-  return field.message_type() != nullptr ? NameInPackage(*field.message_type()) : field.type_name();
+  return field.message_type() != nullptr ? NameInPackage(*field.message_type()) : std::string(field.type_name());
 }
 
 }  // namespace zt::tests

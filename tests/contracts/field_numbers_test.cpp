@@ -24,8 +24,8 @@ std::vector<std::string> NumbersInUse() {
     for (const google::protobuf::Descriptor* message : Messages(*file)) {
       for (int i = 0; i < message->field_count(); ++i) {
         const google::protobuf::FieldDescriptor& field = *message->field(i);
-        lines.push_back(NameInPackage(*message) + "." + field.name() + " = " + std::to_string(field.number()) + " " +
-                        TypeName(field));
+        lines.push_back(NameInPackage(*message) + "." + std::string(field.name()) + " = " +
+                        std::to_string(field.number()) + " " + TypeName(field));
       }
     }
   }

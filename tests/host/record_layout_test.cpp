@@ -15,7 +15,7 @@ using google::protobuf::FieldDescriptor;
 
 const RecordLayout& LayoutOf(const Descriptor& descriptor) {
   const RecordLayout* const layout = FindRecordLayout(descriptor.full_name());
-  if (layout == nullptr) throw std::logic_error("no layout for " + descriptor.full_name());
+  if (layout == nullptr) throw std::logic_error("no layout for " + std::string(descriptor.full_name()));
   return *layout;
 }
 
