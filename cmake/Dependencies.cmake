@@ -68,8 +68,16 @@ zt_header_library(zt::json nlohmann/json.hpp)
 zt_header_library(zt::cli11 CLI/CLI.hpp)
 zt_header_library(zt::utf8 utf8.h)
 zt_header_library(zt::plog plog/Log.h)
-# plog keeps narrow texts as UTF-8 in every module, and each module has a logger of its own.
-set_target_properties(zt::plog PROPERTIES INTERFACE_COMPILE_DEFINITIONS "PLOG_LOCAL;PLOG_CHAR_IS_UTF8=1")
+# How plog keeps a message shows in the layout of its records, so plugin and host must choose alike. The default is what
+# plog chooses by itself: wide texts on Windows, UTF-8 elsewhere, where it has nothing else.
+if(WIN32)
+  option(ZT_PLOG_CHAR_IS_UTF8 "The host keeps plog's messages as UTF-8, not as wide texts" OFF)
+else()
+  set(ZT_PLOG_CHAR_IS_UTF8 ON)
+endif()
+# Each module has a logger of its own.
+set_target_properties(zt::plog PROPERTIES
+  INTERFACE_COMPILE_DEFINITIONS "PLOG_LOCAL;PLOG_CHAR_IS_UTF8=$<BOOL:${ZT_PLOG_CHAR_IS_UTF8}>")
 
 if(MSVC)
   find_package(unofficial-sqlite3 CONFIG REQUIRED)

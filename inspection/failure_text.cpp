@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdio>
 #include <exception>
-#include <memory>
 
 namespace zt::telemetry::inspection {
 namespace {
@@ -35,8 +34,8 @@ std::string CurrentFailureText() {
     return ErrorText(error);
   } catch (const std::exception& error) {
     return error.what();
-  } catch (std::exception* thrown_with_new) {  // NOLINT(misc-throw-by-value-catch-by-reference): one sampler does
-    return std::unique_ptr<std::exception>(thrown_with_new)->what();
+  } catch (const std::exception* error) {  // one sampler throws a pointer to an exception that it keeps
+    return error->what();
   } catch (...) {
     return common::Error::FromCurrentException().description;
   }

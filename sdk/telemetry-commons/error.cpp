@@ -1,7 +1,5 @@
 #include "zt/telemetry/common/error.h"
 
-#include <exception>
-#include <memory>
 #include <system_error>
 #include <typeinfo>
 #include <utility>
@@ -51,9 +49,6 @@ Error Error::FromCurrentException() {
     return {kCallFailed, TypeHash<const char*>(), text != nullptr ? text : "", typeid(const char*).name(), ""};
   } catch (unsigned long system_code) {
     return {kCallFailed, static_cast<std::int64_t>(system_code), "", typeid(unsigned long).name(), ""};
-  } catch (std::exception* thrown_with_new) {  // NOLINT(misc-throw-by-value-catch-by-reference)
-    const std::unique_ptr<std::exception> owner(thrown_with_new);
-    return Unknown();
   } catch (...) {
     return Unknown();
   }

@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "running_collection.h"
 #include "zt/telemetry/common/telemetry_sink.h"
 
 namespace zt::shared::plugin {
@@ -53,6 +54,10 @@ Error ReadEventType(const char* params, EventType& event_type) {
   }
   event_type = static_cast<EventType>(number);
   return {};
+}
+
+Error AlreadyRunning() {
+  return {Error::kCallFailed, -1, "A collection is already running", typeid(TelemetryCollectorBase).name(), ""};
 }
 
 std::string OutcomeText(const Error& outcome, const std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
@@ -107,6 +112,9 @@ void TelemetryCollectorBase::Execute(const char* params, char*& result,
 }
 
 std::string TelemetryCollectorBase::Run(const char* params) {
+  // A host's thread that waits in COM runs its timers meanwhile, and one of them may call again.
+  const RunningCollection running(typeid(*this));
+  if (!running.IsGranted()) return OutcomeText(AlreadyRunning(), {}, {});
   std::vector<std::shared_ptr<google::protobuf::Message>> messages;
   std::vector<std::string> databases;
   Error outcome = ReadEventType(params, event_type_);

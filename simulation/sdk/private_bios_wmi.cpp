@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 
+#include "simulation/bios_clients.h"
 #include "simulation/machine.h"
 
 namespace zt::shared::ztbios {
@@ -25,9 +26,14 @@ void CopyPadded(std::span<const std::uint8_t> from, std::span<std::uint8_t> to) 
 
 }  // namespace
 
-PrivateBiosWmi::PrivateBiosWmi() = default;
+PrivateBiosWmi::PrivateBiosWmi() {
+  ++simulation::CurrentBiosClients().made;
+  ++simulation::CurrentBiosClients().alive;
+}
 
-PrivateBiosWmi::~PrivateBiosWmi() = default;
+PrivateBiosWmi::~PrivateBiosWmi() {
+  --simulation::CurrentBiosClients().alive;
+}
 
 std::int32_t PrivateBiosWmi::ExecuteCommand(std::uint32_t command, std::uint32_t command_type, std::uint32_t input_size,
                                             const std::uint8_t* input, std::uint32_t output_size, std::uint8_t* output,

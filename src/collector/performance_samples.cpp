@@ -6,6 +6,7 @@
 
 #include "collector/builders.h"
 #include "collector/example_upload.h"
+#include "messages/log_text.h"
 #include "messages/perf_messages.h"
 #include "store/sample_database.h"
 #include "store/summary_query.h"
@@ -26,8 +27,8 @@ constexpr char kNetworkTable[] = "NetworkData";
 constexpr char kNetworkSource[] = "network";
 constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
 
-// Made by the first collector and kept for the life of the process: making it once is what opens the firmware
-// interface.
+// Made by the first collector and kept for the life of the process. Nothing reads it, and making it contacts nothing:
+// that a process with a collector has this one client is part of a collector's set-up.
 shared::ztbios::PrivateBiosWmi* process_bios_wmi = nullptr;
 
 bool IsFullCollection(EventType event) {
@@ -93,7 +94,7 @@ Error PerformanceSamples::ReadSource() {
         try {
           builder->PopulateStorageAndUploadProtos();
         } catch (...) {
-          PLOG_ERROR << "Error handling message. Details: " << Error::FromCurrentException().description;
+          PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
         }
       }
       PerfMessages::ProcessStorageAndUpload();

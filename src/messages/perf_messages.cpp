@@ -15,7 +15,10 @@ constexpr std::uint32_t kThermalCommand = 1;
 constexpr std::uint32_t kThermalCommandType = 40;
 constexpr std::uint32_t kThermalReplySize = 128;
 
-// Set when the collector of the first `Init` was deleted.
+// What a firmware query without a client ends with: E_POINTER.
+constexpr std::uint32_t kNoClient = 0x80004003;
+
+// Set when the collector that records are handed to was deleted and no other has taken its place.
 bool handle_is_gone = false;
 
 }  // namespace
@@ -53,6 +56,7 @@ void PerfMessages::Init(void* handle, int event_type) {
   static_cdm_->set_sample_points_actual(1);
   event_type_ = event_type;
   perf_handle_ = handle;
+  handle_is_gone = false;
   thermal_ = std::make_shared<ThermalZTBiosSamples>();
   amd_pmf_ = std::make_shared<AmdPmfSamples>();
   energy_ = std::make_shared<EnergyEMISamples>();
@@ -74,6 +78,7 @@ std::string PerfMessages::GetCurrentLocalTime(const std::string& local_time_with
 }
 
 std::uint32_t PerfMessages::GetThermalDataFromPrivateBiosWmi(int selector, void* reply) {
+  if (private_bios_wmi_ == nullptr) return kNoClient;
   const std::array<std::uint8_t, 4> request = {static_cast<std::uint8_t>(selector), 0, 0, 0};
   std::uint32_t return_code = 0;
   const std::int32_t status = private_bios_wmi_->ExecuteCommand(

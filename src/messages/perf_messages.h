@@ -24,7 +24,7 @@ using contract::upload::log::PcLogPerformanceSamplesAsCDM;
 /// runs at a time.
 class ZT_COLLECTOR_EXPORT PerfMessages {
  public:
-  /// The clients are the cycle's own and outlive the builder; a builder that needs none has none.
+  /// The clients are the cycle's own and outlive the builder. Either may be null: what it would tell is missing then.
   PerfMessages();
   explicit PerfMessages(shared::wmi::WMIClient* wmi_client);
   explicit PerfMessages(shared::ztbios::PrivateBiosWmi* private_bios_wmi);
@@ -78,7 +78,7 @@ class ZT_COLLECTOR_EXPORT PerfMessages {
   void AddSendWrapper(const google::protobuf::Message& message, const std::string& time);
 
   /// Asks the firmware for its thermal readings. `selector`: which ones, only the low byte counts. `reply`: buffer of
-  /// 128 bytes. Returns the status of the call when it failed, else the firmware's return code; 0 is success.
+  /// 128 bytes. Returns the status of a failed call (0x80004003: no client), else the firmware's code; 0 is success.
   std::uint32_t GetThermalDataFromPrivateBiosWmi(int selector, void* reply);
 
   std::shared_ptr<PcLogPerformanceSamplesAsCDM> cdm_;

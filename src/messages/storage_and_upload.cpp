@@ -1,12 +1,13 @@
 #include <plog/Log.h>
 
-#include <typeinfo>
 #include <vector>
 
 #include "collector/performance_samples.h"
 #include "messages/collection_id.h"
 #include "messages/local_time.h"
+#include "messages/log_text.h"
 #include "messages/perf_messages.h"
+#include "messages/store_failure.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -14,16 +15,7 @@ namespace {
 
 using common::Error;
 
-// No blank before the name to fill in: log readers match the text as it is.
-constexpr char kStoreFailureTemplate[] = "PerfMessages::ProcessStorageAndUpload - AddStore failed for$PROTO$.pb.h";
-constexpr char kPlaceholder[] = "$PROTO$";
 constexpr char kAmdPmfName[] = "amd_pmf";
-
-Error StoreFailure(const Error& cause, const google::protobuf::Message& record) {
-  std::string message = kStoreFailureTemplate;
-  message.replace(message.find(kPlaceholder), sizeof kPlaceholder - 1, kAmdPmfName);
-  return {Error::kCallFailed, cause.code, cause.description, std::string(record.GetTypeName()), message};
-}
 
 void Stamp(PcLogPerformanceSamplesAsCDM& record, const std::string& time) {
   record.set_collection_id(LiveCollectionId(PerfMessages::GetSN(), time));
@@ -45,9 +37,9 @@ void PerfMessages::ProcessStorageAndUpload() {
   if (amd_pmf_ != nullptr) {
     amd_pmf_->set_local_time(CurrentOffsetForm());
     const Error outcome = Collector()->AddStoreWrapper(*amd_pmf_);
-    if (outcome.Failed()) store_failures.push_back(StoreFailure(outcome, *amd_pmf_));
+    if (outcome.Failed()) store_failures.push_back(StoreFailure(outcome, *amd_pmf_, kAmdPmfName));
   }
-  for (const Error& failure : store_failures) PLOG_ERROR << failure.description;
+  for (const Error& failure : store_failures) PLOG_ERROR << LogText(failure.description);
   if (static_cdm_ != nullptr) {
     Stamp(*static_cdm_, CurrentRecordForm());
     Collector()->AddSendWrapper(*static_cdm_);

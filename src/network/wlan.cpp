@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "messages/log_text.h"
 #include "network/find_by_guid.h"
 #include "network/network_info_msg.h"
 #include "network/profile_xml.h"
@@ -74,7 +75,7 @@ void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
         profile.profile_name = text::ToUtf8(name);
         profile.is_current = !current.empty() && profile.profile_name == current;
         if (!ReadSecurity(wlan, guid, name, profile)) {
-          PLOG_ERROR << kProfileFailure << profile.profile_name;
+          PLOG_ERROR << kProfileFailure << LogText(profile.profile_name);
         }
         info->w_lan_profiles.push_back(std::move(profile));
       }
@@ -84,7 +85,7 @@ void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
       }
     }
   } catch (const std::exception& failure) {
-    PLOG_ERROR << kPassFailure << failure.what();
+    PLOG_ERROR << kPassFailure << LogText(failure.what());
   }
 }
 

@@ -14,7 +14,7 @@ class ComponentAppender : public plog::IAppender {
   ComponentAppender(std::wstring component, plog::IAppender* host_appender);
 
   /// The host gets a record of its own: the function name stands in the file field too, the object is the component's
-  /// name (zero-terminated wide text), a missing message reads "(null)".
+  /// name (a zero-terminated wide text whatever messages are), a missing message reads "(null)".
   void write(const plog::Record& record) override;
 
  private:

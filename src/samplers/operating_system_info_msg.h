@@ -11,9 +11,9 @@ class ZT_COLLECTOR_EXPORT OperatingSystemInfoMsg : public PerfMessages {
   explicit OperatingSystemInfoMsg(const PerfMessages& other);
   explicit OperatingSystemInfoMsg(shared::wmi::WMIClient* wmi_client);
 
-  /// Throws a `std::exception*` made with `new`, which the one who catches it deletes, when the last input or the list
-  /// of processes cannot be had, or when one of the busiest processes has gone before its details are read: then no
-  /// process is reported. The session's figures that were read before stay.
+  /// Throws a `std::exception*`, which stays the collector's own, when the last input or the list of processes cannot
+  /// be had, or when one of the busiest processes has gone before its details are read: then no process is reported.
+  /// The session's figures that were read before stay.
   void PopulateStorageAndUploadProtos() override;
 
  private:

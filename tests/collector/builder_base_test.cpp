@@ -1,6 +1,13 @@
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
 
 #include "collector_fixture.h"
+#include "samplers/cpu_info_msg.h"
+#include "samplers/fans_info_msg.h"
+#include "samplers/system_board_info_msg.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -49,6 +56,47 @@ TEST(BuilderBase, CopiesShareTheRecordAndTheClients) {
   EXPECT_EQ(assigned.private_bios_wmi_, &bios);
 }
 
+TEST(BuilderBase, KeepsItsRecordThenItsClients) {
+  const PlainBuilder builder;
+  const auto address = [](const auto& member) { return reinterpret_cast<std::uintptr_t>(&member); };
+  EXPECT_LT(address(builder.cdm_), address(builder.wmi_client_));
+  EXPECT_LT(address(builder.wmi_client_), address(builder.private_bios_wmi_));
+}
+
+// The table of virtual operations as hosts know it, written down apart from the class that makes it.
+class BuilderTable {
+ public:
+  virtual ~BuilderTable() = default;
+  virtual void PopulateStorageAndUploadProtos() = 0;
+};
+
+class NotingBuilder : public PerfMessages {
+ public:
+  explicit NotingBuilder(std::vector<std::string>& notes) : notes_(notes) {}
+  ~NotingBuilder() override { notes_.push_back("destructor"); }
+  void PopulateStorageAndUploadProtos() override { notes_.push_back("PopulateStorageAndUploadProtos"); }
+
+ private:
+  std::vector<std::string>& notes_;
+};
+
+TEST(BuilderBase, ItsTableHasTheDestructorThenThePass) {
+  std::vector<std::string> notes;
+  auto* const table = reinterpret_cast<BuilderTable*>(static_cast<PerfMessages*>(new NotingBuilder(notes)));
+  table->PopulateStorageAndUploadProtos();
+  delete table;
+  EXPECT_THAT(notes, testing::ElementsAre("PopulateStorageAndUploadProtos", "destructor"));
+}
+
+TEST(BuilderBase, TheBuildersOfHourlySectionsAddNothingToALiveRecord) {
+  PerfMessages::Init(nullptr, 50);
+  const std::string before = PerfMessages::static_cdm_->SerializeAsString();
+  CPUInfoMsg().PopulateStorageAndUploadProtos();
+  FansInfoMsg().PopulateStorageAndUploadProtos();
+  SystemBoardInfoMsg().PopulateStorageAndUploadProtos();
+  EXPECT_EQ(PerfMessages::static_cdm_->SerializeAsString(), before);
+}
+
 TEST(Init, CreatesTheSharedRecordsAndKeepsHandleAndEventType) {
   int handle = 0;
   PerfMessages::Init(&handle, 50);
@@ -87,6 +135,43 @@ TEST(Init, TakesTheNextHandleOnceTheFirstCollectorIsGone) {
   EXPECT_EQ(PerfMessages::event_type_, 50);
 }
 
+TEST(Init, KeepsTheHandleThatTookAnothersPlace) {
+  int first = 0;
+  int second = 0;
+  int third = 0;
+  PerfMessages::Init(&first, 50);
+  PerfMessages::ForgetHandle(&first);
+  PerfMessages::Init(&second, 20);
+  PerfMessages::Init(&third, 20);
+  EXPECT_EQ(PerfMessages::perf_handle_, &second);
+}
+
+TEST(Init, KeepsTheHandleThatCameWithNewRecords) {
+  int first = 0;
+  int second = 0;
+  int third = 0;
+  PerfMessages::Init(&first, 50);
+  PerfMessages::ForgetHandle(&first);
+  PerfMessages::static_cdm_.reset();
+  PerfMessages::Init(&second, 20);
+  PerfMessages::Init(&third, 7);
+  EXPECT_EQ(PerfMessages::perf_handle_, &second);
+  EXPECT_EQ(PerfMessages::event_type_, 20);
+}
+
+TEST(Init, ReplacesTheStorageRecordsWithTheUploadRecord) {
+  int handle = 0;
+  PerfMessages::Init(&handle, 50);
+  const auto thermal = PerfMessages::thermal_;
+  const auto energy = PerfMessages::energy_;
+  const auto amd_pmf = PerfMessages::amd_pmf_;
+  PerfMessages::static_cdm_.reset();
+  PerfMessages::Init(&handle, 50);
+  EXPECT_NE(PerfMessages::thermal_, thermal);
+  EXPECT_NE(PerfMessages::energy_, energy);
+  EXPECT_NE(PerfMessages::amd_pmf_, amd_pmf);
+}
+
 TEST(Init, KeepsItsHandleWhenAnotherCollectorIsGone) {
   int first = 0;
   int second = 0;
@@ -100,6 +185,13 @@ TEST(SerialNumber, IsTheSmbiosOne) {
   machine.smbios_serial_number = "ZT12345678";
   simulation::UseMachine(machine);
   EXPECT_EQ(PerfMessages::GetSN(), "ZT12345678");
+}
+
+TEST(SerialNumber, AnEmptySmbiosOneIsUsedAsItIs) {
+  simulation::Machine machine;
+  machine.smbios_serial_number = "";
+  simulation::UseMachine(machine);
+  EXPECT_EQ(PerfMessages::GetSN(), "");
 }
 
 TEST(SerialNumber, IsUnknownSnWithoutASmbiosOne) {
@@ -143,6 +235,20 @@ TEST_F(FirmwareThermalQuery, ReturnsTheFirmwaresCodeWhenTheCallItselfWorked) {
 TEST_F(FirmwareThermalQuery, PrefersTheStatusOfAFailedCall) {
   UseReply(1, -5, 7);
   EXPECT_EQ(builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 0xFFFFFFFBU);
+}
+
+TEST_F(FirmwareThermalQuery, AsksForTheWholeReply) {
+  UseReply(1, 0, 0);
+  reply_.fill(0xAA);
+  builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data());
+  EXPECT_EQ(std::count(reply_.begin(), reply_.end(), std::uint8_t{0}), 125) << "the rest of 128 bytes becomes zero";
+}
+
+TEST_F(FirmwareThermalQuery, WithoutAClientItFailsAndLeavesTheReply) {
+  PlainBuilder without_client;
+  reply_.fill(0xAA);
+  EXPECT_EQ(without_client.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 0x80004003U);
+  EXPECT_EQ(std::count(reply_.begin(), reply_.end(), std::uint8_t{0xAA}), 128);
 }
 
 TEST_F(FirmwareThermalQuery, FailsOnAMachineWithoutTheInterface) {

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "example_upload_text.h"
 #include "performance_samples_upload.pb.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -45,6 +46,10 @@ PcLogPerformanceSamplesAsCDM Record() {
 
 TEST(ExampleUploadTest, HasItsAgreedLength) {
   EXPECT_EQ(example_upload_.size(), 6311U);
+}
+
+TEST(ExampleUploadTest, IsTheTextThatHostsKnow) {
+  EXPECT_EQ(example_upload_, kExampleUploadText);
 }
 
 TEST(ExampleUploadTest, IsJsonWithoutRepeatedKeys) {

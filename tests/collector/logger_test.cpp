@@ -2,9 +2,18 @@
 #include <gtest/gtest.h>
 #include <plog/Log.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "collector/performance_samples.h"
+#include "messages/log_text.h"
 #include "plugin/component_appender.h"
 #include "plugin/logger_export.h"
 #include "support/recording_log.h"
+#include "support/recording_sink.h"
+#include "support/temporary_folder.h"
+#include "zt/shared/telemetry_storage.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -25,10 +34,19 @@ class Logger : public testing::Test {
   tests::RecordingLog host_;
 };
 
-TEST_F(Logger, DropsEveryLineBeforeTheFirstCall) {
-  PLOG_FATAL << "nobody listens";
-  EXPECT_EQ(plog::get(), nullptr);
-  EXPECT_THAT(host_.lines, IsEmpty());
+TEST_F(Logger, ACycleBeforeTheFirstCallLogsNothingAndFailsNowhere) {
+  tests::TemporaryFolder folder;
+  shared::TelemetryStorage::SetDefaultDBPath(folder.Utf8());
+  const auto sink = tests::RegisterRecordingSink();
+  sink->store_outcome = {5, 1, "the store is full", "", ""};
+  PerformanceSamples collector;
+  collector.Execute(R"({"eventType": 50})", nullptr);
+  EXPECT_THAT(sink->sent, SizeIs(1));
+
+  ztSharedInitializeLogger(plog::verbose, &host_);
+  EXPECT_THAT(host_.lines, IsEmpty()) << "what was logged before is not kept";
+  collector.Execute(R"({"eventType": 50})", nullptr);
+  EXPECT_THAT(host_.Messages(), testing::Contains("the store is full").Times(1));
 }
 
 TEST_F(Logger, ForwardsToTheHostFromTheFirstCallOn) {
@@ -98,10 +116,28 @@ TEST_F(Logger, ARecordWithoutMessageReadsNull) {
 
 TEST_F(Logger, KeepsTextsOutsideAsciiAsTheyAre) {
   ztSharedInitializeLogger(plog::info, &host_);
-  PLOG_ERROR << "L\xC3\xBC"
-                "fter \xE2\x82\xAC";
-  EXPECT_THAT(host_.Messages(), ElementsAre("L\xC3\xBC"
-                                            "fter \xE2\x82\xAC"));
+  const std::string text =
+      "L\xC3\xBC"
+      "fter \xE2\x82\xAC";
+  PLOG_ERROR << LogText(text);
+  EXPECT_THAT(host_.Messages(), ElementsAre(text));
+}
+
+// Runs when the logger must be gone already: handlers run in the reverse of the order in which they were set up.
+void TellOfPlogsInstance() {
+  std::fputs(plog::get() == nullptr ? "no logger is left" : "a logger is left", stderr);
+}
+
+TEST(LoggerDeathTest, ALoggerThatIsDestroyedIsPlogsNoLonger) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        std::atexit(&TellOfPlogsInstance);
+        tests::RecordingLog host;
+        ztSharedInitializeLogger(plog::info, &host);
+        std::exit(plog::get() != nullptr ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "no logger is left");
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "collector_fixture.h"
 #include "plugin/plugin_export.h"
 
-extern "C" zt::shared::plugin::IDynamicPluginModule* LoadPlugin();
-
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
@@ -19,9 +17,22 @@ TEST(PluginEntry, GivesANewCollectorAtEachCall) {
   EXPECT_NE(dynamic_cast<PerformanceSamples*>(one.get()), nullptr);
 }
 
-TEST(PluginEntry, HasOneEntryUnderTwoNames) {
-  EXPECT_EQ(reinterpret_cast<const void*>(&::LoadPlugin),
-            reinterpret_cast<const void*>(&performancesamples::LoadPlugin));
+TEST(PluginEntry, TouchesNeitherTheSharedRecordsNorTheMachine) {
+  const std::unique_ptr<shared::plugin::IDynamicPluginModule> module(LoadPlugin());
+  EXPECT_EQ(PerfMessages::static_cdm_, nullptr);
+  EXPECT_EQ(PerfMessages::perf_handle_, nullptr);
+  EXPECT_TRUE(simulation::RecordedQueries().empty());
+}
+
+TEST(PluginEntry, TheSharedRecordsOutliveTheModule) {
+  const auto sink = tests::RegisterRecordingSink();
+  {
+    const std::unique_ptr<shared::plugin::IDynamicPluginModule> module(LoadPlugin());
+    module->Execute(R"({"eventType": 7})", nullptr);
+  }
+  ASSERT_NE(PerfMessages::static_cdm_, nullptr);
+  EXPECT_EQ(PerfMessages::static_cdm_->sample_points_actual(), 1U);
+  EXPECT_EQ(PerfMessages::perf_handle_, nullptr);
 }
 
 TEST(Collector, AnnouncesOnePrototypeAndNoDatabase) {

@@ -1,7 +1,7 @@
 #include "process_sampler_fixture.h"
 
-// The process sampler as part of a cycle. What it throws is a pointer, which the cycle owns: the sanitizers' builds
-// tell of a cycle that does not delete it.
+// The process sampler as part of a cycle. What it throws is a pointer to what it keeps: the sanitizers' builds tell of
+// a cycle that deletes it, and of a sampler that loses it.
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
@@ -47,6 +47,20 @@ TEST_F(ProcessSamplerCycleTest, LogsAProcessThatIsGoneAndSendsTheSession) {
   EXPECT_TRUE(section.has_operating_session_info());
   EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
   EXPECT_THAT(log_.Messages(plog::error), Contains(kThrownPointer).Times(1));
+}
+
+TEST_F(ProcessSamplerCycleTest, ThrowsTheSameExceptionAtEachFailureAndKeepsIt) {
+  machine_.session.last_input_tick_ms = kRefused;
+  const std::exception* const first = SampleAndCatch();
+  const std::exception* const second = SampleAndCatch();
+  EXPECT_EQ(first, second);
+  machine_.session.last_input_tick_ms = 0U;
+  machine_.wmi.failures = {{kListedClass, kAccessDenied, std::nullopt, 0}};
+  const std::exception* const other = SampleAndCatch();
+  ASSERT_NE(first, nullptr);
+  ASSERT_NE(other, nullptr);
+  EXPECT_STREQ(first->what(), "Unable to get last input information.");
+  EXPECT_STREQ(other->what(), "Error while querying Win32_PerFormattedData_PerfProc_Process.");
 }
 
 TEST_F(ProcessSamplerCycleTest, ASecondCycleReportsAfreshAndNotInAddition) {

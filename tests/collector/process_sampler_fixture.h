@@ -78,16 +78,21 @@ class ProcessSamplerTest : public CollectorTest {
     return Section();
   }
 
-  /// The text of the exception that sampling ends with.
-  std::string SampleAndFail() {
+  /// The exception that sampling ends with, which stays the sampler's.
+  const std::exception* SampleAndCatch() {
     try {
       Sample();
-    } catch (std::exception* thrown) {
-      const std::unique_ptr<std::exception> failure(thrown);
-      return failure->what();
+    } catch (const std::exception* failure) {
+      return failure;
     }
     ADD_FAILURE() << "no exception was thrown";
-    return {};
+    return nullptr;
+  }
+
+  /// Its text.
+  std::string SampleAndFail() {
+    const std::exception* const failure = SampleAndCatch();
+    return failure != nullptr ? failure->what() : std::string();
   }
 
   static const OperatingSystemSection& Section() { return PerfMessages::static_cdm_->operating_system_info(); }

@@ -1,19 +1,43 @@
-# Compares the names that MODULE exports with the lines of EXPECTED, or with the names that OTHER exports. What is in one
-# list only is printed and fails.
+# Compares what MODULE exports with the lines of EXPECTED, or with what OTHER exports. What is in one list only is printed
+# and fails.
+#
+# The lines of EXPECTED are for people to read, so its names are demangled; one that stands for several exports (the
+# forms of a constructor or destructor) has a line for each of them. Two modules are compared by the names as they are.
 cmake_policy(SET CMP0007 NEW)
 function(read_exports out module)
-  execute_process(COMMAND ${OBJDUMP} -p ${module} COMMAND ${CXXFILT} -n OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+  set(demangle)
+  if(DEFINED CXXFILT)
+    set(demangle COMMAND ${CXXFILT} -n)
+  endif()
+  execute_process(COMMAND ${OBJDUMP} -p ${module} ${demangle} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table\n" "" text "${text}")
   string(REGEX REPLACE "\n\n.*" "" text "${text}")
   string(REGEX REPLACE "\n?[ \t]*\\[ *[0-9]+\\] " ";" names "${text}")
   string(REPLACE "\n" "" names "${names}")
   list(REMOVE_ITEM names "")
-  list(REMOVE_DUPLICATES names)
-  list(SORT names)
   if(NOT names)
     message(FATAL_ERROR "${module} exports nothing")
   endif()
   set(${out} ${names} PARENT_SCOPE)
+endfunction()
+
+# Tells the entries of a list that are alike apart, by their count: "name", "name (2)".
+function(number_repetitions list)
+  set(names ${${list}})
+  list(SORT names)
+  set(numbered)
+  set(last "")
+  foreach(name IN LISTS names)
+    if(name STREQUAL last)
+      math(EXPR count "${count} + 1")
+      list(APPEND numbered "${name} (${count})")
+    else()
+      set(count 1)
+      set(last "${name}")
+      list(APPEND numbered "${name}")
+    endif()
+  endforeach()
+  set(${list} ${numbered} PARENT_SCOPE)
 endfunction()
 
 read_exports(found ${MODULE})
@@ -22,6 +46,8 @@ if(DEFINED OTHER)
 else()
   file(STRINGS ${EXPECTED} expected)
 endif()
+number_repetitions(found)
+number_repetitions(expected)
 
 set(missing ${expected})
 list(REMOVE_ITEM missing ${found})

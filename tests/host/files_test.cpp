@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <system_error>
+
 #include "host/failure.h"
 #include "program_run.h"
 #include "support/temporary_folder.h"
@@ -24,6 +27,11 @@ std::string Complaint(const Step& step) {
   }
   ADD_FAILURE() << "no failure";
   return {};
+}
+
+// The C++ library's text of a reason, which differs between libraries.
+std::string TextOf(std::errc reason) {
+  return std::make_error_code(reason).message();
 }
 
 // Takes the right to write away for as long as it lives; some users (root) and systems ignore that.
@@ -90,7 +98,8 @@ TEST_F(FilesTest, AFileIsWrittenByteForByteAndAnewEachTime) {
 
 TEST_F(FilesTest, AFileThatCannotBeMadeIsNamedWithTheReason) {
   EXPECT_THAT(Complaint([&] { OpenForWriting(folder_.Path() / "none" / "file", "--output"); }),
-              AllOf(StartsWith("--output "), HasSubstr("the file cannot be written: No such file or directory")));
+              AllOf(StartsWith("--output "),
+                    HasSubstr("the file cannot be written: " + TextOf(std::errc::no_such_file_or_directory))));
   EXPECT_THAT(Complaint([&] { OpenForWriting(folder_.Path(), "--output"); }),
               HasSubstr("this is a folder, not a file"));
 }
@@ -115,7 +124,7 @@ TEST_F(FilesTest, AFileThatIsProtectedIsNamedWithTheReason) {
   const WriteProtection protection(file);
   if (std::ofstream(file, std::ios::app).is_open()) GTEST_SKIP() << "this user writes to protected files";
   EXPECT_THAT(Complaint([&] { RequireWritableWhenPresent(file, "--database-dir"); }),
-              HasSubstr("the file cannot be written to: Permission denied"));
+              HasSubstr("the file cannot be written to: " + TextOf(std::errc::permission_denied)));
 }
 
 }  // namespace

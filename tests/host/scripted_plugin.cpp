@@ -66,6 +66,7 @@ extern "C" SCRIPTED_PLUGIN_EXPORT zt::shared::plugin::IDynamicPluginModule* Load
 extern "C" SCRIPTED_PLUGIN_EXPORT void ztSharedInitializeLogger(plog::Severity max_severity,
                                                                 plog::IAppender* appender) {
   plog::Record record(plog::error, "Scripted::Start", 12, "", nullptr, 0);
-  record << "severity " << static_cast<int>(max_severity) << " für 日本";
+  const char8_t* const beyond_ascii = u8" für 日本";
+  record << "severity " << static_cast<int>(max_severity) << beyond_ascii;
   appender->write(record);
 }

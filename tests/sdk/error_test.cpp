@@ -155,20 +155,26 @@ TEST(ErrorTest, OtherTypesAreUnknown) {
   EXPECT_EQ(ErrorOfThrown(std::wstring(L"wide")), kUnknown);
 }
 
-TEST(ErrorTest, AnExceptionThrownWithNewIsUnknownAndDeleted) {
+TEST(ErrorTest, AnExceptionThrownByItsAddressIsUnknownAndStaysItsOwners) {
   int alive = 0;
-  EXPECT_EQ(ErrorOf([&] { throw static_cast<std::exception*>(new CountedException(alive)); }), kUnknown);
+  {
+    const auto owner = std::make_unique<CountedException>(alive);
+    EXPECT_EQ(ErrorOf([&] { throw static_cast<std::exception*>(owner.get()); }), kUnknown);
+    EXPECT_EQ(ErrorOf([&] { throw owner.get(); }), kUnknown);
+    EXPECT_EQ(alive, 1);
+  }
   EXPECT_EQ(alive, 0);
 }
 
-TEST(ErrorTest, ADerivedExceptionThrownWithNewIsUnknownAndDeleted) {
-  int alive = 0;
-  EXPECT_EQ(ErrorOf([&] { throw new CountedException(alive); }), kUnknown);
-  EXPECT_EQ(alive, 0);
+TEST(ErrorTest, AnExceptionThatIsNotOnTheHeapMayBeThrownByItsAddress) {
+  static std::runtime_error failure("lost text");
+  EXPECT_EQ(ErrorOf([] { throw static_cast<std::exception*>(&failure); }), kUnknown);
+  EXPECT_STREQ(failure.what(), "lost text");
 }
 
-TEST(ErrorTest, ASystemErrorThrownWithNewIsUnknown) {
-  EXPECT_EQ(ErrorOf([] { throw new std::system_error(1, std::generic_category()); }), kUnknown);
+TEST(ErrorTest, ASystemErrorThrownByItsAddressIsUnknown) {
+  std::system_error failure(1, std::generic_category());
+  EXPECT_EQ(ErrorOf([&] { throw &failure; }), kUnknown);
 }
 
 TEST(ErrorTest, TheExceptionStaysTheOneBeingHandled) {

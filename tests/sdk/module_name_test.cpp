@@ -1,11 +1,13 @@
 #include "platform/module_name.h"
 
+#include <google/protobuf/timestamp.pb.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <memory>
 #include <string>
-#include <system_error>
+
+#include "zt/telemetry/common/telemetry_sink.h"
 
 namespace zt::tests {
 namespace {
@@ -22,14 +24,20 @@ TEST(ModuleNameTest, AFunctionOfThisProgramLiesInThisProgram) {
   EXPECT_TRUE(name == L"sdk_tests" || name == L"sdk_tests.exe") << testing::PrintToString(name);
 }
 
+TEST(ModuleNameTest, AFunctionOfALibraryLiesInThatLibrary) {
+  const auto address = reinterpret_cast<const void*>(&telemetry::common::RegisteredTelemetrySink);
+  const std::wstring name = ModuleFileName(address);
+  EXPECT_TRUE(name == L"zt-telemetry-commons.so" || name == L"zt-telemetry-commons.dll")
+      << testing::PrintToString(name);
+}
+
 TEST(ModuleNameTest, ATableOfVirtualOperationsLiesInItsLibrary) {
-  // The first pointer of an object of the C++ runtime leads into the runtime's library.
-  const std::error_category& category = std::generic_category();
+  // The first pointer of a message leads to the table of its class.
+  const google::protobuf::Timestamp message;
   const void* table = nullptr;
-  std::memcpy(&table, static_cast<const void*>(&category), sizeof(table));
+  std::memcpy(&table, static_cast<const void*>(&message), sizeof(table));
   const std::wstring name = ModuleFileName(table);
-  const bool is_runtime = name.rfind(L"libstdc++", 0) == 0 || name.rfind(L"msvcp", 0) == 0;
-  EXPECT_TRUE(is_runtime) << testing::PrintToString(name);
+  EXPECT_EQ(name.rfind(L"libprotobuf", 0), 0U) << testing::PrintToString(name);
 }
 
 TEST(ModuleNameTest, MemoryOutsideOfModulesHasNoName) {

@@ -50,6 +50,21 @@ TEST_F(ShippedPlugin, TagsItsLogWithItsOwnFileName) {
   EXPECT_THAT(log_.lines[0].function, EndsWith("PerformanceSamples::ReadSource"));
 }
 
+// The exported name of the function in its namespace, as the compiler that built the plugin makes it.
+#if defined(_MSC_VER)
+constexpr char kNameInItsNamespace[] =
+    "?LoadPlugin@performancesamples@collector@telemetry@zt@@YAPEAVIDynamicPluginModule@plugin@shared@4@XZ";
+#else
+constexpr char kNameInItsNamespace[] = "_ZN2zt9telemetry9collector18performancesamples10LoadPluginEv";
+#endif
+
+TEST_F(ShippedPlugin, HasOneEntryUnderTwoNames) {
+  const telemetry::host::LoadedLibrary library(telemetry::host::DefaultPluginFile());
+  void* const plain = library.Find("LoadPlugin");
+  EXPECT_NE(plain, nullptr);
+  EXPECT_EQ(library.Find(kNameInItsNamespace), plain);
+}
+
 TEST_F(ShippedPlugin, CanBeUnloadedAndLoadedAgain) {
   for (int i = 0; i < 3; ++i) {
     auto plugin = Load();

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "zt/text/wide_text.h"
+
 namespace zt::tests {
 
 /// A host's log that keeps what reaches it.
@@ -24,7 +26,7 @@ class RecordingLog : public plog::IAppender {
 
   void write(const plog::Record& record) override {
     const auto* object = static_cast<const wchar_t*>(record.getObject());
-    lines.push_back({record.getSeverity(), record.getFunc(), record.getFile(), record.getMessage(),
+    lines.push_back({record.getSeverity(), record.getFunc(), record.getFile(), Utf8(record.getMessage()),
                      object != nullptr ? object : L"", record.getLine(), record.getInstanceId()});
   }
 
@@ -43,6 +45,11 @@ class RecordingLog : public plog::IAppender {
   }
 
   std::vector<Line> lines;
+
+ private:
+  // Messages are wide texts where the build is for such a host.
+  static std::string Utf8(const char* text) { return text; }
+  static std::string Utf8(const wchar_t* text) { return text::ToUtf8(text); }
 };
 
 }  // namespace zt::tests

@@ -33,8 +33,8 @@ struct ZT_COMMONS_EXPORT Error {
   ///
   /// A thrown `Error` is itself. A `std::system_error` tells its text and code (kind 2, code 1), a thrown
   /// `std::string` or C text is that text (kind 5, the hash of its type), a thrown `unsigned long` is a system error
-  /// code without text (kind 5). Anything else is "Unknown exception type." (kind 1). A `std::exception*` thrown with
-  /// `new` is deleted here, so that the one who catches does not leak it.
+  /// code without text (kind 5). Anything else is "Unknown exception type." (kind 1), a thrown pointer too: what it
+  /// points to stays its owner's.
   static Error FromCurrentException();
 
   bool operator==(const Error&) const = default;

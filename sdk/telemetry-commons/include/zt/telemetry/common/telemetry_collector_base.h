@@ -40,7 +40,7 @@ class ZT_COMMONS_EXPORT TelemetryCollectorBase : public TelemetryCollectorBaseCl
   /// One collection. `params`: a JSON object with the integer "eventType". The outcome is a JSON object with "kind",
   /// "code", "description", "typeName" and "message" (an `Error`; all 0 and empty on success) and "messages" and
   /// "databases", the names that the collector announced by `GetDatabases`. Malformed parameters are reported and run
-  /// nothing. No exception leaves either form.
+  /// nothing; a call while a collector of the same class collects is refused so too. No exception leaves either form.
   void Execute(const char* params, char* result) override;
   void Execute(const char* params, char*& result, const zt::shared::plugin::PluginBufferAllocator& allocator) override;
 

@@ -1,0 +1,20 @@
+#include "messages/store_failure.h"
+
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using common::Error;
+
+// No blank before the name to fill in: log readers match the text as it is.
+constexpr char kTemplate[] = "PerfMessages::ProcessStorageAndUpload - AddStore failed for$PROTO$.pb.h";
+constexpr char kPlaceholder[] = "$PROTO$";
+
+}  // namespace
+
+Error StoreFailure(const Error& cause, const google::protobuf::Message& record, const std::string& short_name) {
+  std::string message = kTemplate;
+  message.replace(message.find(kPlaceholder), sizeof kPlaceholder - 1, short_name);
+  return {Error::kCallFailed, cause.code, cause.description, std::string(record.GetTypeName()), message};
+}
+
+}  // namespace zt::telemetry::collector::performancesamples
