@@ -30,10 +30,11 @@ constexpr std::size_t kThermalReplySize = 128;
 constexpr std::size_t kCountOffset = 0;
 constexpr std::size_t kGraphicsOffset = 1;
 
-VendorTable MakeVendors(shared::wmi::WMIClient& wmi) {
-  return {{0, std::make_shared<NvidiaCardInfo>()},
-          {1, std::make_shared<AmdCardInfo>()},
-          {2, std::make_shared<IntelCardInfo>(wmi)}};
+// Without a client (null) there is nobody to ask for Intel's graphics: not asked is as good as not found.
+VendorTable MakeVendors(shared::wmi::WMIClient* wmi) {
+  VendorTable vendors = {{0, std::make_shared<NvidiaCardInfo>()}, {1, std::make_shared<AmdCardInfo>()}};
+  if (wmi != nullptr) vendors.emplace(2, std::make_shared<IntelCardInfo>(*wmi));
+  return vendors;
 }
 
 void FillEntry(const GraphicCardInfo& card, PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo& entry) {
@@ -62,7 +63,7 @@ GPUInfoMsg::GPUInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbios::Priva
     : PerfMessages(wmi_client, private_bios_wmi) {}
 
 void GPUInfoMsg::PopulateStorageAndUploadProtos() {
-  const VendorTable vendors = MakeVendors(*wmi_client_);
+  const VendorTable vendors = MakeVendors(wmi_client_);
   std::vector<GraphicCardInfo> cards;
   auto& hardware = *static_cdm_->mutable_hw_info();
   int written = 0;
@@ -81,16 +82,26 @@ void GPUInfoMsg::PopulateStorageAndUploadProtos() {
 }
 
 void GPUInfoMsg::AlternativeSNRetrieval(std::string& serial) {
-  wmi_client_->ExecQuery(kControllersQuery);
-  wmi_client_->Next();
-  wmi_client_->GetValue(L"PNPDeviceID", serial);
+  if (wmi_client_ == nullptr) return;
+  try {
+    wmi_client_->ExecQuery(kControllersQuery);
+    wmi_client_->Next();
+    wmi_client_->GetValue(L"PNPDeviceID", serial);
+  } catch (...) {
+    // A way round a figure that is missing has no errors of its own: it goes on missing.
+  }
 }
 
 void GPUInfoMsg::AlternativeTempRetrieval(unsigned int& temperature, unsigned long* /*returnCode*/,
                                           std::vector<unsigned char>* /*output*/) {
-  std::array<std::uint8_t, kThermalReplySize> reply{};
-  const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
-  if (outcome == 0 && reply[kCountOffset] > 0) temperature = reply[kGraphicsOffset];
+  if (private_bios_wmi_ == nullptr) return;
+  try {
+    std::array<std::uint8_t, kThermalReplySize> reply{};
+    const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
+    if (outcome == 0 && reply[kCountOffset] > 0) temperature = reply[kGraphicsOffset];
+  } catch (...) {
+    // As for the serial number.
+  }
 }
 
 }  // namespace zt::telemetry::collector::performancesamples
