@@ -137,6 +137,33 @@ TEST(ProcessesTest, ALeftProcessIsClosed) {
   EXPECT_TRUE(CannotBeOpenedSoon(id));
 }
 
+// Handles of this process that are open.
+DWORD CountHandles() {
+  DWORD count = 0;
+  EXPECT_NE(::GetProcessHandleCount(::GetCurrentProcess(), &count), FALSE);
+  return count;
+}
+
+TEST(ProcessesTest, NoHandleIsLeftOpenByAnyQuestion) {
+  constexpr DWORD kTimes = 200;
+  const auto process = OpenThis(ProcessAccess::kReading);
+  ASSERT_TRUE(process && process->IsElevated());
+  const DWORD before = CountHandles();
+  {
+    const auto another = OpenThis(ProcessAccess::kLimitedQuery);
+    ASSERT_GT(CountHandles(), before) << "the count tells of an open handle";
+  }
+  for (DWORD i = 0; i < kTimes; ++i) {
+    process->IsElevated();
+    process->Times();
+    process->Memory();
+    process->ExitCode();
+    process->PollEnd();
+    OpenThis(ProcessAccess::kLimitedQuery);
+  }
+  EXPECT_LT(CountHandles(), before + kTimes);
+}
+
 TEST(ProcessesTest, AnOpenProcessCanBeMoved) {
   auto first = OpenThis(ProcessAccess::kReading);
   auto second = Process::Open(::GetCurrentProcessId(), ProcessAccess::kLimitedQuery);

@@ -1,27 +1,23 @@
 #include "samplers/gpu/gpu_info_msg.h"
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 
 #include "samplers/gpu/amd_card_info.h"
+#include "samplers/gpu/gpu_entry.h"
 #include "samplers/gpu/intel_card_info.h"
 #include "samplers/gpu/nvidia_card_info.h"
-#include "zt/telemetry/common/utils.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-using common::Utils;
-using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo;
 using types::GraphicCardInfo;
 using VendorTable = std::map<int, std::shared_ptr<AbstractGPUVendor>>;
 
 constexpr int kMaximumCards = 32;
-constexpr unsigned long long kTextLimit = 64;
 constexpr wchar_t kControllersQuery[] = L"SELECT PNPDeviceID FROM Win32_VideoController";
 
 // The firmware's thermal readings: how many there are, then that of the graphics.
@@ -35,24 +31,6 @@ VendorTable MakeVendors(shared::wmi::WMIClient* wmi) {
   VendorTable vendors = {{0, std::make_shared<NvidiaCardInfo>()}, {1, std::make_shared<AmdCardInfo>()}};
   if (wmi != nullptr) vendors.emplace(2, std::make_shared<IntelCardInfo>(*wmi));
   return vendors;
-}
-
-void FillEntry(const GraphicCardInfo& card, PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo& entry) {
-  entry.set_gpus_utilization_percent(card.gpu_utilization_percent);
-  entry.set_gpus_clock_mhz(card.gpu_clock_mhz);
-  entry.set_memory_bandwidth_gb(card.memory_bandwidth_gb);
-  entry.set_memory_clock_mhz(card.memory_clock_mhz);
-  entry.set_memory_used_mb(card.memory_used_mb);
-  if (!std::isnan(card.memory_controller_utilization_percent)) {
-    entry.set_memory_controller_utilization_percent(card.memory_controller_utilization_percent);
-  }
-  entry.set_performance_capped_reason(Utils::AdjustString(card.status_text, kTextLimit));
-  entry.set_decoder_utilization_percent(card.decoder_utilization_percent);
-  entry.set_encoder_utilization_percent(card.encoder_utilization_percent);
-  entry.set_video_engine_utilization_percent(card.video_engine_utilization_percent);
-  entry.set_bus_id(Utils::AdjustString(std::to_string(card.bus_number)));
-  entry.set_temperature_celsius(card.temperature_celsius);
-  entry.set_graphics_card_serial_number(Utils::AdjustString(card.serial_number, kTextLimit));
 }
 
 }  // namespace
