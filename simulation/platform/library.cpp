@@ -6,6 +6,7 @@
 
 #include "simulation/library_folder.h"
 #include "simulation/machine.h"
+#include "simulation/vendor_record.h"
 
 // The stand-ins of the vendors' libraries are real ones, loaded by the real loader. What the machine states is whether
 // they are there, and which of their functions are.
@@ -38,7 +39,8 @@ Library Library::Load(const std::filesystem::path& file) {
   return IsInstalled(file) ? Library(LoadModule(file)) : Library();
 }
 
-Library Library::Search(const std::filesystem::path& name, std::uint32_t /*search_flags*/) {
+Library Library::Search(const std::filesystem::path& name, std::uint32_t search_flags) {
+  simulation::CurrentVendorRecord().search_flags[name.string()] = search_flags;
   return Load(simulation::LibraryFolder() / name);
 }
 

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "simulation/bios_clients.h"
+#include "simulation/firmware_observer.h"
 #include "simulation/machine.h"
 
 namespace zt::shared::ztbios {
@@ -38,6 +39,7 @@ PrivateBiosWmi::~PrivateBiosWmi() {
 std::int32_t PrivateBiosWmi::ExecuteCommand(std::uint32_t command, std::uint32_t command_type, std::uint32_t input_size,
                                             const std::uint8_t* input, std::uint32_t output_size, std::uint8_t* output,
                                             std::uint32_t* return_code) {
+  simulation::AnnounceFirmwareCommand();
   const std::span<const std::uint8_t> request(input, input_size);
   const auto& replies = simulation::CurrentMachine().private_bios;
   const auto reply = std::find_if(replies.begin(), replies.end(), [&](const simulation::BiosReply& candidate) {

@@ -1,4 +1,5 @@
 // The stand-in of AMD's device library: answers from the machine's "adlx" facts.
+#include <string>
 #include <type_traits>
 
 #include "samplers/gpu/adlx_api.h"
@@ -49,54 +50,69 @@ class PerformanceServices final : public CountedInterface<IADLXPerformanceMonito
   PerformanceServices() : CountedInterface("IADLXPerformanceMonitoringServices") {}
 
   ADLX_RESULT GetCurrentGPUMetrics(IADLXGPU* gpu, IADLXGPUMetrics** metrics) override {
-    if (!Called("GetCurrentGPUMetrics")) return ADLX_FAIL;
-    const AdlxGpu& facts = static_cast<Gpu*>(gpu)->Facts();
-    const ADLX_RESULT result = ToResult(facts.current_metrics);
-    if (Succeeded(result)) HandOut<Metrics>(metrics, facts);
-    return result;
+    return OfCard<Metrics>("GetCurrentGPUMetrics", gpu, &AdlxGpu::current_metrics, metrics);
   }
   ADLX_RESULT GetSupportedGPUMetrics(IADLXGPU* gpu, IADLXGPUMetricsSupport** support) override {
-    if (!Called("GetSupportedGPUMetrics")) return ADLX_FAIL;
-    const AdlxGpu& facts = static_cast<Gpu*>(gpu)->Facts();
-    const ADLX_RESULT result = ToResult(facts.metrics_support);
-    if (Succeeded(result)) HandOut<MetricsSupport>(support, facts);
-    return result;
+    return OfCard<MetricsSupport>("GetSupportedGPUMetrics", gpu, &AdlxGpu::metrics_support, support);
   }
-};
 
-// The interface has no slot for a destructor; nothing ever deletes the system.
-class System final : public IADLXSystem {  // NOLINT(cppcoreguidelines-virtual-class-destructor)
- public:
-  ADLX_RESULT GetGPUs(IADLXGPUList** gpus) override {
-    ++CurrentVendorRecord().calls["IADLXSystem::GetGPUs"];
-    const ADLX_RESULT result = ToResult(CurrentMachine().adlx->gpu_list);
-    if (Succeeded(result)) HandOut<GpuList>(gpus);
-    return result;
-  }
-  ADLX_RESULT GetPerformanceMonitoringServices(IADLXPerformanceMonitoringServices** services) override {
-    ++CurrentVendorRecord().calls["IADLXSystem::GetPerformanceMonitoringServices"];
-    const ADLX_RESULT result = ToResult(CurrentMachine().adlx->performance_services);
-    if (Succeeded(result)) HandOut<PerformanceServices>(services);
+ private:
+  template <typename Object, typename Interface>
+  ADLX_RESULT OfCard(const char* method, IADLXGPU* gpu, std::uint32_t AdlxGpu::*status, Interface** target) {
+    if (!Called(method) || !static_cast<Gpu*>(gpu)->CanBeGivenTo(method)) return ADLX_FAIL;
+    const AdlxGpu& facts = static_cast<Gpu*>(gpu)->Facts();
+    const ADLX_RESULT result = ToResult(facts.*status);
+    if (Succeeded(result)) HandOut<Object>(target, facts);
     return result;
   }
 };
 
 bool is_started = false;
 
+// The interface has no slot for a destructor; nothing ever deletes the system.
+class System final : public IADLXSystem {  // NOLINT(cppcoreguidelines-virtual-class-destructor)
+ public:
+  ADLX_RESULT GetGPUs(IADLXGPUList** gpus) override {
+    if (!Called("GetGPUs")) return ADLX_FAIL;
+    const ADLX_RESULT result = ToResult(CurrentMachine().adlx->gpu_list);
+    if (Succeeded(result)) HandOut<GpuList>(gpus);
+    return result;
+  }
+  ADLX_RESULT GetPerformanceMonitoringServices(IADLXPerformanceMonitoringServices** services) override {
+    if (!Called("GetPerformanceMonitoringServices")) return ADLX_FAIL;
+    const ADLX_RESULT result = ToResult(CurrentMachine().adlx->performance_services);
+    if (Succeeded(result)) HandOut<PerformanceServices>(services);
+    return result;
+  }
+
+ private:
+  static bool Called(const char* method) {
+    const std::string call = std::string("IADLXSystem::") + method;
+    CurrentVendorRecord().Note(call);
+    if (is_started) return true;
+    CurrentVendorRecord().faults.push_back(call + " of a stopped library");
+    return false;
+  }
+};
+
 ADLX_RESULT Start(const char* function, std::uint64_t version, IADLXSystem** system) {
   static System the_system;
-  ++CurrentVendorRecord().calls[function];
+  CurrentVendorRecord().Note(function);
   if (version != kVersion) CurrentVendorRecord().faults.emplace_back("started with an unknown version");
   if (!CurrentMachine().adlx) return ADLX_FAIL;
   const ADLX_RESULT result = ToResult(CurrentMachine().adlx->initialize);
   if (!Succeeded(result)) return result;
-  if (!is_started) HandedOutObjects().clear();
   is_started = true;
   *system = &the_system;
   return result;
 }
 
 }  // namespace
+
+bool IsLibraryStarted() {
+  return is_started;
+}
+
 }  // namespace zt::simulation
 
 using zt::simulation::CurrentVendorRecord;
@@ -104,13 +120,13 @@ using zt::simulation::CurrentVendorRecord;
 extern "C" {
 
 ZT_ADLX_EXPORT ADLX_RESULT ADLXQueryFullVersion(std::uint64_t* version) {
-  ++CurrentVendorRecord().calls["ADLXQueryFullVersion"];
+  CurrentVendorRecord().Note("ADLXQueryFullVersion");
   *version = zt::simulation::kVersion;
   return ADLX_OK;
 }
 
 ZT_ADLX_EXPORT ADLX_RESULT ADLXQueryVersion(const char** version) {
-  ++CurrentVendorRecord().calls["ADLXQueryVersion"];
+  CurrentVendorRecord().Note("ADLXQueryVersion");
   *version = zt::simulation::kVersionText;
   return ADLX_OK;
 }
@@ -130,7 +146,7 @@ ZT_ADLX_EXPORT ADLX_RESULT ADLXInitializeWithCallerAdl(std::uint64_t version, IA
 }
 
 ZT_ADLX_EXPORT ADLX_RESULT ADLXTerminate() {
-  ++CurrentVendorRecord().calls["ADLXTerminate"];
+  CurrentVendorRecord().Note("ADLXTerminate");
   zt::simulation::is_started = false;
   if (CurrentVendorRecord().live_references != 0) {
     CurrentVendorRecord().faults.emplace_back("terminated before every interface was released");

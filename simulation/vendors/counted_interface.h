@@ -10,15 +10,19 @@
 
 namespace zt::simulation {
 
-/// What is asked of an interface after its last release is a fault and gets no answer.
+/// What is asked of an interface after its last release, or after the library was stopped, is a fault and gets no
+/// answer.
 class CountedObject {
  public:
   virtual ~CountedObject() = default;
 };
 
-/// All interfaces that the library handed out. They stay in memory until it starts anew, so that one that is released
+/// All interfaces that the library handed out. They stay in memory until it is unloaded, so that one that is released
 /// twice, or used after its release, is told and not undefined.
 std::vector<std::unique_ptr<CountedObject>>& HandedOutObjects();
+
+/// Whether the library was started and not stopped since.
+bool IsLibraryStarted();
 
 /// Counts the references of `Interface`, whose methods a class derived from this one has. Born with one reference.
 template <typename Interface>
@@ -27,7 +31,7 @@ class CountedInterface : public CountedObject, public Interface {
   explicit CountedInterface(std::string name) : name_(std::move(name)) {}
 
   std::int32_t Acquire() override {
-    Called("Acquire");
+    if (!Called("Acquire")) return 0;
     ++CurrentVendorRecord().live_references;
     return ++references_;
   }
@@ -35,19 +39,32 @@ class CountedInterface : public CountedObject, public Interface {
   std::int32_t Release() override {
     if (!Called("Release")) return 0;
     --CurrentVendorRecord().live_references;
-    return --references_;
+    if (--references_ == 0) SpoilTexts();
+    return references_;
   }
 
+  /// Whether this interface may be handed to `method`. False for a fault.
+  bool CanBeGivenTo(const std::string& method) const { return IsAlive(name_ + " given to " + method); }
+
  protected:
-  /// Notes the call of a method. False for a fault: the interface was released before.
-  bool Called(const char* method) {
-    ++CurrentVendorRecord().calls[name_ + "::" + method];
-    if (references_ > 0) return true;
-    CurrentVendorRecord().faults.push_back(name_ + "::" + method + " of a released interface");
+  /// Notes the call of a method. False for a fault.
+  bool Called(const char* method) const {
+    const std::string call = name_ + "::" + method;
+    CurrentVendorRecord().Note(call);
+    return IsAlive(call);
+  }
+
+  /// Makes the texts that were handed out unreadable, as they are once the last reference is gone.
+  virtual void SpoilTexts() {}
+
+ private:
+  bool IsAlive(const std::string& use) const {
+    if (references_ > 0 && IsLibraryStarted()) return true;
+    const char* const why = references_ > 0 ? " of a stopped library" : " of a released interface";
+    CurrentVendorRecord().faults.push_back(use + why);
     return false;
   }
 
- private:
   std::string name_;
   std::int32_t references_ = 1;
 };

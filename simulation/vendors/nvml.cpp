@@ -26,8 +26,8 @@ nvmlReturn_t ToReturn(Failure failure) {
   return static_cast<nvmlReturn_t>(failure.status);
 }
 
-void Record(const char* function) {
-  ++CurrentVendorRecord().calls[function];
+void Record(const char* function, const std::string& which = {}) {
+  CurrentVendorRecord().Note(function, which);
 }
 
 // Handles count from 1: the null handle is no card.
@@ -52,8 +52,9 @@ nvmlReturn_t Give(const OptionalAnswer<T>& answer, Target& target) {
 
 // One reading of a card: `read` gets the card's facts, once the call is one that the library accepts.
 template <typename Read>
-nvmlReturn_t Answered(const char* function, nvmlDevice_t handle, const void* target, Read read) {
-  Record(function);
+nvmlReturn_t Answered(const char* function, nvmlDevice_t handle, const void* target, Read read,
+                      const std::string& which = {}) {
+  Record(function, which);
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
   const NvmlDevice* const device = FindDevice(handle);
   if (device == nullptr || target == nullptr) return NVML_ERROR_INVALID_ARGUMENT;
@@ -154,11 +155,12 @@ ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetTemperature(nvmlDevice_t device, nvmlTe
 
 ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetClock(nvmlDevice_t device, nvmlClockType_t type, nvmlClockId_t id,
                                                unsigned int* mhz) {
-  return Answered("nvmlDeviceGetClock", device, mhz, [&](const NvmlDevice& facts) {
+  const auto read = [&](const NvmlDevice& facts) {
     if (id != NVML_CLOCK_ID_CURRENT) return NVML_ERROR_NOT_SUPPORTED;
     if (type == NVML_CLOCK_GRAPHICS) return Give(facts.graphics_clock_mhz, *mhz);
     return type == NVML_CLOCK_MEM ? Give(facts.memory_clock_mhz, *mhz) : NVML_ERROR_NOT_SUPPORTED;
-  });
+  };
+  return Answered("nvmlDeviceGetClock", device, mhz, read, "(" + std::to_string(type) + ")");
 }
 
 ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetMemoryBusWidth(nvmlDevice_t device, unsigned int* bits) {

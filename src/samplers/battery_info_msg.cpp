@@ -40,50 +40,77 @@ const char* ChargeState(const ZTBatteryStatus& flags) {
   return flags.discharging != 0 ? kDischarging : kCharging;
 }
 
+struct Texts {
+  std::string serial_number;
+  std::string ct_number;
+};
+
+struct Voltages {
+  std::int32_t design_mv;
+  std::int32_t present_mv;
+};
+
+// What goes into the storage records, and most of it into the entry too.
+struct StoredFigures {
+  std::int32_t full_charge_capacity_mwh;
+  std::int32_t charge_rate_mw;
+  float remaining_percent;  // two decimals
+  std::int32_t temperature_celsius;
+  std::int32_t further_capacity_mwh;
+};
+
+std::string CutText(const char* text) {
+  return Utils::AdjustString(text, kMostTextBytes);
+}
+
 // The storage records hold one battery: the last one read.
-void KeepForStorage(ZTBatteryInfo& battery, float remaining_percent) {
+void KeepForStorage(const StoredFigures& figures) {
   AmdPmfSamples& amd_pmf = *PerfMessages::amd_pmf_;
-  amd_pmf.set_battery_further_capacity_mwh(battery.GetFurtherCapacity());
-  amd_pmf.set_battery_full_charge_capacity_mwh(battery.GetFullChargeCapacity());
-  amd_pmf.set_battery_charge_rate_mw(battery.GetChargeRate());
-  amd_pmf.set_battery_remaining_capacity_percent(TruncateToUint64(remaining_percent));
-  PerfMessages::thermal_->set_battery_temperature(battery.GetTemperature());
+  amd_pmf.set_battery_further_capacity_mwh(figures.further_capacity_mwh);
+  amd_pmf.set_battery_full_charge_capacity_mwh(figures.full_charge_capacity_mwh);
+  amd_pmf.set_battery_charge_rate_mw(figures.charge_rate_mw);
+  amd_pmf.set_battery_remaining_capacity_percent(TruncateToUint64(figures.remaining_percent));
+  PerfMessages::thermal_->set_battery_temperature(figures.temperature_celsius);
 }
 
 // A plain ratio, about 1.06 for a battery slightly above its design voltage: the field's name says percent, and hosts
 // rely on the ratio. Without a design voltage there is none.
-void SetVoltageRatio(ZTBatteryInfo& battery, PcLogPerformanceSamplesAsCDM_HwInfo_BatteryInfo& entry) {
-  const std::int32_t design_voltage = battery.GetDesignVoltage();
-  if (design_voltage <= 0) return;
-  const float ratio = static_cast<float>(battery.GetVoltage()) / static_cast<float>(design_voltage);
+void SetVoltageRatio(const Voltages& voltages, PcLogPerformanceSamplesAsCDM_HwInfo_BatteryInfo& entry) {
+  if (voltages.design_mv <= 0) return;
+  const float ratio = static_cast<float>(voltages.present_mv) / static_cast<float>(voltages.design_mv);
   entry.set_voltage_percent(RoundToTwoDecimals(ratio));
 }
 
+// Each figure is asked for once, so that the records agree on it, and in the order in which the library's readers ask.
 void AddBattery(ZTBatteryInfo& battery) {
+  const Texts texts{CutText(battery.GetSerialNumber()), CutText(battery.GetCTNumber())};
+  const Voltages voltages{battery.GetDesignVoltage(), battery.GetVoltage()};
   auto& entry = *PerfMessages::static_cdm_->mutable_hw_info()->add_batteries_info();
-  const float remaining_percent = RoundToTwoDecimals(battery.GetRemainingPercent());
-  KeepForStorage(battery, remaining_percent);
-
   ZTBatteryStatus flags{};
   battery.GetChargeState(&flags);
-  // The library's readers ask for both blocks, in this order; nothing of the second is reported.
+  const StoredFigures figures{battery.GetFullChargeCapacity(), battery.GetChargeRate(),
+                              RoundToTwoDecimals(battery.GetRemainingPercent()), battery.GetTemperature(),
+                              battery.GetFurtherCapacity()};
+  KeepForStorage(figures);
+  // Asked for like the first block; nothing of it is reported.
   ZTBatteryStatus second{};
   battery.GetSecondStatus(&second);
+
   entry.set_charge_state(ChargeState(flags));
-  entry.set_battery_ct_number(Utils::AdjustString(battery.GetCTNumber(), kMostTextBytes));
-  entry.set_battery_serial_number(Utils::AdjustString(battery.GetSerialNumber(), kMostTextBytes));
+  entry.set_battery_ct_number(texts.ct_number);
+  entry.set_battery_serial_number(texts.serial_number);
   entry.set_cycle_count(battery.GetCycleCount());
-  entry.set_full_charge_capacity(Bits(battery.GetFullChargeCapacity()));
+  entry.set_full_charge_capacity(Bits(figures.full_charge_capacity_mwh));
   entry.set_remaining_charge_capacity(battery.GetRemainingCapacity());
   entry.set_max_error_percent(battery.GetMaxErrorPercent());
   entry.set_electric_current(battery.GetElectricCurrent());
-  entry.set_voltage(Bits(battery.GetVoltage()));
-  entry.set_charge_rate_mw(Bits(battery.GetChargeRate()));
+  entry.set_voltage(Bits(voltages.present_mv));
+  entry.set_charge_rate_mw(Bits(figures.charge_rate_mw));
   entry.set_discharge_rate_mw(battery.GetDischargeRate());
   entry.add_battery_status(std::to_string(battery.GetStatusCode()));
   entry.set_full_charge_capacity_percent(RoundToTwoDecimals(battery.GetFullChargePercent()));
-  entry.set_remaining_charge_capacity_percent(remaining_percent);
-  SetVoltageRatio(battery, entry);
+  entry.set_remaining_charge_capacity_percent(figures.remaining_percent);
+  SetVoltageRatio(voltages, entry);
 }
 
 }  // namespace

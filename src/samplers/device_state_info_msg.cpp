@@ -7,6 +7,7 @@
 #include <typeinfo>
 
 #include "platform/posture_sensors.h"
+#include "samplers/wmi_query.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -124,7 +125,7 @@ std::string DeviceStateInfoMsg::EvaluateAngle(double angle_degrees) {
 }
 
 std::string DeviceStateInfoMsg::InferFromKeyboardStatus() {
-  const std::int32_t status = wmi_client_->ExecQuery(kKeyboardsQuery);
+  const std::int32_t status = RunQuery(wmi_client_, kKeyboardsQuery);
   if (status != shared::wmi::kSuccess) {
     throw Error(Error::kCallFailed, status, kKeyboardsFailed, kKeyboardsSource, "");
   }

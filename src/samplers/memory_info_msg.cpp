@@ -31,12 +31,12 @@ struct Memory {
 };
 
 // Keeps the smallest clock of the modules other than 0 in the platform-management record.
-void ReadModuleClocks(WMIClient& wmi, AmdPmfSamples& amd_pmf) {
-  RequireSuccess(wmi.ExecQuery(kModulesQuery), kModulesFailure);
+void ReadModuleClocks(WMIClient* wmi, AmdPmfSamples& amd_pmf) {
+  RequireSuccess(RunQuery(wmi, kModulesQuery), kModulesFailure);
   std::uint32_t smallest = 0;
   std::uint32_t clock = 0;
-  while (wmi.Next()) {
-    wmi.GetValue(L"ConfiguredClockSpeed", clock);
+  while (wmi->Next()) {
+    wmi->GetValue(L"ConfiguredClockSpeed", clock);
     if (smallest == 0 || (clock != 0 && clock < smallest)) smallest = clock;
     amd_pmf.set_memory_clock_mhz(smallest);
   }
@@ -71,7 +71,7 @@ MemoryInfoMsg::MemoryInfoMsg(shared::wmi::WMIClient* wmi_client) : PerfMessages(
 
 void MemoryInfoMsg::PopulateStorageAndUploadProtos() {
   auto& section = *static_cdm_->mutable_hw_info()->mutable_system_memory_info();
-  ReadModuleClocks(*wmi_client_, *amd_pmf_);
+  ReadModuleClocks(wmi_client_, *amd_pmf_);
   Memory memory;
   ReadComputer(*wmi_client_, memory);
   ReadSystem(*wmi_client_, memory);

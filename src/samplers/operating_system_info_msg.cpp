@@ -26,11 +26,11 @@ void OperatingSystemInfoMsg::PopulateStorageAndUploadProtos() {
 }
 
 ProcessTable OperatingSystemInfoMsg::GetProcessTable() {
-  return ListProcesses(*wmi_client_);
+  return ListProcesses(wmi_client_);
 }
 
 ProcessList OperatingSystemInfoMsg::GetMostIntesiveProcessList() {
-  ProcessTable table = GetProcessTable();
+  const ProcessTable table = GetProcessTable();
   const ProcessList busiest = BusiestOf(table);
   if (busiest.empty()) return {};
   const std::int32_t status = wmi_client_->ExecQuery(OperationsQuery(busiest));
@@ -42,7 +42,7 @@ ProcessList OperatingSystemInfoMsg::GetMostIntesiveProcessList() {
     std::shared_ptr<WMIProcessInfo> process;
     // One bad row costs its own process only, whatever is thrown on the way.
     try {
-      process = TakeProcessOfRow(*wmi_client_, table);
+      process = FindProcessOfRow(*wmi_client_, table);
       ConvertUnits(*process);
     } catch (...) {
       PLOG_WARNING << "A process is left out: " << common::Error::FromCurrentException().description;

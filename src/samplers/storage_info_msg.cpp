@@ -1,5 +1,7 @@
 #include "samplers/storage_info_msg.h"
 
+#include <zt/text/wide_text.h>
+
 #include <cctype>
 #include <cmath>
 #include <cstddef>
@@ -42,10 +44,10 @@ struct Drive {
   std::string serial;
 };
 
-// One wide character for each byte, sign-extended: device IDs are plain ASCII.
-std::wstring Widen(const std::string& text) {
+// One UTF-16 unit for each byte, sign-extended: the IDs of drives are plain ASCII.
+std::wstring WidenBytes(const std::string& text) {
   std::wstring wide;
-  for (const char byte : text) wide += static_cast<wchar_t>(static_cast<signed char>(byte));
+  for (const char byte : text) wide += static_cast<wchar_t>(static_cast<char16_t>(static_cast<signed char>(byte)));
   return wide;
 }
 
@@ -68,29 +70,30 @@ std::string Trim(std::string text) {
 }
 
 // All rows are taken before anything else is asked: the client holds the rows of one query at a time.
-std::vector<Drive> ReadDrives(WMIClient& wmi) {
-  RequireSuccess(wmi.ExecQuery(kDrivesQuery), kDrivesFailure);
+std::vector<Drive> ReadDrives(WMIClient* wmi) {
+  RequireSuccess(RunQuery(wmi, kDrivesQuery), kDrivesFailure);
   std::vector<Drive> drives;
-  for (int count = 1; count <= kMaximumDrives && wmi.Next(); ++count) {
+  for (int count = 1; count <= kMaximumDrives && wmi->Next(); ++count) {
     Drive& drive = drives.emplace_back();
-    wmi.GetValue(L"DeviceID", drive.device_id);
-    wmi.GetValue(L"SerialNumber", drive.serial);
+    wmi->GetValue(L"DeviceID", drive.device_id);
+    wmi->GetValue(L"SerialNumber", drive.serial);
   }
   return drives;
 }
 
 // The last row wins.
 std::string ReadMediaSerial(WMIClient& wmi, const std::string& device_id) {
-  RequireSuccess(wmi.ExecQuery(kMediaQueryStart + Widen(DoubleBackslashes(device_id)) + kMediaQueryEnd), kMediaFailure);
+  RequireSuccess(wmi.ExecQuery(kMediaQueryStart + WidenBytes(DoubleBackslashes(device_id)) + kMediaQueryEnd),
+                 kMediaFailure);
   std::string serial;
   while (wmi.Next()) wmi.GetValue(L"SerialNumber", serial);
   return serial;
 }
 
-std::vector<std::string> ReadPartitions(WMIClient& wmi, const std::string& drive_id) {
-  RequireSuccess(wmi.ExecQuery(kPartitionsQueryStart + Widen(drive_id) + kPartitionsQueryEnd), kPartitionsFailure);
+std::vector<std::string> ReadPartitions(WMIClient* wmi, const std::string& drive_id) {
+  RequireSuccess(RunQuery(wmi, kPartitionsQueryStart + WidenBytes(drive_id) + kPartitionsQueryEnd), kPartitionsFailure);
   std::vector<std::string> ids;
-  while (wmi.Next()) wmi.GetValue(L"DeviceID", ids.emplace_back());
+  while (wmi->Next()) wmi->GetValue(L"DeviceID", ids.emplace_back());
   return ids;
 }
 
@@ -99,9 +102,10 @@ struct Space {
   std::uint64_t size_bytes = 0;
 };
 
-// A partition holds one logical disk at most.
+// A partition holds one logical disk at most. Its ID is a text in the language of the system ("Datenträger Nr. 0,
+// Partition Nr. 1"), unlike that of a drive.
 Space ReadLogicalDisk(WMIClient& wmi, const std::string& partition_id) {
-  RequireSuccess(wmi.ExecQuery(kLogicalDisksQueryStart + Widen(partition_id) + kLogicalDisksQueryEnd),
+  RequireSuccess(wmi.ExecQuery(kLogicalDisksQueryStart + text::ToWide(partition_id) + kLogicalDisksQueryEnd),
                  kLogicalDisksFailure);
   Space space;
   if (wmi.Next()) {
@@ -153,7 +157,7 @@ StorageInfoMsg::StorageInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbio
 
 void StorageInfoMsg::PopulateStorageAndUploadProtos() {
   auto& hardware = *static_cdm_->mutable_hw_info();
-  const std::vector<Drive> drives = ReadDrives(*wmi_client_);
+  const std::vector<Drive> drives = ReadDrives(wmi_client_);
   // By device ID: of several rows with the same one, the last row's serial number stands for all.
   std::map<std::string, std::string> serials;
   for (const Drive& drive : drives) {
@@ -176,7 +180,7 @@ void StorageInfoMsg::PopulateStorageAndUploadProtos() {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature
 float StorageInfoMsg::GetDiskUsagePercent(std::string device_id) {
   Space sum;
-  for (const std::string& partition : ReadPartitions(*wmi_client_, device_id)) {
+  for (const std::string& partition : ReadPartitions(wmi_client_, device_id)) {
     const Space space = ReadLogicalDisk(*wmi_client_, partition);
     sum.free_bytes += space.free_bytes;
     sum.size_bytes += space.size_bytes;

@@ -2,10 +2,13 @@
 
 #include <typeinfo>
 
-#include "zt/shared/wmi/wmi_client.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {
+
+std::int32_t RunQuery(shared::wmi::WMIClient* client, const std::wstring& wql) {
+  return client != nullptr ? client->ExecQuery(wql) : kNoClient;
+}
 
 void RequireSuccess(std::int32_t status, const std::string& description) {
   if (status == shared::wmi::kSuccess) return;

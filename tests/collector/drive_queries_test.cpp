@@ -1,3 +1,4 @@
+#include "simulation/profile.h"
 #include "storage_sampler_fixture.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -16,6 +17,29 @@ TEST_F(StorageSampler, AsksForDrivesThenForPartitionsThenForEachLogicalDisk) {
                           "ASSOCIATORS OF {Win32_DiskPartition.DeviceID='Disk #0, Partition #1'} "
                           "WHERE ResultClass = Win32_LogicalDisk",
                           kPartitionsOfDrive1));
+}
+
+TEST_F(StorageSampler, APartitionsIdIsATextOfAnyLanguage) {
+  AddDrive(kDrive0, "S4EV");
+  AddPartition(kDrive0, "Datenträger Nr. 0, Partition Nr. 1", {{"FreeSpace", "1"}, {"Size", "4"}});
+  AddPartition(kDrive0, "ディスク 0、パーティション 2 🖴", {{"FreeSpace", "1"}, {"Size", "4"}});
+  EXPECT_THAT(Sample(), ElementsAre(Drive("S4EV", 75)));
+  EXPECT_THAT(
+      simulation::RecordedQueries(),
+      ElementsAre(kDrivesQuery, kPartitionsOfDrive0,
+                  "ASSOCIATORS OF {Win32_DiskPartition.DeviceID='Datenträger Nr. 0, Partition Nr. 1'} "
+                  "WHERE ResultClass = Win32_LogicalDisk",
+                  "ASSOCIATORS OF {Win32_DiskPartition.DeviceID='ディスク 0、パーティション 2 🖴'} "
+                  "WHERE ResultClass = Win32_LogicalDisk"));
+}
+
+TEST_F(StorageSampler, ADrivesIdIsWidenedByteByByteWithItsSign) {
+  AddDrive("é", "");  // the bytes C3 and A9
+  Sample();
+  EXPECT_THAT(
+      simulation::RecordedQueries(),
+      ElementsAre(kDrivesQuery, "SELECT SerialNumber FROM Win32_PhysicalMedia WHERE Tag = '\uFFC3\uFFA9'",
+                  "ASSOCIATORS OF {Win32_DiskDrive.DeviceID='\uFFC3\uFFA9'} WHERE ResultClass = Win32_DiskPartition"));
 }
 
 TEST_F(StorageSampler, WithoutDrivesOneQueryRuns) {
@@ -75,6 +99,39 @@ TEST_F(StorageSampler, ACopyOfAnotherBuilderUsesItsClient) {
 }
 
 class StorageCycle : public CollectorTest {};
+
+// A drive as Windows in German shows it: two partitions, of which the second has a logical disk of 400 GB, 100 of them
+// free.
+constexpr char kGermanMachine[] = R"({
+  "wmi": {
+    "classes": {
+      "Win32_DiskDrive": [{"DeviceID": "\\\\.\\PHYSICALDRIVE0", "SerialNumber": "S4EV"}]
+    },
+    "associations": [
+      {
+        "of": "Win32_DiskDrive.DeviceID='\\\\.\\PHYSICALDRIVE0'",
+        "result_class": "Win32_DiskPartition",
+        "rows": [
+          {"DeviceID": "Datenträger Nr. 0, Partition Nr. 0"},
+          {"DeviceID": "Datenträger Nr. 0, Partition Nr. 1"}
+        ]
+      },
+      {
+        "of": "Win32_DiskPartition.DeviceID='Datenträger Nr. 0, Partition Nr. 1'",
+        "result_class": "Win32_LogicalDisk",
+        "rows": [{"DeviceID": "C:", "FreeSpace": "100000000000", "Size": "400000000000"}]
+      }
+    ]
+  }
+})";
+
+TEST_F(StorageCycle, AMachineInGermanIsSentWithTheUseOfItsDrive) {
+  simulation::UseMachine(simulation::ParseProfile(kGermanMachine, "german"));
+  Execute(50);
+  ASSERT_EQ(OnlySent().hw_info().storage_drives_info_size(), 1);
+  EXPECT_EQ(OnlySent().hw_info().storage_drives_info(0).drive_serial_number(), "S4EV");
+  EXPECT_EQ(OnlySent().hw_info().storage_drives_info(0).utilization_percent(), 75.0F);
+}
 
 TEST_F(StorageCycle, AFailedQueryIsOneErrorLineAndTheRecordIsSent) {
   simulation::Machine machine;

@@ -61,6 +61,15 @@ TEST_F(MemorySampler, UsesThousandsOfBytesForTheTotalAndKibibytesForTheFreePart)
   EXPECT_FLOAT_EQ(section.utilization_physical_percent(), 53.43F);
 }
 
+TEST_F(MemorySampler, TakesTheUsedPartInSinglePrecision) {
+  machine_.wmi.classes["Win32_ComputerSystem"] = {{{"TotalPhysicalMemory", "32500982000"}}};
+  machine_.wmi.classes["Win32_OperatingSystem"] = {{{"FreePhysicalMemory", "13863295"}}};
+  const auto& section = Sample();
+  EXPECT_EQ(section.used_physical_memory_kb(), 18637687U);
+  // In double precision throughout it would be 57.34.
+  EXPECT_EQ(section.utilization_physical_percent(), 57.35F);
+}
+
 TEST_F(MemorySampler, ReportsVirtualMemoryAsRead) {
   const auto& section = Sample();
   EXPECT_EQ(section.total_virtual_memory_kb(), 20000000U);

@@ -15,9 +15,9 @@ class ProcessOperationsTest : public ProcessSamplerTest {
   const auto& SampleUtilization() { return SampleOnly().resource_utilization_info(); }
 
   /// The error of a row that is read for `table`.
-  static Error TakeAndFail(const shared::wmi::WMIClient& wmi, ProcessTable& table) {
+  static Error FindAndFail(const shared::wmi::WMIClient& wmi, const ProcessTable& table) {
     try {
-      TakeProcessOfRow(wmi, table);
+      FindProcessOfRow(wmi, table);
     } catch (const Error& error) {
       return error;
     }
@@ -136,12 +136,30 @@ TEST_F(ProcessOperationsTest, ARowOfAnUnlistedProcessIsLeftOutWithALineAndTheRes
   EXPECT_THAT(log_.Messages(plog::error), IsEmpty());
 }
 
-TEST_F(ProcessOperationsTest, ASecondRowOfTheSameProcessIsLeftOut) {
-  AddProcess(12, 50, "editor");
+// Its figures are turned into the record's units once more, and what is left of the peak is nothing.
+TEST_F(ProcessOperationsTest, ASecondRowOfAProcessLeavesItOutOfTheRecord) {
+  AddProcess(12, 50, "editor").peak_working_set_bytes = 0xFFFF'FFFF;
+  AddProcess(34, 40, "compiler");
   machine_.wmi.classes[kOperationsClass].push_back({{"ProcessId", 12}, {"WriteOperationCount", "1"}});
-  const auto& process = SampleOnly();
-  EXPECT_EQ(process.resource_utilization_info().io_writes(), 4096U);
-  EXPECT_EQ(process.resource_utilization_info().memory_utilization_mb(), 64.0F);
+  Sample();
+  EXPECT_THAT(Names(), ElementsAre("compiler"));
+  EXPECT_THAT(log_.Messages(plog::warning), IsEmpty());
+}
+
+TEST_F(ProcessOperationsTest, ASecondRowOfAProcessFindsTheSameRecordAgain) {
+  AddProcess(12, 50);
+  machine_.wmi.classes[kOperationsClass].push_back({{"ProcessId", 12}, {"WriteOperationCount", "1"}});
+  simulation::UseMachine(machine_);
+  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  ASSERT_EQ(wmi.ExecQuery(L"SELECT ProcessId, WriteOperationCount, ReadOperationCount FROM Win32_Process"), 0);
+  const ProcessTable table = {{"12", std::make_shared<WMIProcessInfo>()}};
+  ASSERT_TRUE(wmi.Next());
+  EXPECT_EQ(FindProcessOfRow(wmi, table), table.at("12"));
+  EXPECT_EQ(table.at("12")->io_writes, 4096U);
+  ASSERT_TRUE(wmi.Next());
+  EXPECT_EQ(FindProcessOfRow(wmi, table), table.at("12"));
+  EXPECT_EQ(table.at("12")->io_writes, 1U);
+  EXPECT_EQ(table.at("12")->io_reads, 2048U) << "a count that cannot be read stays as it is";
 }
 
 TEST_F(ProcessOperationsTest, ARowWithoutAnIdIsAnErrorThatSaysSo) {
@@ -151,7 +169,7 @@ TEST_F(ProcessOperationsTest, ARowWithoutAnIdIsAnErrorThatSaysSo) {
   ASSERT_EQ(wmi.ExecQuery(L"SELECT WriteOperationCount FROM Win32_Process"), 0);
   ASSERT_TRUE(wmi.Next());
   ProcessTable table = {{"12", std::make_shared<WMIProcessInfo>()}};
-  const Error error = TakeAndFail(wmi, table);
+  const Error error = FindAndFail(wmi, table);
   EXPECT_EQ(error.description, "ProcessId value could not be read...");
   EXPECT_EQ(error.code, shared::wmi::kPropertyNotFound);
   EXPECT_EQ(table.size(), 1U);
@@ -164,7 +182,7 @@ TEST_F(ProcessOperationsTest, ARowOfAnUnlistedProcessIsAnErrorThatSaysSo) {
   ASSERT_EQ(wmi.ExecQuery(L"SELECT ProcessId FROM Win32_Process"), 0);
   ASSERT_TRUE(wmi.Next());
   ProcessTable table = {{"13", std::make_shared<WMIProcessInfo>()}};
-  EXPECT_EQ(TakeAndFail(wmi, table).description, "unknown Win32_Process entry found...");
+  EXPECT_EQ(FindAndFail(wmi, table).description, "unknown Win32_Process entry found...");
 }
 
 TEST_F(ProcessOperationsTest, AFailedSecondQueryCostsTheProcessesAndIsToldInTheLog) {

@@ -119,6 +119,24 @@ TEST(AmdCalls, ThatAllSucceedReleaseEveryInterfaceOnce) {
   ExpectNoReferenceLeft();
 }
 
+TEST(AmdCalls, RunInTheirOrder) {
+  Ask<AmdCardInfo>(OneCard());
+  EXPECT_THAT(
+      CallsInOrder(),
+      testing::ElementsAre("ADLXQueryVersion", "ADLXInitialize", "IADLXSystem::GetPerformanceMonitoringServices",
+                           "IADLXSystem::GetGPUs", "IADLXGPUList::Begin", "IADLXGPUList::End",
+                           "IADLXGPUList::At_GPUList", "IADLXPerformanceMonitoringServices::GetSupportedGPUMetrics",
+                           "IADLXPerformanceMonitoringServices::GetCurrentGPUMetrics", "IADLXGPU::DeviceId",
+                           "IADLXGPUMetricsSupport::IsSupportedGPUUsage", "IADLXGPUMetrics::GPUUsage",
+                           "IADLXGPUMetricsSupport::IsSupportedGPUClockSpeed", "IADLXGPUMetrics::GPUClockSpeed",
+                           "IADLXGPUMetricsSupport::IsSupportedGPUVRAMClockSpeed", "IADLXGPUMetrics::GPUVRAMClockSpeed",
+                           "IADLXGPUMetricsSupport::IsSupportedGPUTemperature", "IADLXGPUMetrics::GPUTemperature",
+                           "IADLXGPUMetricsSupport::IsSupportedGPUVRAM", "IADLXGPUMetrics::GPUVRAM",
+                           "IADLXGPU::TotalVRAM", "IADLXGPU::VendorId", "IADLXGPUMetrics::Release",
+                           "IADLXGPUMetricsSupport::Release", "IADLXGPU::Release", "IADLXGPUList::Release",
+                           "IADLXPerformanceMonitoringServices::Release", "ADLXTerminate"));
+}
+
 TEST(AmdCalls, ACardThatTheListDoesNotGiveIsPassedOver) {
   Machine machine = WithAmd({FullAmdCard("a"), FullAmdCard("b"), FullAmdCard("c")});
   machine.adlx->gpus[1].open = 3;

@@ -40,6 +40,13 @@ TEST(AmdCards, FillsWhatTheLibraryTells) {
   EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
 }
 
+TEST(AmdCards, TheLibraryIsLookedForInTheFoldersOfApplicationUserAndSystem) {
+  Ask<AmdCardInfo>(WithAmd({}));
+  constexpr std::uint32_t kApplicationUserSystemAndDefaultFolders = 0x200 | 0x400 | 0x800 | 0x1000;
+  EXPECT_THAT(CurrentVendorRecord().search_flags,
+              testing::ElementsAre(testing::Pair("amdadlx64.dll", kApplicationUserSystemAndDefaultFolders)));
+}
+
 TEST(AmdCards, AMachineWithoutTheLibraryFails) {
   const Answer answer = Ask<AmdCardInfo>({});
   EXPECT_EQ(answer.error, Error(5, 3, "Error while initializing ADLX lib", typeid(ADLX_RESULT).name(), ""));
@@ -87,6 +94,14 @@ TEST(AmdCards, AClockBelowZeroIsPassedOn) {
 
 TEST(AmdCards, TheMemoryShareIsThatOfMemoryInUse) {
   EXPECT_EQ(AskOne(FullAmdCard()).memory_controller_utilization_percent, 25.0F);
+}
+
+TEST(AmdCards, TheMemoryShareIsComputedInSinglePrecision) {
+  AdlxGpu gpu = FullAmdCard();
+  gpu.memory_used_mb = 1234;
+  gpu.total_memory_mb = 16368U;
+  // In double precision it would be 7.53910065.
+  EXPECT_EQ(AskOne(gpu).memory_controller_utilization_percent, 7.53910112F);
 }
 
 TEST(AmdCards, WithoutATotalTheMemoryShareIsNoNumberOrInfinite) {

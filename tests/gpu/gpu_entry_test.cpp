@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "gpu_fixture.h"
+#include "samplers/gpu/gpu_entry.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -82,6 +83,16 @@ TEST_F(GpuSampler, ASerialNumberIsCutToSixtyFourBytes) {
 
 TEST_F(GpuSampler, ACardWithoutAStatusTextIsCappedForAnUnknownReason) {
   EXPECT_EQ(SampleOne(WithAmd({FullAmdCard()})).performance_capped_reason(), "unknown");
+}
+
+TEST(GpuEntry, TextsAreCutToSixtyFourBytes) {
+  GraphicCardInfo card;
+  card.status_text = std::string(65, 'r');
+  card.serial_number = std::string(65, 's');
+  PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo entry;
+  FillEntry(card, entry);
+  EXPECT_EQ(entry.performance_capped_reason(), std::string(64, 'r'));
+  EXPECT_EQ(entry.graphics_card_serial_number(), std::string(64, 's'));
 }
 
 TEST_F(GpuSampler, EveryReasonThatCardsGiveFitsItsField) {

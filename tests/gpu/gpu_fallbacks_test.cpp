@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "gpu_fixture.h"
+#include "simulation/firmware_observer.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -127,6 +128,50 @@ TEST_F(GpuSampler, FirmwareWithoutTheInterfaceLeavesTheTemperatureAtZero) {
   Machine machine = WithoutTemperature({});
   machine.private_bios.clear();
   EXPECT_EQ(SampleOne(machine).temperature_celsius(), 0U);
+}
+
+TEST_F(GpuSampler, AClientThatThrowsLeavesTheCardUnknownAndItsTemperatureIsStillAskedFor) {
+  Machine machine = WithoutSerial();
+  AddController(machine, "first");
+  machine.nvml->devices[0].temperature_celsius = tests::Failure{3};
+  machine.private_bios = {ThermalReply({1, 55})};
+  shared::wmi::ObserveQueries([](const std::wstring& wql) {
+    if (wql.find(L"PNPDeviceID") != std::wstring::npos) throw std::string("the client broke");
+  });
+  const auto& entry = SampleOne(machine);
+  shared::wmi::ObserveQueries({});
+  EXPECT_EQ(entry.graphics_card_serial_number(), "unknown");
+  EXPECT_EQ(entry.temperature_celsius(), 55U);
+}
+
+TEST_F(GpuSampler, AFirmwareClientThatThrowsLeavesTheTemperatureAtZeroAndTheCardsAreWritten) {
+  Machine machine = WithoutTemperature(ThermalReply({1, 55}));
+  tests::AddIntelGraphics(machine, "intel", 349);
+  simulation::ObserveFirmwareCommands([] { throw std::string("the client broke"); });
+  const auto& hardware = Sample(machine);
+  simulation::ObserveFirmwareCommands({});
+  EXPECT_THAT(Serials(), ElementsAre("1650000000001", "1650000000001", "intel"));
+  EXPECT_EQ(hardware.gpus_info(1).temperature_celsius(), 0U);
+}
+
+TEST_F(GpuSampler, WithoutAWmiClientTheCardIsUnknownAndThereIsNoIntelGraphics) {
+  Machine machine = WithoutSerial();
+  tests::AddIntelGraphics(machine, "intel", 349);
+  shared::ztbios::PrivateBiosWmi bios;
+  SampleWith(machine, nullptr, &bios);
+  EXPECT_THAT(Serials(), ElementsAre("unknown"));
+}
+
+TEST_F(GpuSampler, WithoutAFirmwareClientTheTemperatureStaysAtZero) {
+  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  const auto& hardware = SampleWith(WithoutTemperature(ThermalReply({1, 55})), &wmi, nullptr);
+  ASSERT_EQ(hardware.gpus_info_size(), 1);
+  EXPECT_EQ(hardware.gpus_info(0).temperature_celsius(), 0U);
+}
+
+TEST_F(GpuSampler, WithoutAnyClientCardsOfALibraryAreWritten) {
+  SampleWith(WithNvidia({FullNvidiaCard()}), nullptr, nullptr);
+  EXPECT_THAT(Serials(), ElementsAre("1650000000001"));
 }
 
 // The two ways, by themselves.

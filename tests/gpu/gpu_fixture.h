@@ -27,12 +27,18 @@ class GpuSampler : public testing::Test {
  protected:
   /// Samples the machine into an empty record.
   const PcLogPerformanceSamplesAsCDM_HwInfo& Sample(tests::Machine machine) {
+    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+    shared::ztbios::PrivateBiosWmi bios;
+    return SampleWith(std::move(machine), &wmi, &bios);
+  }
+
+  /// The same with these clients, which may be null.
+  const PcLogPerformanceSamplesAsCDM_HwInfo& SampleWith(tests::Machine machine, shared::wmi::WMIClient* wmi,
+                                                        shared::ztbios::PrivateBiosWmi* bios) {
     simulation::UseMachine(std::move(machine));
     PerfMessages::static_cdm_.reset();
     PerfMessages::Init(this, 50);
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-    shared::ztbios::PrivateBiosWmi bios;
-    GPUInfoMsg(&wmi, &bios).PopulateStorageAndUploadProtos();
+    GPUInfoMsg(wmi, bios).PopulateStorageAndUploadProtos();
     return PerfMessages::static_cdm_->hw_info();
   }
 
@@ -84,6 +90,11 @@ inline std::string Describe(const GraphicCardInfo& card) {
 /// How often a function of a vendor's library was called on the current machine.
 inline std::uint64_t Calls(const std::string& function) {
   return CurrentVendorRecord().calls[function];
+}
+
+/// The calls of the vendors' libraries on the current machine, in their order.
+inline const std::vector<std::string>& CallsInOrder() {
+  return CurrentVendorRecord().first_calls;
 }
 
 /// That every interface was released once, before the library was stopped.

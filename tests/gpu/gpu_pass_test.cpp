@@ -1,6 +1,8 @@
 // Which cards a pass writes, and in which order.
 #include "gpu_fixture.h"
+#include "plugin/logger_export.h"
 #include "simulation/profile.h"
+#include "support/recording_log.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -144,6 +146,27 @@ TEST_F(GpuSampler, TheWorkstationShowsItsCardsInTheRepeatedOrder) {
   const std::string n1 = "1650000000001";
   const std::string n2 = "1650000000002";
   EXPECT_THAT(Serials(), ElementsAre(n1, n2, n1, n2, "744C", n1, n2, "744C", "5CG0000002"));
+}
+
+TEST_F(GpuSampler, VendorsThatFailCostNoLineOfTheLog) {
+  tests::RecordingLog log;
+  ztSharedInitializeLogger(plog::verbose, &log);
+  Machine machine = WithNvidia({FullNvidiaCard("good"), FullNvidiaCard("bad")});
+  machine.nvml->devices[1].open = 15;
+  machine.adlx.emplace().initialize = 5;
+  machine.wmi.failures = {{"", -2147217407, {}, 0}};
+  EXPECT_EQ(Sample(machine).gpus_info_size(), 0);
+  EXPECT_EQ(Sample({}).gpus_info_size(), 0) << "a machine without the libraries";
+  EXPECT_THAT(log.Messages(), IsEmpty());
+}
+
+TEST_F(GpuSampler, WaysRoundAMissingFigureThatFailCostNoLineOfTheLog) {
+  tests::RecordingLog log;
+  ztSharedInitializeLogger(plog::verbose, &log);
+  Machine machine = WithNvidia({tests::NvmlDevice()});
+  machine.wmi.failures = {{"", -2147217407, {}, 0}};
+  EXPECT_EQ(Sample(machine).gpus_info_size(), 1);
+  EXPECT_THAT(log.Messages(), IsEmpty());
 }
 
 // Each vendor works or fails, in all combinations.

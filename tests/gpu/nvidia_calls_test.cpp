@@ -119,6 +119,17 @@ TEST(NvidiaCalls, ThatAllSucceedFillTheWholeCard) {
   EXPECT_EQ(Describe(answer.cards[0]), Describe(FullAnswer()));
 }
 
+TEST(NvidiaCalls, RunInTheirOrder) {
+  Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
+  EXPECT_THAT(CallsInOrder(),
+              testing::ElementsAre(
+                  "nvmlInit_v2", "nvmlDeviceGetCount_v2", "nvmlDeviceGetHandleByIndex_v2", "nvmlDeviceGetSerial",
+                  "nvmlDeviceGetPciInfo_v3", "nvmlDeviceGetCurrentClocksThrottleReasons", "nvmlDeviceGetTemperature",
+                  "nvmlDeviceGetClock(2)", "nvmlDeviceGetClock(0)", "nvmlDeviceGetMemoryBusWidth",
+                  "nvmlDeviceGetMemoryInfo", "nvmlDeviceGetUtilizationRates", "nvmlDeviceGetEncoderUtilization",
+                  "nvmlDeviceGetDecoderUtilization", "nvmlShutdown"));
+}
+
 TEST(NvidiaCalls, ThatAllFailLeaveAnEmptyCardAndASuccess) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({NvmlDevice()}));
   EXPECT_EQ(answer.error, Error());

@@ -1,5 +1,6 @@
 // The figures of NVIDIA's cards.
 #include <cmath>
+#include <iterator>
 
 #include "gpu_fixture.h"
 #include "samplers/gpu/nvidia_card_info.h"
@@ -74,6 +75,17 @@ TEST(NvidiaCards, ACountThatFailsIsASuccessWithoutCards) {
   EXPECT_THAT(answer.cards, IsEmpty());
 }
 
+TEST(NvidiaCards, ACountBelowZeroIsASuccessWithoutCards) {
+  for (const std::uint32_t count : {4294967295U, 2147483648U}) {
+    Machine machine = WithNvidia({FullNvidiaCard()});
+    machine.nvml->count = count;
+    const Answer answer = Ask<NvidiaCardInfo>(machine);
+    EXPECT_EQ(answer.error, Error());
+    EXPECT_THAT(answer.cards, IsEmpty());
+    EXPECT_EQ(Calls("nvmlDeviceGetHandleByIndex_v2"), 0U);
+  }
+}
+
 TEST(NvidiaCards, ThirtyThreeCardsAreAllTold) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia(std::vector<NvmlDevice>(33, FullNvidiaCard())));
   EXPECT_EQ(answer.error, Error());
@@ -145,17 +157,62 @@ TEST(NvidiaCards, ABusTextOfAnotherFormGivesZeroOrItsDigits) {
   EXPECT_EQ(BusOf("0:2147483648:00.0"), 0U);
 }
 
+// What hosts compare the texts with.
+struct ListedText {
+  std::uint64_t value;
+  const char* text;
+};
+
+constexpr ListedText kReasonTexts[] = {
+    {0, "Clocks are as high as possible"},
+    {0x1, "Clocks are dropping because the GPU is in Idle state"},
+    {0x2, "Clocks are limited by current setting of applications clocks"},
+    {0x4, "Clocks have been optimized to not exceed set power limits"},
+    {0x8, "Hardware Slowdown is engaged"},
+    {0x10, "This GPU has been added to a Sync boost group"},
+    {0x20, "Software Thermal Slowdown"},
+    {0x40, "Hardware Thermal Slowdown"},
+    {0x80, "Hardware Power Brake Slowdown"},
+    {0x100, "GPU clocks are limited by current setting of Display clocks"},
+};
+
+constexpr ListedText kStatusTexts[] = {
+    {0, "The operation was successful"},
+    {1, "NVML was not first initialized with nvmlInit()"},
+    {2, "A supplied argument is invalid"},
+    {3, "The requested operation is not available on target device"},
+    {4, "The current user does not have permission for operation"},
+    {5, "Deprecated: Multiple initializations are now allowed through ref counting"},
+    {6, "A query to find an object was unsuccessful"},
+    {7, "An input argument is not large enough"},
+    {8, "A device's external power cables are not properly attached"},
+    {9, "NVIDIA driver is not loaded"},
+    {10, "User provided timeout passed"},
+    {11, "NVIDIA Kernel detected an interrupt issue with a GPU"},
+    {12, "NVML Shared Library couldn't be found or loaded"},
+    {13, "Local version of NVML doesn't implement this function"},
+    {14, "infoROM is corrupted"},
+    {15, "The GPU has fallen off the bus or has otherwise become inaccessible"},
+    {16, "The GPU requires a reset before it can be used again"},
+    {17, "The GPU control device has been blocked by the operating system/cgroups"},
+    {18, "RM detects a driver/library version mismatch"},
+    {19, "An operation cannot be performed because the GPU is currently in use"},
+    {20, "Insufficient memory"},
+    {21, "No data"},
+    {22, "The requested vgpu operation is not available on target device, becasue ECC is enabled"},
+    {23, "Ran out of critical resources, other than memory"},
+    {24, "Ran out of critical resources, other than memory"},
+    {25, "The provided version is invalid/unsupported"},
+    {26, "The requested functionality has been deprecated"},
+    {27, "The system is not ready for the request"},
+    {28, "No GPUs were found"},
+    {29, "Resource not in correct state to perform requested operation"},
+    {999, "An internal driver error occurred"},
+};
+
 TEST(NvidiaCards, EachSingleReasonHasItsText) {
-  EXPECT_EQ(StatusOf(0), "Clocks are as high as possible");
-  EXPECT_EQ(StatusOf(0x1), "Clocks are dropping because the GPU is in Idle state");
-  EXPECT_EQ(StatusOf(0x2), "Clocks are limited by current setting of applications clocks");
-  EXPECT_EQ(StatusOf(0x4), "Clocks have been optimized to not exceed set power limits");
-  EXPECT_EQ(StatusOf(0x8), "Hardware Slowdown is engaged");
-  EXPECT_EQ(StatusOf(0x10), "This GPU has been added to a Sync boost group");
-  EXPECT_EQ(StatusOf(0x20), "Software Thermal Slowdown");
-  EXPECT_EQ(StatusOf(0x40), "Hardware Thermal Slowdown");
-  EXPECT_EQ(StatusOf(0x80), "Hardware Power Brake Slowdown");
-  EXPECT_EQ(StatusOf(0x100), "GPU clocks are limited by current setting of Display clocks");
+  static_assert(std::size(kReasonTexts) == 10);
+  for (const ListedText& listed : kReasonTexts) EXPECT_EQ(StatusOf(listed.value), listed.text) << listed.value;
 }
 
 TEST(NvidiaCards, ReasonsTogetherAndUnknownOnesHaveNoText) {
@@ -193,15 +250,19 @@ TEST(NvidiaCards, ASerialNumberThatDoesNotFitIsNone) {
 }
 
 TEST(NvmlTexts, EveryListedCodeHasItsText) {
-  EXPECT_EQ(DescribeNvmlReturn(NVML_SUCCESS), "The operation was successful");
-  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(3)), "The requested operation is not available on target device");
-  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(22)),
-            "The requested vgpu operation is not available on target device, becasue ECC is enabled");
-  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(23)), "Ran out of critical resources, other than memory");
-  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(24)), DescribeNvmlReturn(nvmlReturn_t(23)));
-  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(29)), "Resource not in correct state to perform requested operation");
-  EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(999)), "An internal driver error occurred");
-  for (int code = 0; code < 30; ++code) EXPECT_NE(DescribeNvmlReturn(nvmlReturn_t(code)), "") << code;
+  static_assert(std::size(kStatusTexts) == 31);
+  for (const ListedText& listed : kStatusTexts) {
+    EXPECT_EQ(DescribeNvmlReturn(static_cast<nvmlReturn_t>(listed.value)), listed.text) << listed.value;
+  }
+}
+
+TEST(NvidiaCards, AStartThatFailsIsToldWithTheTextOfItsCode) {
+  for (const ListedText& listed : kStatusTexts) {
+    if (listed.value == NVML_SUCCESS) continue;
+    Machine machine = WithNvidia({FullNvidiaCard()});
+    machine.nvml->init = static_cast<std::uint32_t>(listed.value);
+    EXPECT_EQ(Ask<NvidiaCardInfo>(machine).error, NvmlError(static_cast<std::int64_t>(listed.value), listed.text));
+  }
 }
 
 TEST(NvmlTexts, AnyOtherCodeHasNone) {

@@ -55,7 +55,57 @@ ZT_OBJECT_WITHOUT_TYPE std::size_t SlotOf(Result (Interface::*method)(Parameters
 TEST(AdlxInterfaces, CountReferencesInTheFirstSlots) {
   EXPECT_EQ(SlotOf(&IADLXInterface::Acquire), 0U);
   EXPECT_EQ(SlotOf(&IADLXInterface::Release), 1U);
-  EXPECT_EQ(SlotOf(&IADLXInterface::QueryInterface), 2U);
+}
+
+// A method whose parameters are not declared cannot be called by mistake: in each interface one that stands for all.
+template <typename Interface>
+constexpr bool kHasQueryInterface = requires(Interface& object) {
+  object.QueryInterface();
+};
+template <typename Interface>
+constexpr bool kHasName = requires(Interface& object) {
+  object.Name();
+};
+template <typename Interface>
+constexpr bool kHasAt = requires(Interface& object) {
+  object.At();
+};
+template <typename Interface>
+constexpr bool kHasTimeStamp = requires(Interface& object) {
+  object.TimeStamp();
+};
+template <typename Interface>
+constexpr bool kHasPower = requires(Interface& object) {
+  object.IsSupportedGPUPower();
+};
+template <typename Interface>
+constexpr bool kHasHistory = requires(Interface& object) {
+  object.GetAllMetricsHistory();
+};
+template <typename Interface>
+constexpr bool kHasLog = requires(Interface& object) {
+  object.EnableLog();
+};
+static_assert(!kHasQueryInterface<IADLXInterface> && !kHasName<IADLXGPU> && !kHasAt<IADLXGPUList> &&
+              !kHasTimeStamp<IADLXGPUMetrics> && !kHasPower<IADLXGPUMetricsSupport> &&
+              !kHasHistory<IADLXPerformanceMonitoringServices> && !kHasLog<IADLXSystem>);
+
+// An implementation as the stand-in has one.
+class ImplementedInterface final : public IADLXInterface {
+ public:
+  std::int32_t Acquire() override { return 1; }
+  std::int32_t Release() override { return 0; }
+};
+
+// Calls the slot of an object's table.
+ZT_OBJECT_WITHOUT_TYPE void CallSlot(void* object, std::size_t slot) {
+  (*static_cast<const Slot* const*>(object))[slot](object, nullptr, nullptr);
+}
+
+TEST(AdlxInterfacesDeathTest, AnImplementationsSlotOfAMethodThatNobodyDeclaredEndsTheProgram) {
+  ImplementedInterface object;
+  constexpr std::size_t kQueryInterface = 2;
+  EXPECT_DEATH(CallSlot(static_cast<IADLXInterface*>(&object), kQueryInterface), "");
 }
 
 TEST(AdlxInterfaces, TheSystemsMethodsAreInTheirSlots) {

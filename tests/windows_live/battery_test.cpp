@@ -1,4 +1,5 @@
 #include <windows.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -11,13 +12,13 @@
 #include "samplers/battery_info_msg.h"
 #include "zt/shared/battery/zt_batteries.h"
 
-// The batteries of this very system: none, as under Wine; where there are some, each has figures.
+// The batteries of this very system, which has none: as under Wine, and on the machines that build. What becomes of a
+// battery's answers is tested over scripted devices.
 namespace zt::tests {
 namespace {
 
 using shared::battery::DeviceInterfacePaths;
 using shared::battery::ZTBatteries;
-using shared::battery::ZTBatteryInfo;
 using telemetry::collector::performancesamples::BatteryInfoMsg;
 using telemetry::collector::performancesamples::PerfMessages;
 using telemetry::collector::performancesamples::platform::BatteryFlag;
@@ -43,26 +44,27 @@ TEST(DeviceInterfaces, AnInterfaceThatNoDeviceOffersHasNoPaths) {
   EXPECT_TRUE(DeviceInterfacePaths(kNoInterface).empty());
 }
 
-TEST(LiveBatteries, AreNoMoreThanTheDevicesAndHaveFigures) {
-  ZTBatteries batteries(true, true, nullptr, nullptr);
-  const std::size_t devices = DeviceInterfacePaths(kBatteries).size();
-  for (unsigned index = 0; index < 256; ++index) {
-    ZTBatteryInfo* const battery = batteries.Query(static_cast<unsigned char>(index));
-    if (battery == nullptr) continue;
-    EXPECT_LT(index, devices);
-    EXPECT_GE(battery->GetFullChargePercent(), 0.0F);
-    EXPECT_EQ(battery->GetStatusCode() & 0x80, 0x80);
+// The indices at which the library has a battery.
+std::vector<int> IndicesOf(ZTBatteries& batteries) {
+  std::vector<int> indices;
+  for (int index = 0; index < 256; ++index) {
+    if (batteries.Query(static_cast<unsigned char>(index)) != nullptr) indices.push_back(index);
   }
+  return indices;
 }
 
-TEST(LiveBatteries, AreInTheRecordWhenThePowerStatusTellsOfThem) {
+TEST(LiveBatteries, AreNoneWhereThereIsNoDevice) {
+  if (!DeviceInterfacePaths(kBatteries).empty()) GTEST_SKIP() << "this system has a battery";
+  ZTBatteries batteries(true, true, nullptr, nullptr);
+  EXPECT_THAT(IndicesOf(batteries), testing::IsEmpty());
+}
+
+TEST(LiveBatteries, AreNotAddedToTheRecordWhereThereIsNoDevice) {
+  if (!DeviceInterfacePaths(kBatteries).empty()) GTEST_SKIP() << "this system has a battery";
   PerfMessages::Init(nullptr, 50);
   BatteryInfoMsg().PopulateStorageAndUploadProtos();
-  const bool flagged = BatteryFlag() != 128 && BatteryFlag() != 255;
-  ZTBatteries batteries(true, true, nullptr, nullptr);
-  const int expected = flagged ? (batteries.Query(0) != nullptr) + (batteries.Query(1) != nullptr) : 0;
-  EXPECT_EQ(PerfMessages::static_cdm_->hw_info().batteries_info_size(), expected);
-  EXPECT_EQ(PerfMessages::amd_pmf_->has_battery_full_charge_capacity_mwh(), expected > 0);
+  EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());
+  EXPECT_FALSE(PerfMessages::amd_pmf_->has_battery_full_charge_capacity_mwh());
 }
 
 }  // namespace

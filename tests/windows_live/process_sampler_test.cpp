@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -70,10 +69,12 @@ TEST_F(ProcessSamplerLiveTest, TellsTheSession) {
   EXPECT_TRUE(session.has_time_since_last_logon_minutes());
 }
 
-TEST_F(ProcessSamplerLiveTest, ListsNoProcessWhereThePerformanceTableHasNoRows) {
+TEST_F(ProcessSamplerLiveTest, ReportsNoProcessWhereThePerformanceTableHasNoRows) {
   const int rows = CountRows(L"SELECT Name FROM Win32_PerfFormattedData_PerfProc_Process");
-  const int processes = Sample().resource_intensive_processes_info_size();
-  EXPECT_LE(processes, std::min(rows, 10));
+  if (rows != 0) GTEST_SKIP() << "this system's table has " << rows << " rows; Wine's has none";
+  const auto& section = Sample();
+  EXPECT_TRUE(section.operating_session_info().has_time_since_last_logon_minutes()) << "the pass came to its end";
+  EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
 }
 
 TEST_F(ProcessSamplerLiveTest, AsksForTheOperationsOfExactlyTheseProcesses) {
@@ -83,7 +84,7 @@ TEST_F(ProcessSamplerLiveTest, AsksForTheOperationsOfExactlyTheseProcesses) {
   for (const auto& process : processes) table[process->process_id] = process;
   ASSERT_EQ(wmi_.ExecQuery(OperationsQuery(processes)), 0);
   ProcessList told;
-  while (wmi_.Next()) told.push_back(TakeProcessOfRow(wmi_, table));
+  while (wmi_.Next()) told.push_back(FindProcessOfRow(wmi_, table));
   EXPECT_THAT(told, testing::UnorderedElementsAreArray(processes));
 }
 

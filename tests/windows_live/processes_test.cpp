@@ -3,7 +3,9 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "child_process.h"
 
@@ -135,6 +137,37 @@ TEST(ProcessesTest, ALeftProcessIsClosed) {
   child.End(0);
   child.Forget();
   EXPECT_TRUE(CannotBeOpenedSoon(id));
+}
+
+// The value of a handle that is opened now. The system gives values out again once they are free, so that it rises with
+// what is left open. (Wine does not tell how many handles a process has.)
+std::uintptr_t NextHandleValue() {
+  const HANDLE event = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  EXPECT_NE(event, nullptr);
+  ::CloseHandle(event);
+  return reinterpret_cast<std::uintptr_t>(event);
+}
+
+TEST(ProcessesTest, NoQuestionLeavesAHandleOpen) {
+  constexpr int kTimes = 1'000;
+  constexpr std::uintptr_t kRise = 500 * 4;  // values are multiples of four
+  const auto process = OpenThis(ProcessAccess::kReading);
+  ASSERT_TRUE(process && process->IsElevated());
+  const std::uintptr_t before = NextHandleValue();
+  {
+    std::vector<std::optional<Process>> held;
+    for (int i = 0; i < kTimes; ++i) held.push_back(OpenThis(ProcessAccess::kLimitedQuery));
+    ASSERT_GT(NextHandleValue(), before + kRise) << "the value tells of open handles";
+  }
+  for (int i = 0; i < kTimes; ++i) {
+    process->IsElevated();
+    process->Times();
+    process->Memory();
+    process->ExitCode();
+    process->PollEnd();
+    OpenThis(ProcessAccess::kLimitedQuery);
+  }
+  EXPECT_LT(NextHandleValue(), before + kRise);
 }
 
 TEST(ProcessesTest, AnOpenProcessCanBeMoved) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <optional>
 
 #include "fake_sensors.h"
 
@@ -31,7 +32,7 @@ class SensorReading : public testing::Test {
       ComPtr<FakeHingeStatics> statics;
       *statics.ReleaseAndGetAddressOf() = new FakeHingeStatics(hinge_);
       const auto begin = std::chrono::steady_clock::now();
-      reading = ReadHingeAngle(*statics.Get(), kLimit);
+      reading = limit_ ? ReadHingeAngle(*statics.Get(), *limit_) : ReadHingeAngle(*statics.Get());
       took_ = std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - begin);
     }
     EXPECT_EQ(living_fakes, 0) << "something was not released, or released once too often";
@@ -55,6 +56,7 @@ class SensorReading : public testing::Test {
     EXPECT_EQ(reading.status, status);
   }
 
+  std::optional<milliseconds> limit_ = kLimit;  // absent: the collector's own
   HingeScript hinge_;
   OrientationScript orientation_;
   milliseconds took_{0};
@@ -97,6 +99,25 @@ TEST_F(SensorReading, AReadingThatTakesTooLongIsCancelledAndLetGo) {
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kReadingTimedOut);
   EXPECT_EQ(hinge_.sensor.cancelled, 0);
   EXPECT_EQ(hinge_.reading.cancelled, 1);
+}
+
+// Neither is near the limit of a second, so that a busy machine tells them apart too.
+constexpr milliseconds kHalfASecond{500};
+constexpr milliseconds kHalfAMinute{30'000};
+
+TEST_F(SensorReading, TheCollectorWaitsForASensorForHalfASecond) {
+  limit_.reset();
+  hinge_.sensor.duration = hinge_.reading.duration = kHalfASecond;
+  EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kAngle);
+}
+
+TEST_F(SensorReading, TheCollectorDoesNotWaitForASensorForHalfAMinute) {
+  limit_.reset();
+  hinge_.sensor.duration = kHalfAMinute;
+  EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kSensorTimedOut);
+  hinge_.sensor.duration = milliseconds(0);
+  hinge_.reading.duration = kHalfAMinute;
+  EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kReadingTimedOut);
 }
 
 TEST_F(SensorReading, ASensorWithoutAReadingHasNone) {

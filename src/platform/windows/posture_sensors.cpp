@@ -1,6 +1,5 @@
 #include "platform/posture_sensors.h"
 
-#include "platform/windows/async_result.h"
 #include "platform/windows/sensor_interfaces.h"
 #include "platform/windows/sensor_reading.h"
 #include "platform/windows/windows_runtime.h"
@@ -27,7 +26,7 @@ Reading ReadSensor(std::wstring_view class_name, const IID& statics_id, const Re
 HingeReading ReadHingeAngle() {
   return ReadSensor<HingeReading, abi::IHingeAngleSensorStatics>(
       abi::kHingeAngleSensor, abi::kHingeAngleSensorStaticsId,
-      [](abi::IHingeAngleSensorStatics& sensors) { return ReadHingeAngle(sensors, kSensorWaitLimit); });
+      [](abi::IHingeAngleSensorStatics& sensors) { return ReadHingeAngle(sensors); });
 }
 
 OrientationReading ReadOrientation() {

@@ -1,7 +1,5 @@
 #include "platform/windows/sensor_reading.h"
 
-#include "platform/windows/async_result.h"
-
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
 

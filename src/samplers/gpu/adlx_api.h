@@ -3,9 +3,10 @@
 #include <cstdint>
 
 // What the collector uses of AMD's device library (ADLX), declared here. Every interface is a table of methods whose
-// order is the interface: a method that nobody here calls has an empty body and only keeps its slot, and what comes
-// after the last one used is left out. The methods are __stdcall and the functions __cdecl, which are one and the same
-// in 64-bit programs.
+// order is the interface: a method that nobody here calls is deleted and only keeps its slot, since its parameters are
+// not declared; a call of it does not compile, and one through the table ends the program. What comes after the last
+// one used is left out. The methods are __stdcall and the functions __cdecl, which are one and the same in 64-bit
+// programs.
 
 /// Result of the functions and of most methods. Those below `ADLX_FAIL` are successes. Values that are not listed
 /// occur.
@@ -27,7 +28,7 @@ class IADLXInterface {
  public:
   virtual std::int32_t Acquire() = 0;
   virtual std::int32_t Release() = 0;
-  virtual void QueryInterface() {}
+  virtual void QueryInterface() = delete;
 
  protected:
   ~IADLXInterface() = default;
@@ -37,16 +38,16 @@ class IADLXGPU : public IADLXInterface {
  public:
   /// Hexadecimal digits. Texts live as long as the interface.
   virtual ADLX_RESULT VendorId(const char** text) = 0;
-  virtual void ASICFamilyType() {}
-  virtual void Type() {}
-  virtual void IsExternal() {}
-  virtual void Name() {}
-  virtual void DriverPath() {}
-  virtual void PNPString() {}
-  virtual void HasDesktops() {}
+  virtual void ASICFamilyType() = delete;
+  virtual void Type() = delete;
+  virtual void IsExternal() = delete;
+  virtual void Name() = delete;
+  virtual void DriverPath() = delete;
+  virtual void PNPString() = delete;
+  virtual void HasDesktops() = delete;
   virtual ADLX_RESULT TotalVRAM(std::uint32_t* megabytes) = 0;
-  virtual void VRAMType() {}
-  virtual void BIOSInfo() {}
+  virtual void VRAMType() = delete;
+  virtual void BIOSInfo() = delete;
   /// Hexadecimal digits.
   virtual ADLX_RESULT DeviceId(const char** text) = 0;
 
@@ -56,15 +57,15 @@ class IADLXGPU : public IADLXInterface {
 
 class IADLXGPUList : public IADLXInterface {
  public:
-  virtual void Size() {}
-  virtual void Empty() {}
+  virtual void Size() = delete;
+  virtual void Empty() = delete;
   virtual std::uint32_t Begin() = 0;
   /// Behind the last one.
   virtual std::uint32_t End() = 0;
-  virtual void At() {}
-  virtual void Clear() {}
-  virtual void Remove_Back() {}
-  virtual void Add_Back() {}
+  virtual void At() = delete;
+  virtual void Clear() = delete;
+  virtual void Remove_Back() = delete;
+  virtual void Add_Back() = delete;
   virtual ADLX_RESULT At_GPUList(std::uint32_t location, IADLXGPU** gpu) = 0;
 
  protected:
@@ -77,10 +78,10 @@ class IADLXGPUMetricsSupport : public IADLXInterface {
   virtual ADLX_RESULT IsSupportedGPUClockSpeed(bool* supported) = 0;
   virtual ADLX_RESULT IsSupportedGPUVRAMClockSpeed(bool* supported) = 0;
   virtual ADLX_RESULT IsSupportedGPUTemperature(bool* supported) = 0;
-  virtual void IsSupportedGPUHotspotTemperature() {}
-  virtual void IsSupportedGPUPower() {}
-  virtual void IsSupportedGPUTotalBoardPower() {}
-  virtual void IsSupportedGPUFanSpeed() {}
+  virtual void IsSupportedGPUHotspotTemperature() = delete;
+  virtual void IsSupportedGPUPower() = delete;
+  virtual void IsSupportedGPUTotalBoardPower() = delete;
+  virtual void IsSupportedGPUFanSpeed() = delete;
   virtual ADLX_RESULT IsSupportedGPUVRAM(bool* supported) = 0;
 
  protected:
@@ -89,15 +90,15 @@ class IADLXGPUMetricsSupport : public IADLXInterface {
 
 class IADLXGPUMetrics : public IADLXInterface {
  public:
-  virtual void TimeStamp() {}
+  virtual void TimeStamp() = delete;
   virtual ADLX_RESULT GPUUsage(double* percent) = 0;
   virtual ADLX_RESULT GPUClockSpeed(std::int32_t* mhz) = 0;
   virtual ADLX_RESULT GPUVRAMClockSpeed(std::int32_t* mhz) = 0;
   virtual ADLX_RESULT GPUTemperature(double* celsius) = 0;
-  virtual void GPUHotspotTemperature() {}
-  virtual void GPUPower() {}
-  virtual void GPUTotalBoardPower() {}
-  virtual void GPUFanSpeed() {}
+  virtual void GPUHotspotTemperature() = delete;
+  virtual void GPUPower() = delete;
+  virtual void GPUTotalBoardPower() = delete;
+  virtual void GPUFanSpeed() = delete;
   virtual ADLX_RESULT GPUVRAM(std::int32_t* megabytes) = 0;
 
  protected:
@@ -106,24 +107,24 @@ class IADLXGPUMetrics : public IADLXInterface {
 
 class IADLXPerformanceMonitoringServices : public IADLXInterface {
  public:
-  virtual void GetSamplingIntervalRange() {}
-  virtual void SetSamplingInterval() {}
-  virtual void GetSamplingInterval() {}
-  virtual void GetMaxPerformanceMetricsHistorySizeRange() {}
-  virtual void SetMaxPerformanceMetricsHistorySize() {}
-  virtual void GetMaxPerformanceMetricsHistorySize() {}
-  virtual void ClearPerformanceMetricsHistory() {}
-  virtual void GetCurrentPerformanceMetricsHistorySize() {}
-  virtual void StartPerformanceMetricsTracking() {}
-  virtual void StopPerformanceMetricsTracking() {}
-  virtual void GetAllMetricsHistory() {}
-  virtual void GetGPUMetricsHistory() {}
-  virtual void GetSystemMetricsHistory() {}
-  virtual void GetFPSHistory() {}
-  virtual void GetCurrentAllMetrics() {}
+  virtual void GetSamplingIntervalRange() = delete;
+  virtual void SetSamplingInterval() = delete;
+  virtual void GetSamplingInterval() = delete;
+  virtual void GetMaxPerformanceMetricsHistorySizeRange() = delete;
+  virtual void SetMaxPerformanceMetricsHistorySize() = delete;
+  virtual void GetMaxPerformanceMetricsHistorySize() = delete;
+  virtual void ClearPerformanceMetricsHistory() = delete;
+  virtual void GetCurrentPerformanceMetricsHistorySize() = delete;
+  virtual void StartPerformanceMetricsTracking() = delete;
+  virtual void StopPerformanceMetricsTracking() = delete;
+  virtual void GetAllMetricsHistory() = delete;
+  virtual void GetGPUMetricsHistory() = delete;
+  virtual void GetSystemMetricsHistory() = delete;
+  virtual void GetFPSHistory() = delete;
+  virtual void GetCurrentAllMetrics() = delete;
   virtual ADLX_RESULT GetCurrentGPUMetrics(IADLXGPU* gpu, IADLXGPUMetrics** metrics) = 0;
-  virtual void GetCurrentSystemMetrics() {}
-  virtual void GetCurrentFPS() {}
+  virtual void GetCurrentSystemMetrics() = delete;
+  virtual void GetCurrentFPS() = delete;
   virtual ADLX_RESULT GetSupportedGPUMetrics(IADLXGPU* gpu, IADLXGPUMetricsSupport** support) = 0;
 
  protected:
@@ -133,15 +134,15 @@ class IADLXPerformanceMonitoringServices : public IADLXInterface {
 /// The library's own: not counted, gone with `ADLXTerminate`.
 class IADLXSystem {
  public:
-  virtual void HybridGraphicsType() {}
+  virtual void HybridGraphicsType() = delete;
   virtual ADLX_RESULT GetGPUs(IADLXGPUList** gpus) = 0;
-  virtual void QueryInterface() {}
-  virtual void GetDisplaysServices() {}
-  virtual void GetDesktopsServices() {}
-  virtual void GetGPUsChangedHandling() {}
-  virtual void EnableLog() {}
-  virtual void Get3DSettingsServices() {}
-  virtual void GetGPUTuningServices() {}
+  virtual void QueryInterface() = delete;
+  virtual void GetDisplaysServices() = delete;
+  virtual void GetDesktopsServices() = delete;
+  virtual void GetGPUsChangedHandling() = delete;
+  virtual void EnableLog() = delete;
+  virtual void Get3DSettingsServices() = delete;
+  virtual void GetGPUTuningServices() = delete;
   virtual ADLX_RESULT GetPerformanceMonitoringServices(IADLXPerformanceMonitoringServices** services) = 0;
 
  protected:

@@ -93,8 +93,9 @@ Error AmdCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   result = Obtain(gpus, [&](IADLXGPUList** out) { return system.GetGPUs(out); });
   if (!Succeeded(result)) return Failure(result, kNoCards);
 
+  const std::uint32_t begin = gpus->Begin();
   const std::uint32_t end = gpus->End();
-  for (std::uint32_t index = gpus->Begin(); index < end; ++index) {
+  for (std::uint32_t index = begin; index < end; ++index) {
     AdlxPointer<IADLXGPU> gpu;
     result = Obtain(gpu, [&](IADLXGPU** out) { return gpus->At_GPUList(index, out); });
     if (Succeeded(result)) cards->push_back(ReadCard(*services, *gpu));

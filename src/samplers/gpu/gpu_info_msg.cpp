@@ -1,27 +1,23 @@
 #include "samplers/gpu/gpu_info_msg.h"
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 
 #include "samplers/gpu/amd_card_info.h"
+#include "samplers/gpu/gpu_entry.h"
 #include "samplers/gpu/intel_card_info.h"
 #include "samplers/gpu/nvidia_card_info.h"
-#include "zt/telemetry/common/utils.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-using common::Utils;
-using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo;
 using types::GraphicCardInfo;
 using VendorTable = std::map<int, std::shared_ptr<AbstractGPUVendor>>;
 
 constexpr int kMaximumCards = 32;
-constexpr unsigned long long kTextLimit = 64;
 constexpr wchar_t kControllersQuery[] = L"SELECT PNPDeviceID FROM Win32_VideoController";
 
 // The firmware's thermal readings: how many there are, then that of the graphics.
@@ -30,28 +26,11 @@ constexpr std::size_t kThermalReplySize = 128;
 constexpr std::size_t kCountOffset = 0;
 constexpr std::size_t kGraphicsOffset = 1;
 
-VendorTable MakeVendors(shared::wmi::WMIClient& wmi) {
-  return {{0, std::make_shared<NvidiaCardInfo>()},
-          {1, std::make_shared<AmdCardInfo>()},
-          {2, std::make_shared<IntelCardInfo>(wmi)}};
-}
-
-void FillEntry(const GraphicCardInfo& card, PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo& entry) {
-  entry.set_gpus_utilization_percent(card.gpu_utilization_percent);
-  entry.set_gpus_clock_mhz(card.gpu_clock_mhz);
-  entry.set_memory_bandwidth_gb(card.memory_bandwidth_gb);
-  entry.set_memory_clock_mhz(card.memory_clock_mhz);
-  entry.set_memory_used_mb(card.memory_used_mb);
-  if (!std::isnan(card.memory_controller_utilization_percent)) {
-    entry.set_memory_controller_utilization_percent(card.memory_controller_utilization_percent);
-  }
-  entry.set_performance_capped_reason(Utils::AdjustString(card.status_text, kTextLimit));
-  entry.set_decoder_utilization_percent(card.decoder_utilization_percent);
-  entry.set_encoder_utilization_percent(card.encoder_utilization_percent);
-  entry.set_video_engine_utilization_percent(card.video_engine_utilization_percent);
-  entry.set_bus_id(Utils::AdjustString(std::to_string(card.bus_number)));
-  entry.set_temperature_celsius(card.temperature_celsius);
-  entry.set_graphics_card_serial_number(Utils::AdjustString(card.serial_number, kTextLimit));
+// Without a client (null) there is nobody to ask for Intel's graphics: not asked is as good as not found.
+VendorTable MakeVendors(shared::wmi::WMIClient* wmi) {
+  VendorTable vendors = {{0, std::make_shared<NvidiaCardInfo>()}, {1, std::make_shared<AmdCardInfo>()}};
+  if (wmi != nullptr) vendors.emplace(2, std::make_shared<IntelCardInfo>(*wmi));
+  return vendors;
 }
 
 }  // namespace
@@ -62,7 +41,7 @@ GPUInfoMsg::GPUInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbios::Priva
     : PerfMessages(wmi_client, private_bios_wmi) {}
 
 void GPUInfoMsg::PopulateStorageAndUploadProtos() {
-  const VendorTable vendors = MakeVendors(*wmi_client_);
+  const VendorTable vendors = MakeVendors(wmi_client_);
   std::vector<GraphicCardInfo> cards;
   auto& hardware = *static_cdm_->mutable_hw_info();
   int written = 0;
@@ -81,16 +60,26 @@ void GPUInfoMsg::PopulateStorageAndUploadProtos() {
 }
 
 void GPUInfoMsg::AlternativeSNRetrieval(std::string& serial) {
-  wmi_client_->ExecQuery(kControllersQuery);
-  wmi_client_->Next();
-  wmi_client_->GetValue(L"PNPDeviceID", serial);
+  if (wmi_client_ == nullptr) return;
+  try {
+    wmi_client_->ExecQuery(kControllersQuery);
+    wmi_client_->Next();
+    wmi_client_->GetValue(L"PNPDeviceID", serial);
+  } catch (...) {
+    // A way round a figure that is missing has no errors of its own: it goes on missing.
+  }
 }
 
 void GPUInfoMsg::AlternativeTempRetrieval(unsigned int& temperature, unsigned long* /*returnCode*/,
                                           std::vector<unsigned char>* /*output*/) {
-  std::array<std::uint8_t, kThermalReplySize> reply{};
-  const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
-  if (outcome == 0 && reply[kCountOffset] > 0) temperature = reply[kGraphicsOffset];
+  if (private_bios_wmi_ == nullptr) return;
+  try {
+    std::array<std::uint8_t, kThermalReplySize> reply{};
+    const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
+    if (outcome == 0 && reply[kCountOffset] > 0) temperature = reply[kGraphicsOffset];
+  } catch (...) {
+    // As for the serial number.
+  }
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

@@ -19,12 +19,12 @@ class ZT_COLLECTOR_EXPORT GPUInfoMsg : public PerfMessages {
 
  protected:
   /// The device identifier of the first video controller that WMI lists, whichever card it belongs to; `serial` stays
-  /// as it is where there is none.
+  /// as it is where there is none, and where the client is missing or throws.
   void AlternativeSNRetrieval(std::string& serial);
 
   /// The firmware's reading of the graphics temperature, whole degrees Celsius; `temperature` stays as it is where the
-  /// firmware does not answer or has no reading. The last two parameters belong to the host's interface and are not
-  /// used; they may be null.
+  /// firmware does not answer or has no reading, and where the client is missing or throws. The last two parameters
+  /// belong to the host's interface and are not used; they may be null.
   void AlternativeTempRetrieval(unsigned int& temperature, unsigned long* returnCode,
                                 std::vector<unsigned char>* output);
 };

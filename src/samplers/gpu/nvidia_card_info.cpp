@@ -44,6 +44,13 @@ nvmlReturn_t Start() {
   return nvml != nullptr ? nvml->init() : NVML_ERROR_LIBRARY_NOT_FOUND;
 }
 
+// Taken as a signed number: a count below zero is no card, like that of a failed call, and not one of billions.
+int CountCards() {
+  unsigned int count = 0;
+  Call(Nvml().device_count, &count);
+  return static_cast<int>(count);
+}
+
 // Of a text whose buffer may be full.
 template <std::size_t capacity>
 std::string_view TextIn(const char (&buffer)[capacity]) {
@@ -96,10 +103,10 @@ NvidiaCardInfo::~NvidiaCardInfo() {
 Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   Error error;
   if (!Check(Start(), error)) return error;
-  unsigned int count = 0;
-  Call(Nvml().device_count, &count);
-  for (unsigned int index = 0; index < count; ++index) {
-    if (!Check(Call(Nvml().handle_by_index, index, &module_wide_handle), error)) continue;
+  const int count = CountCards();
+  for (int index = 0; index < count; ++index) {
+    const auto number = static_cast<unsigned int>(index);
+    if (!Check(Call(Nvml().handle_by_index, number, &module_wide_handle), error)) continue;
     GraphicCardInfo card;
     RetrieveBoardInfo(&card);
     RetrievePerformanceInfo(&card);

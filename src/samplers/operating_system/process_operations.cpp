@@ -50,12 +50,14 @@ std::wstring OperationsQuery(const ProcessList& processes) {
   return query;
 }
 
-std::shared_ptr<WMIProcessInfo> TakeProcessOfRow(const WMIClient& wmi, ProcessTable& table) {
+std::shared_ptr<WMIProcessInfo> FindProcessOfRow(const WMIClient& wmi, const ProcessTable& table) {
   std::string id;
   RequireSuccess(wmi.GetValue(L"ProcessId", id), kNoId);
-  const auto entry = table.extract(id);
-  if (!entry) throw Error(Error::kCallFailed, kOwnCondition, kUnknownProcess, typeid(WMIClient).name(), "");
-  std::shared_ptr<WMIProcessInfo> process = entry.mapped();
+  const auto entry = table.find(id);
+  if (entry == table.end()) {
+    throw Error(Error::kCallFailed, kOwnCondition, kUnknownProcess, typeid(WMIClient).name(), "");
+  }
+  std::shared_ptr<WMIProcessInfo> process = entry->second;
   wmi.GetValue(L"WriteOperationCount", process->io_writes);
   wmi.GetValue(L"ReadOperationCount", process->io_reads);
   return process;

@@ -9,6 +9,7 @@
 #include "platform/processes.h"
 #include "samplers/operating_system/failure.h"
 #include "samplers/operating_system/process_id.h"
+#include "samplers/wmi_query.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -63,11 +64,11 @@ bool Measure(WMIProcessInfo& process) {
 
 }  // namespace
 
-ProcessTable ListProcesses(WMIClient& wmi) {
-  if (wmi.ExecQuery(kQuery) != shared::wmi::kSuccess) FailWith(kQueryFailure);
+ProcessTable ListProcesses(WMIClient* wmi) {
+  if (RunQuery(wmi, kQuery) != shared::wmi::kSuccess) FailWith(kQueryFailure);
   ProcessTable table;
-  while (wmi.Next()) {
-    WMIProcessInfo process = ReadRow(wmi);
+  while (wmi->Next()) {
+    WMIProcessInfo process = ReadRow(*wmi);
     if (!IsBusy(process) || !Measure(process)) continue;
     auto& entry = table[process.process_id];
     entry = std::make_shared<WMIProcessInfo>(std::move(process));
