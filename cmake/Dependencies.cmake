@@ -10,12 +10,12 @@ if(MINGW)
   endif()
   set(ZT_CACHE_DIR ${cache} CACHE PATH "Where scripts/setup keeps the cross-built libraries")
   set(ZT_PROTOBUF_DIR ${ZT_CACHE_DIR}/mingw-protobuf-3.21.12)
-  set(ZT_SQLITE_DIR ${ZT_CACHE_DIR}/mingw-sqlite-3.40.1)
+  set(ZT_SQLITE_DIR ${ZT_CACHE_DIR}/mingw-sqlite-static-3.40.1)
   set(ZT_HEADERS_DIR ${ZT_CACHE_DIR}/mingw-headers)
   list(APPEND CMAKE_FIND_ROOT_PATH ${ZT_PROTOBUF_DIR} ${ZT_SQLITE_DIR} ${ZT_HEADERS_DIR})
   list(APPEND CMAKE_PREFIX_PATH ${ZT_PROTOBUF_DIR} ${ZT_SQLITE_DIR} ${ZT_HEADERS_DIR})
   set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/scripts/wine)
-  file(GLOB ZT_RUNTIME_DLLS ${ZT_CACHE_DIR}/mingw-runtime/bin/*.dll ${ZT_PROTOBUF_DIR}/bin/*.dll ${ZT_SQLITE_DIR}/bin/*.dll)
+  file(GLOB ZT_RUNTIME_DLLS ${ZT_CACHE_DIR}/mingw-runtime/bin/*.dll ${ZT_PROTOBUF_DIR}/bin/libprotobuf.dll)
   if(NOT ZT_RUNTIME_DLLS)
     message(FATAL_ERROR "No cross-built libraries in ${ZT_CACHE_DIR}: run scripts/setup windows first")
   endif()
@@ -67,6 +67,8 @@ zt_header_library(zt::plog plog/Log.h)
 # plog keeps narrow texts as UTF-8 in every module, and each module has a logger of its own.
 set_target_properties(zt::plog PROPERTIES INTERFACE_COMPILE_DEFINITIONS "PLOG_LOCAL;PLOG_CHAR_IS_UTF8=1")
 
+# SQLite is part of the plugin on Windows. Elsewhere it is the system's own: locks of POSIX belong to the process, and
+# two copies that open one file would drop each other's.
 if(MSVC)
   find_package(unofficial-sqlite3 CONFIG REQUIRED)
   add_library(zt::sqlite ALIAS unofficial::sqlite3::sqlite3)
