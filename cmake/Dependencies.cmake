@@ -10,12 +10,12 @@ if(MINGW)
   endif()
   set(ZT_CACHE_DIR ${cache} CACHE PATH "Where scripts/setup keeps the cross-built libraries")
   set(ZT_PROTOBUF_DIR ${ZT_CACHE_DIR}/mingw-protobuf-3.21.12)
-  set(ZT_SQLITE_DIR ${ZT_CACHE_DIR}/mingw-sqlite-3.40.1)
+  set(ZT_SQLITE_DIR ${ZT_CACHE_DIR}/mingw-sqlite-static-3.40.1)
   set(ZT_HEADERS_DIR ${ZT_CACHE_DIR}/mingw-headers)
   list(APPEND CMAKE_FIND_ROOT_PATH ${ZT_PROTOBUF_DIR} ${ZT_SQLITE_DIR} ${ZT_HEADERS_DIR})
   list(APPEND CMAKE_PREFIX_PATH ${ZT_PROTOBUF_DIR} ${ZT_SQLITE_DIR} ${ZT_HEADERS_DIR})
   set(CMAKE_CROSSCOMPILING_EMULATOR ${PROJECT_SOURCE_DIR}/scripts/wine)
-  file(GLOB ZT_RUNTIME_DLLS ${ZT_CACHE_DIR}/mingw-runtime/bin/*.dll ${ZT_PROTOBUF_DIR}/bin/*.dll ${ZT_SQLITE_DIR}/bin/*.dll)
+  file(GLOB ZT_RUNTIME_DLLS ${ZT_CACHE_DIR}/mingw-runtime/bin/*.dll ${ZT_PROTOBUF_DIR}/bin/libprotobuf.dll)
   if(NOT ZT_RUNTIME_DLLS)
     message(FATAL_ERROR "No cross-built libraries in ${ZT_CACHE_DIR}: run scripts/setup windows first")
   endif()
@@ -79,6 +79,8 @@ endif()
 set_target_properties(zt::plog PROPERTIES
   INTERFACE_COMPILE_DEFINITIONS "PLOG_LOCAL;PLOG_CHAR_IS_UTF8=$<BOOL:${ZT_PLOG_CHAR_IS_UTF8}>")
 
+# SQLite is part of the plugin on Windows. Elsewhere it is the system's own: locks of POSIX belong to the process, and
+# two copies that open one file would drop each other's.
 if(MSVC)
   find_package(unofficial-sqlite3 CONFIG REQUIRED)
   add_library(zt::sqlite ALIAS unofficial::sqlite3::sqlite3)

@@ -32,8 +32,9 @@ void ReadAngle(const Value& value, double& degrees) {
 }
 
 void ReadOutcome(const Value& value, HingeOutcome& outcome) {
+  const auto* const name = value.ToJson().get_ptr<const Json::string_t*>();
   for (const NamedOutcome& known : kOutcomes) {
-    if (value.ToJson() == known.name) {
+    if (name != nullptr && *name == known.name) {
       outcome = known.outcome;
       return;
     }

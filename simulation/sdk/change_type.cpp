@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -66,18 +67,66 @@ Converted<float> NarrowToFloat(double value) {
   return Value(static_cast<float>(value));
 }
 
-template <typename Real>
-std::wstring RealAsText(Real value) {
-  constexpr int kSignificantDigits = std::is_same_v<Real, float> ? 7 : 15;
-  constexpr std::size_t kLongest = 32;
-  if (value == 0) return L"0";
-  char text[kLongest];
-  const auto [end, error] = std::to_chars(text, text + kLongest, value, std::chars_format::general, kSignificantDigits);
-  std::wstring result(text, end);
+constexpr std::size_t kLongestReal = 32;
+
+std::wstring UpperCase(std::string_view text) {
+  std::wstring result(text.begin(), text.end());
   for (wchar_t& character : result) {
     if (character >= L'a' && character <= L'z') character = static_cast<wchar_t>(character - L'a' + L'A');
   }
   return result;
+}
+
+// A number in scientific notation, in two parts.
+struct Scientific {
+  std::string significand;  // without zeros at its end
+  int exponent = 0;
+};
+
+Scientific ToScientific(double value, int significant_digits) {
+  char text[kLongestReal];
+  const auto [end, error] =
+      std::to_chars(text, text + kLongestReal, value, std::chars_format::scientific, significant_digits - 1);
+  const std::string whole(text, end);
+  const std::size_t letter = whole.find('e');
+  Scientific result{whole.substr(0, letter), std::stoi(whole.substr(letter + 1))};
+  if (result.significand.find('.') == std::string::npos) return result;
+  result.significand.erase(result.significand.find_last_not_of('0') + 1);
+  if (result.significand.back() == '.') result.significand.pop_back();
+  return result;
+}
+
+int DigitsAfterPoint(const Scientific& number) {
+  const std::size_t point = number.significand.find('.');
+  const std::size_t fraction = point == std::string::npos ? 0 : number.significand.size() - point - 1;
+  return static_cast<int>(fraction) - number.exponent;
+}
+
+// Numbers as small as printf's %G writes them are, and smaller ones as long as their digits are no more than those that
+// are significant.
+bool IsWrittenPlainly(const Scientific& number, int significant_digits) {
+  constexpr int kSmallestPlain = -4;
+  if (number.exponent >= significant_digits) return false;
+  return number.exponent >= kSmallestPlain ||
+         (number.exponent > -significant_digits && DigitsAfterPoint(number) <= significant_digits);
+}
+
+template <typename Real>
+std::wstring RealAsText(Real value) {
+  constexpr int kSignificantDigits = std::is_same_v<Real, float> ? 7 : 15;
+  if (value == 0) return L"0";
+  char text[kLongestReal];
+  if (!std::isfinite(value)) {
+    const auto [end, error] = std::to_chars(text, text + kLongestReal, value);
+    return UpperCase({text, end});
+  }
+  const Scientific number = ToScientific(value, kSignificantDigits);
+  const bool plain = IsWrittenPlainly(number, kSignificantDigits);
+  const auto [end, error] = plain ? std::to_chars(text, text + kLongestReal, value, std::chars_format::fixed,
+                                                  std::max(DigitsAfterPoint(number), 0))
+                                  : std::to_chars(text, text + kLongestReal, value, std::chars_format::scientific,
+                                                  DigitsAfterPoint(number) + number.exponent);
+  return UpperCase({text, end});
 }
 
 bool EqualIgnoringCase(std::wstring_view left, std::wstring_view upper_case) {

@@ -9,6 +9,10 @@
 #include "simulation/machine.h"
 
 namespace zt::shared::ztbios {
+
+// The machine's facts are the interface.
+class FirmwareInterface {};
+
 namespace {
 
 constexpr std::int32_t kNoSuchCommand = 1;

@@ -41,6 +41,13 @@ TEST_F(ProcessSamplerCycleTest, LogsAFailedListAndSendsTheSession) {
   EXPECT_THAT(log_.Messages(plog::error), Contains(kThrownPointer).Times(1));
 }
 
+TEST_F(ProcessSamplerCycleTest, SaysThatTheListDidNotComeInTime) {
+  machine_.wmi.failures = {{kListedClass, shared::wmi::kTimedOut, std::nullopt, 0}};
+  EXPECT_EQ(Collect().resource_intensive_processes_info_size(), 0);
+  EXPECT_THAT(log_.Messages(plog::warning),
+              Contains("No process is reported: the performance data of processes did not come in time").Times(1));
+}
+
 TEST_F(ProcessSamplerCycleTest, LogsAProcessThatIsGoneAndSendsTheSession) {
   AddProcess(12, 50).open_for_query = kRefused;
   const OperatingSystemSection& section = Collect();

@@ -99,6 +99,12 @@ TEST(IntelCard, AFailedZoneQueryWrapsTheSame) {
   EXPECT_EQ(AskOne(machine).temperature_celsius, kNoZone);
 }
 
+TEST(IntelCard, AZoneThatDoesNotAnswerInTimeIsNotAMissingOne) {
+  Machine machine = WithIntel();
+  machine.wmi.failures = {{"ThermalZone", shared::wmi::kTimedOut, {}, 0}};
+  EXPECT_EQ(AskOne(machine).temperature_celsius, 0U);
+}
+
 TEST(IntelCard, TemperaturesAroundTheFreezingPointWrapBelowIt) {
   EXPECT_EQ(AskOne(WithIntel(274)).temperature_celsius, 1U);
   EXPECT_EQ(AskOne(WithIntel(273)).temperature_celsius, 0U);
@@ -148,6 +154,13 @@ TEST_F(GpuSampler, AWrappedTemperatureIsReportedAsItIs) {
   machine.wmi.classes.erase(kZones);
   machine.private_bios = {{1, 40, {1, 0, 0, 0}, 0, 0, {1, 55}}};
   EXPECT_EQ(SampleOne(machine).temperature_celsius(), kNoZone);
+}
+
+TEST_F(GpuSampler, IntelGraphicsWhoseZoneDoesNotAnswerInTimeGetTheFirmwaresReading) {
+  Machine machine = WithIntel();
+  machine.wmi.failures = {{"ThermalZone", shared::wmi::kTimedOut, {}, 0}};
+  machine.private_bios = {{1, 40, {1, 0, 0, 0}, 0, 0, {1, 55}}};
+  EXPECT_EQ(SampleOne(machine).temperature_celsius(), 55U);
 }
 
 TEST_F(GpuSampler, IntelGraphicsAtTheFreezingPointGetTheFirmwaresReading) {

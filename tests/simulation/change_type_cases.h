@@ -158,13 +158,32 @@ inline std::vector<ChangeTypeCase> RealToTextCases() {
           Gives(Double(0.1 + 0.2), Text(L"0.3")),
           Gives(Double(123456789012345.0), Text(L"123456789012345")),
           Gives(Double(1e15), Text(L"1E+15")),
-          Gives(Double(1e-5), Text(L"1E-05")),
           Gives(Double(0.0001), Text(L"0.0001")),
           Gives(Double(1e300), Text(L"1E+300")),
           Gives(Float(75.405F), Text(L"75.405")),
           Gives(Float(123456.7F), Text(L"123456.7")),
           Gives(Float(1234567), Text(L"1234567")),
           Gives(Float(12345678), Text(L"1.234568E+07"))};
+}
+
+// Written without an exponent as long as the digits after the point are no more than the type has significant ones.
+inline std::vector<ChangeTypeCase> SmallRealToTextCases() {
+  return {Gives(Double(1e-5), Text(L"0.00001")),
+          Gives(Double(-1e-5), Text(L"-0.00001")),
+          Gives(Double(1e-11), Text(L"0.00000000001")),
+          Gives(Double(1e-14), Text(L"0.00000000000001")),
+          Gives(Double(1e-15), Text(L"1E-15")),
+          Gives(Double(1.5e-14), Text(L"0.000000000000015")),
+          Gives(Double(1.25e-14), Text(L"1.25E-14")),
+          Gives(Double(1.23456789e-7), Text(L"0.000000123456789")),
+          Gives(Double(1.23456789e-8), Text(L"1.23456789E-08")),
+          Gives(Double(1.23456789012345e-4), Text(L"0.000123456789012345")),
+          Gives(Double(1.23456789012345e-5), Text(L"1.23456789012345E-05")),
+          Gives(Float(1e-6F), Text(L"0.000001")),
+          Gives(Float(1.5e-6F), Text(L"0.0000015")),
+          Gives(Float(1.25e-6F), Text(L"1.25E-06")),
+          Gives(Float(1e-7F), Text(L"1E-07")),
+          Gives(Float(1.234567e-4F), Text(L"0.0001234567"))};
 }
 
 inline std::vector<ChangeTypeCase> TextToBooleanCases() {

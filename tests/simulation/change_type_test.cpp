@@ -28,6 +28,10 @@ TEST(ChangeTypeTest, RealNumbersAreWrittenWithTheirSignificantDigits) {
   ExpectConversions(change_type::RealToTextCases());
 }
 
+TEST(ChangeTypeTest, SmallRealNumbersAreWrittenWithoutAnExponentWhileTheyAreShort) {
+  ExpectConversions(change_type::SmallRealToTextCases());
+}
+
 TEST(ChangeTypeTest, ATextIsABooleanByNameOrByNumber) {
   ExpectConversions(change_type::TextToBooleanCases());
 }

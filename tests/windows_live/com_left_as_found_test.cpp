@@ -49,7 +49,7 @@ TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAClient) {
 
 TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAFailedConnection) {
   OnFreshThread([] {
-    { const WMIClient client(kNoNamespace); }
+    EXPECT_NE(WMIClient(kNoNamespace).ExecQuery(kQuery), 0);
     EXPECT_EQ(CurrentApartment(), std::nullopt);
   });
 }
@@ -80,7 +80,7 @@ TEST(ComLeftAsFoundTest, AMultithreadedApartmentStaysAndQueriesWork) {
 TEST(ComLeftAsFoundTest, TheLeavingOfTheHostIsTheLastOne) {
   OnFreshThread([] {
     ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-    { const WMIClient client(kNamespace); }
+    EXPECT_EQ(WMIClient(kNamespace).ExecQuery(kQuery), 0);
     ::CoUninitialize();
     EXPECT_EQ(CurrentApartment(), std::nullopt);
   });

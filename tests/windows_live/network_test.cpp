@@ -11,6 +11,7 @@
 #include "platform/ip_helper.h"
 #include "platform/network_list.h"
 #include "platform/system_message.h"
+#include "platform/windows/system_message_in.h"
 #include "platform/wlan_service.h"
 #include "plugin/logger_export.h"
 #include "support/recording_log.h"
@@ -123,6 +124,13 @@ TEST(SystemMessageTest, AKnownCodeHasAText) {
   ASSERT_TRUE(text.has_value());
   EXPECT_THAT(*text, testing::EndsWith("\r\n"));
   EXPECT_GT(text->size(), 2U);
+}
+
+// Letters that English lacks, and that are other bytes in the system's code page.
+TEST(SystemMessageTest, ATextOfAnotherLanguageIsUtf8) {
+  const auto text = platform::SystemMessageIn(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), ERROR_INVALID_FUNCTION);
+  if (!text) GTEST_SKIP() << "this system has no German texts";
+  EXPECT_THAT(*text, testing::HasSubstr("\u00fcltig"));
 }
 
 TEST(SystemMessageTest, AnUnknownCodeHasNone) {

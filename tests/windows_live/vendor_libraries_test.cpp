@@ -13,6 +13,7 @@
 #include "platform/registry.h"
 #include "samplers/gpu/amd_card_info.h"
 #include "samplers/gpu/nvidia_card_info.h"
+#include "support/windows/planted_libraries.h"
 
 // How this very system's libraries and registry are reached.
 namespace zt::telemetry::collector::performancesamples {
@@ -23,17 +24,6 @@ using testing::Contains;
 using testing::IsEmpty;
 
 constexpr std::uint32_t kSearchFlags = 0x1E00;
-
-std::filesystem::path ProgramFolder() {
-  std::wstring path(MAX_PATH, L'\0');
-  path.resize(::GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
-  return std::filesystem::path(path).parent_path();
-}
-
-// The folder in which the stand-ins of the simulated machine lie.
-std::filesystem::path StandIns() {
-  return ProgramFolder().parent_path() / "simulated";
-}
 
 std::filesystem::path SystemFolder() {
   std::wstring path(MAX_PATH, L'\0');
@@ -84,22 +74,15 @@ TEST(SystemLibraries, StayLoadedWhenTheyAreGivenToTheProcess) {
   EXPECT_NE(::GetModuleHandleW(kName), nullptr);
 }
 
-// The collector must not take a library from wherever the host happens to stand: here from the stand-ins' folder.
-TEST(SystemLibraries, OfVendorsAreNeverTakenFromTheCurrentFolder) {
-  ASSERT_TRUE(std::filesystem::exists(StandIns() / "nvml.dll"));
-  ASSERT_TRUE(std::filesystem::exists(StandIns() / "amdadlx64.dll"));
-  std::filesystem::current_path(StandIns());
+// The collector must not take a library from wherever the host happens to stand. Each of the planted ones marks that it
+// was loaded, also when it is unloaded again at once.
+TEST(SystemLibraries, OfVendorsAreNeverTakenFromTheCurrentFolderOrTheSearchPath) {
+  const tests::PlantedLibraries planted;
+  planted.BecomeCurrent();
   std::vector<types::GraphicCardInfo> cards;
   NvidiaCardInfo().QueryValues(&cards);
   AmdCardInfo().QueryValues(&cards);
-  for (const wchar_t* name : {L"nvml.dll", L"amdadlx64.dll"}) {
-    const HMODULE module = ::GetModuleHandleW(name);
-    if (module == nullptr) continue;
-    std::wstring path(MAX_PATH, L'\0');
-    path.resize(::GetModuleFileNameW(module, path.data(), MAX_PATH));
-    EXPECT_FALSE(std::filesystem::equivalent(std::filesystem::path(path).parent_path(), StandIns()));
-  }
-  EXPECT_EQ(::GetModuleHandleW(L"zt-simulation.dll"), nullptr);
+  EXPECT_THAT(planted.Marks(), IsEmpty());
 }
 
 // A key of the test's own below HKEY_LOCAL_MACHINE\SOFTWARE, gone with the test.

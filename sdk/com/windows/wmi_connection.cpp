@@ -1,5 +1,7 @@
 #include "zt/com/wmi_connection.h"
 
+#include <utility>
+
 namespace zt::com {
 
 // The security of the whole process (CoInitializeSecurity) is never set here: it can be set once, by the program, and a
@@ -23,6 +25,19 @@ HRESULT AuthoriseCalls(IUnknown* object) {
                                              RPC_C_AUTHN_LEVEL_CALL, RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
   // An object of this process is no proxy and needs no authority.
   return status == E_NOINTERFACE ? S_OK : status;
+}
+
+WmiConnection::WmiConnection(std::wstring wmi_namespace, Connect connect)
+    : namespace_(std::move(wmi_namespace)), connect_(std::move(connect)) {}
+
+HRESULT WmiConnection::Ensure() {
+  if (!outcome_) outcome_ = Attempt();
+  return *outcome_;
+}
+
+HRESULT WmiConnection::Attempt() {
+  const HRESULT com = apartment_.emplace().Status();
+  return FAILED(com) ? com : connect_(namespace_, services_);
 }
 
 }  // namespace zt::com

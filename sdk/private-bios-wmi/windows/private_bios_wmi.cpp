@@ -1,24 +1,11 @@
 #include "zt/shared/ztbios/private_bios_wmi.h"
 
-#include <zt/com/com_apartment.h>
-#include <zt/com/wmi_connection.h>
-
 #include <algorithm>
 
-#include "firmware_command.h"
+#include "firmware_interface.h"
 
 namespace zt::shared::ztbios {
 namespace {
-
-constexpr wchar_t kNamespace[] = L"\\\\.\\root\\wmi";
-
-HRESULT Run(const FirmwareCommand& command, FirmwareReply& reply) {
-  const com::ComApartment apartment;
-  if (FAILED(apartment.Status())) return apartment.Status();
-  com::ComPtr<IWbemServices> services;
-  const HRESULT status = com::ConnectToNamespace(kNamespace, services);
-  return FAILED(status) ? status : RunFirmwareCommand(*services.Get(), command, reply);
-}
 
 void CopyCutAndPadded(const std::vector<std::uint8_t>& from, std::span<std::uint8_t> to) {
   const std::size_t size = std::min(from.size(), to.size());
@@ -28,7 +15,7 @@ void CopyCutAndPadded(const std::vector<std::uint8_t>& from, std::span<std::uint
 
 }  // namespace
 
-PrivateBiosWmi::PrivateBiosWmi() = default;
+PrivateBiosWmi::PrivateBiosWmi() : interface_(std::make_unique<FirmwareInterface>()) {}
 
 PrivateBiosWmi::~PrivateBiosWmi() = default;
 
@@ -38,7 +25,7 @@ std::int32_t PrivateBiosWmi::ExecuteCommand(std::uint32_t command, std::uint32_t
   const bool has_buffers = (input != nullptr || input_size == 0) && (output != nullptr || output_size == 0);
   if (!has_buffers || return_code == nullptr) return E_POINTER;
   FirmwareReply reply;
-  const HRESULT status = Run({command, command_type, {input, input_size}, output_size}, reply);
+  const HRESULT status = interface_->Run({command, command_type, {input, input_size}, output_size}, reply);
   if (FAILED(status)) return status;
   CopyCutAndPadded(reply.output, {output, output_size});
   *return_code = reply.return_code;

@@ -6,6 +6,8 @@
 #include <span>
 #include <string>
 
+#include "disk_answer.h"
+
 namespace zt::shared::storage {
 namespace {
 
@@ -15,14 +17,6 @@ struct PropertyQuery {
   std::uint32_t query_type = 0;  // the property itself
   std::uint32_t additional_parameters = 0;
 };
-
-// Begins every answer.
-struct AnswerHeader {
-  std::uint32_t version = 0;
-  std::uint32_t size = 0;
-};
-
-constexpr std::uint32_t kMaximumAnswer = 64 * 1024;
 
 // Returns how many bytes of the answer came; 0 on failure.
 std::size_t Ask(HANDLE disk, DiskProperty property, std::span<std::uint8_t> answer) {
@@ -45,12 +39,7 @@ DiskDevice::~DiskDevice() {
 
 std::vector<std::uint8_t> DiskDevice::Read(DiskProperty property) const {
   if (!IsOpen()) return {};
-  AnswerHeader header;
-  const std::span<std::uint8_t> header_bytes(reinterpret_cast<std::uint8_t*>(&header), sizeof(header));
-  if (Ask(handle_, property, header_bytes) < sizeof(header)) return {};
-  std::vector<std::uint8_t> answer(std::min(header.size, kMaximumAnswer));
-  answer.resize(Ask(handle_, property, answer));
-  return answer;
+  return ReadWholeAnswer([&](std::span<std::uint8_t> answer) { return Ask(handle_, property, answer); });
 }
 
 }  // namespace zt::shared::storage

@@ -1,19 +1,18 @@
 #include "zt/shared/wmi/wmi_client.h"
 
-#include <zt/com/com_apartment.h>
 #include <zt/com/object_gathering.h>
 #include <zt/com/wmi_connection.h>
 
 #include <cstddef>
 #include <vector>
 
+#include "query_limits.h"
 #include "query_observer.h"
 #include "variant_conversion.h"
 
 namespace zt::shared::wmi {
 namespace {
 
-constexpr com::WaitLimits kLimits;
 static_assert(com::kWaitTimedOut == kTimedOut);
 
 // Rows come while they are gathered, and each of them once: nothing is kept on WMI's side.
@@ -24,20 +23,19 @@ constexpr long kQueryFlags = WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATE
 // The connection, and the rows of the last query.
 class WMIClient::Rows {
  public:
-  explicit Rows(const std::wstring& wmi_namespace) : connection_(apartment_.Status()) {
-    if (SUCCEEDED(connection_)) connection_ = com::ConnectToNamespace(wmi_namespace, services_);
-  }
+  explicit Rows(const std::wstring& wmi_namespace) : connection_(wmi_namespace) {}
 
   HRESULT Query(const std::wstring& wql) {
     objects_.clear();
     walked_ = 0;
-    if (FAILED(connection_)) return connection_;
+    HRESULT status = connection_.Ensure();
+    if (FAILED(status)) return status;
     com::ComPtr<IEnumWbemClassObject> enumerator;
-    HRESULT status = services_->ExecQuery(com::Bstr(L"WQL").Get(), com::Bstr(wql).Get(), kQueryFlags, nullptr,
-                                          enumerator.ReleaseAndGetAddressOf());
+    status = connection_.Services().ExecQuery(com::Bstr(L"WQL").Get(), com::Bstr(wql).Get(), kQueryFlags, nullptr,
+                                              enumerator.ReleaseAndGetAddressOf());
     if (SUCCEEDED(status)) status = com::AuthoriseCalls(enumerator.Get());
     // An error in the query may come up with its first row only.
-    if (SUCCEEDED(status)) status = com::GatherObjects(*enumerator.Get(), kLimits, objects_);
+    if (SUCCEEDED(status)) status = com::GatherObjects(*enumerator.Get(), LimitsOf(wql), objects_);
     return status;
   }
 
@@ -55,9 +53,7 @@ class WMIClient::Rows {
   }
 
  private:
-  com::ComApartment apartment_;  // the first member: the others go before it
-  com::ComPtr<IWbemServices> services_;
-  HRESULT connection_;
+  com::WmiConnection connection_;  // the first member: the others go before it
   std::vector<com::ComPtr<IWbemClassObject>> objects_;
   std::size_t walked_ = 0;  // rows that Next has gone to; one more than there are at the end
 };

@@ -1,5 +1,7 @@
 #include "samplers/gpu/intel_card_info.h"
 
+#include <plog/Log.h>
+
 #include <cstdint>
 #include <string>
 #include <typeinfo>
@@ -24,12 +26,24 @@ constexpr std::int64_t kNotFoundCode = 1;
 // 273 and not 273.15: whole kelvin to whole degrees.
 constexpr std::uint32_t kFreezingPointKelvin = 273;
 
-// Reads a property of a query's first row; without it `value` stays as it is.
+// Reads a property of a query's first row; without it `value` stays as it is. Returns the query's status.
 template <typename T>
-void ReadFirst(WMIClient& wmi, const std::wstring& query, const std::wstring& property, T& value) {
-  wmi.ExecQuery(query);
+std::int32_t ReadFirst(WMIClient& wmi, const std::wstring& query, const std::wstring& property, T& value) {
+  const std::int32_t status = wmi.ExecQuery(query);
   wmi.Next();
   wmi.GetValue(property, value);
+  return status;
+}
+
+// Without the zone this wraps to 4294967023, by which analyses tell such machines. A zone that did not answer in time
+// is another thing: 0 stands for "not known", and another source is asked.
+std::uint32_t ReadTemperature(WMIClient& wmi) {
+  std::uint32_t kelvin = 0;
+  if (ReadFirst(wmi, kTemperatureQuery, L"Temperature", kelvin) == shared::wmi::kTimedOut) {
+    PLOG_WARNING << "The processor's temperature is not known: its thermal zone did not answer in time";
+    return 0;
+  }
+  return kelvin - kFreezingPointKelvin;
 }
 
 bool HasRow(WMIClient& wmi, const std::wstring& query) {
@@ -56,11 +70,7 @@ Error IntelCardInfo::AddCard(std::vector<GraphicCardInfo>& cards) {
   GraphicCardInfo card;
   // The machine's serial number: integrated graphics has none of its own.
   ReadFirst(wmi_, kSerialQuery, L"SerialNumber", card.serial_number);
-  std::uint32_t kelvin = 0;
-  ReadFirst(wmi_, kTemperatureQuery, L"Temperature", kelvin);
-  // Without the zone this wraps to 4294967023, by which analyses tell such machines: 0 would look like "not known", and
-  // another source would be asked.
-  card.temperature_celsius = kelvin - kFreezingPointKelvin;
+  card.temperature_celsius = ReadTemperature(wmi_);
   cards.push_back(std::move(card));
   return {};
 }

@@ -1,5 +1,7 @@
 #include "samplers/operating_system/process_table.h"
 
+#include <plog/Log.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -20,6 +22,7 @@ constexpr wchar_t kQuery[] =
     L"SELECT Name, IDProcess, PercentProcessorTime, PriorityBase FROM Win32_PerfFormattedData_PerfProc_Process";
 // One "f" short of the class: the text that logs have always had.
 constexpr char kQueryFailure[] = "Error while querying Win32_PerFormattedData_PerfProc_Process.";
+constexpr char kTimedOut[] = "No process is reported: the performance data of processes did not come in time";
 
 constexpr char kIdleProcessId[] = "0";  // that of the idle process, and of the row that totals the others
 constexpr std::size_t kMostProcesses = 10;
@@ -65,7 +68,10 @@ bool Measure(WMIProcessInfo& process) {
 }  // namespace
 
 ProcessTable ListProcesses(WMIClient* wmi) {
-  if (RunQuery(wmi, kQuery) != shared::wmi::kSuccess) FailWith(kQueryFailure);
+  const std::int32_t status = RunQuery(wmi, kQuery);
+  // The cycle's line about what is thrown tells no reason.
+  if (status == shared::wmi::kTimedOut) PLOG_WARNING << kTimedOut;
+  if (status != shared::wmi::kSuccess) FailWith(kQueryFailure);
   ProcessTable table;
   while (wmi->Next()) {
     WMIProcessInfo process = ReadRow(*wmi);

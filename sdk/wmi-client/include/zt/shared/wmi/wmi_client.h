@@ -14,15 +14,17 @@ namespace zt::shared::wmi {
 /// before. For one thread; COM is joined as the thread has it, initialised only where it is not, and left as found.
 class ZT_WMI_CLIENT_EXPORT WMIClient {
  public:
-  /// Connects to `wmi_namespace`, for example "\\.\root\cimv2". A failure to connect is the status of every query.
+  /// A client of `wmi_namespace`, for example "\\.\root\cimv2". The first query connects to it; a failure to connect,
+  /// which may take the system two minutes, is the status of that query and of every other one.
   explicit WMIClient(const std::wstring& wmi_namespace);
   ~WMIClient();
   WMIClient(const WMIClient&) = delete;
   WMIClient& operator=(const WMIClient&) = delete;
 
   /// Runs `wql` and gathers its rows. Returns the HRESULT of the query: 0 on success, also without rows. Never waits
-  /// without limit: a row that takes more than 5 seconds, or a query of more than 15 seconds, ends it with `kTimedOut`.
-  /// Rows gathered before a failure can still be walked.
+  /// without limit: a row that takes more than 5 seconds, or a query of more than 15 seconds, ends it with `kTimedOut`;
+  /// for a performance class (Win32_Perf…), whose provider may have to start first, it is 45 and 60 seconds. Rows
+  /// gathered before a failure can still be walked.
   std::int32_t ExecQuery(const std::wstring& wql);
 
   /// Goes to the next row, to the first one after a query; false when there is none.

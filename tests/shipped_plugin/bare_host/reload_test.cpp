@@ -1,0 +1,36 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "bare_host.h"
+
+namespace zt::tests {
+namespace {
+
+using telemetry::host::LoadedLibrary;
+using testing::HasSubstr;
+
+constexpr char kSuccess[] = R"("kind":0)";
+
+TEST(BareHostTest, RunsThePluginFromAnotherFolder) {
+  BarePlugin plugin;
+  EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));
+}
+
+// protobuf goes on knowing what was registered with it.
+TEST(BareHostTest, UnloadsAndReloadsThePluginWhileProtobufStays) {
+  const LoadedLibrary protobuf(ProtobufFile());
+  for (int i = 0; i < 2; ++i) {
+    BarePlugin plugin;
+    EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));
+  }
+}
+
+TEST(BareHostTest, UnloadsAndReloadsThePluginWithProtobuf) {
+  for (int i = 0; i < 2; ++i) {
+    BarePlugin plugin;
+    EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));
+  }
+}
+
+}  // namespace
+}  // namespace zt::tests
