@@ -6,6 +6,10 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
+constexpr char kUnknownStart[] = "connectedChannel ";
+constexpr char kUnknownEnd[] = " not found in frequencyData.";
+constexpr char kMalformed[] = "Error: Invalid frequency range format for connectedChannel ";
+
 // As comma-delimited reading of a stream gives them: the empty piece behind a last comma is none.
 std::vector<std::string> SplitAtCommas(const std::string& text) {
   std::vector<std::string> pieces;
@@ -39,8 +43,12 @@ std::optional<FrequencyRange> ParseFrequencyRange(const std::string& text) {
   return FrequencyRange{std::stoi(pieces[0]), std::stoi(pieces[1])};
 }
 
-InterferenceCounts CountInterference(const FrequencyTable& table, std::uint32_t channel, const FrequencyRange& range) {
-  InterferenceCounts counts;
+Interference CountInterference(const FrequencyTable& table, std::uint32_t channel) {
+  const auto own = table.find(channel);
+  if (own == table.end()) return {0, 0, plog::info, kUnknownStart + std::to_string(channel) + kUnknownEnd};
+  const std::optional<FrequencyRange> range = ParseFrequencyRange(own->second);
+  if (!range) return {0, 0, plog::error, kMalformed + std::to_string(channel)};
+  Interference counts;
   for (const auto& [other, text] : table) {
     if (other == channel) {
       ++counts.co_channel;
@@ -48,7 +56,7 @@ InterferenceCounts CountInterference(const FrequencyTable& table, std::uint32_t 
     }
     // A channel that encloses this one has no edge in it, and is not counted.
     const std::optional<FrequencyRange> edges = ParseFrequencyRange(text);
-    if (edges && (range.Contains(edges->low_mhz) || range.Contains(edges->high_mhz))) ++counts.adjacent;
+    if (edges && (range->Contains(edges->low_mhz) || range->Contains(edges->high_mhz))) ++counts.adjacent;
   }
   return counts;
 }

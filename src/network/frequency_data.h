@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plog/Severity.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -26,13 +28,15 @@ struct FrequencyRange {
 std::optional<FrequencyRange> ParseFrequencyRange(const std::string& text);
 
 /// How many channels of a table coincide with a channel, and how many others have an edge in it.
-struct InterferenceCounts {
+struct Interference {
   std::uint32_t co_channel = 0;
   std::uint32_t adjacent = 0;
+  // Where nothing can be counted: a line for the log that says why.
+  plog::Severity severity = plog::none;
+  std::string remark;
 };
 
-/// Counts over `table` for the channel `channel`, which is `range` wide. Channels whose range cannot be read are passed
-/// over.
-InterferenceCounts CountInterference(const FrequencyTable& table, std::uint32_t channel, const FrequencyRange& range);
+/// Counts over `table` for the channel `channel`. Other channels whose range cannot be read are passed over.
+Interference CountInterference(const FrequencyTable& table, std::uint32_t channel);
 
 }  // namespace zt::telemetry::collector::performancesamples

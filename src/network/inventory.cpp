@@ -106,6 +106,7 @@ void ReadConfigurations(WMIClient& wmi, const AnyName& condition, types::Network
 
 types::NetworkInterfaces NetworkInfoMsg::PerformNetworkInterfaceQueries() {
   types::NetworkInterfaces interfaces;
+  if (wmi_client_ == nullptr) return interfaces;
   AnyName condition;
   condition.SetField(kNameField);
   ListInterfaces(*wmi_client_, interfaces, condition);

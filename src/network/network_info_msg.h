@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "messages/perf_messages.h"
-#include "network/frequency_data.h"
 #include "types/network_interface_info.h"
 #include "types/tcp_stats.h"
 
@@ -17,7 +16,7 @@ class ZT_COLLECTOR_EXPORT NetworkInfoMsg : public PerfMessages {
  public:
   using SampleRows = std::vector<std::map<std::string, std::string>>;
 
-  /// Both outlive the object. The rows are kept and not read.
+  /// Both outlive the object. Without a client (null) every query counts as failed. The rows are kept and not read.
   NetworkInfoMsg(shared::wmi::WMIClient* wmi_client, SampleRows* rows);
   NetworkInfoMsg(const NetworkInfoMsg&);
   NetworkInfoMsg& operator=(const NetworkInfoMsg&);
@@ -52,7 +51,6 @@ class ZT_COLLECTOR_EXPORT NetworkInfoMsg : public PerfMessages {
   types::Ipv6Stats GetTcpIPv6Statistics();
   bool IsVpnConnected(const std::wstring& guid);
   void CalculateChannelInterference(types::NetworkInterfaceInfo& info);
-  void CalculateChannelInterference(types::NetworkInterfaceInfo& info, const FrequencyTable& table);
 
   SampleRows* rows_ = nullptr;
 };

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "network/network_info_msg.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -16,15 +14,6 @@ class NetworkInspection {
   types::Ipv4Stats TcpIPv4() { return network_.GetTcpIPv4Statistics(); }
   /// Of IPv6, likewise.
   types::Ipv6Stats TcpIPv6() { return network_.GetTcpIPv6Statistics(); }
-
-  /// Whether the adapter with this GUID ("{...}") calls itself a VPN or a virtual one.
-  bool IsVpn(const std::wstring& guid) { return network_.IsVpnConnected(guid); }
-
-  /// Adds to the interference counts of `info` what its channel shares with the channels of the plan, or of `table`.
-  void CountInterference(types::NetworkInterfaceInfo& info) { network_.CalculateChannelInterference(info); }
-  void CountInterference(types::NetworkInterfaceInfo& info, const FrequencyTable& table) {
-    network_.CalculateChannelInterference(info, table);
-  }
 
  private:
   NetworkInfoMsg& network_;

@@ -27,6 +27,7 @@ bool NamesVpn(const std::string& description) {
 }  // namespace
 
 bool NetworkInfoMsg::IsVpnConnected(const std::wstring& guid) {
+  if (wmi_client_ == nullptr) return false;
   // A query that fails has no rows.
   wmi_client_->ExecQuery(kDescriptionQueryStart + guid + kDescriptionQueryEnd);
   while (wmi_client_->Next()) {

@@ -1,6 +1,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "network/frequency_data.h"
 #include "network_fixture.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -9,6 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 struct Channel {
   std::uint32_t number;
@@ -43,19 +45,27 @@ std::uint32_t OverlappingChannels(const Channel& channel) {
   return count;
 }
 
+// Over the plan, by way of the pass that tells an interface its channel.
 class ChannelInterferenceTest : public NetworkTest {
  protected:
-  types::NetworkInterfaceInfo Count(std::uint32_t channel) {
-    types::NetworkInterfaceInfo info;
-    info.channel = channel;
-    inspection_.CountInterference(info);
-    return info;
+  ChannelInterferenceTest() {
+    AddInterface(kWifi);
+    machine_.network.wlan.emplace().interfaces.emplace_back().guid = Guid(1);
   }
 
-  types::NetworkInterfaceInfo Count(std::uint32_t channel, const FrequencyTable& table) {
+  /// Lets the pass find the interface on this channel, and counts for `info`.
+  void Count(std::uint32_t channel, types::NetworkInterfaceInfo& info) {
+    machine_.network.wlan->interfaces[0].channel = channel;
+    info.guid = Guid(1);
+    types::NetworkInterfaces interfaces = {{kWifi, info}};
+    simulation::UseMachine(machine_);
+    network_.HandleWlanInfo(interfaces);
+    info = interfaces.at(kWifi);
+  }
+
+  types::NetworkInterfaceInfo Count(std::uint32_t channel) {
     types::NetworkInterfaceInfo info;
-    info.channel = channel;
-    inspection_.CountInterference(info, table);
+    Count(channel, info);
     return info;
   }
 
@@ -66,12 +76,14 @@ class ChannelInterferenceTest : public NetworkTest {
   }
 
   void ExpectUnknown(std::uint32_t channel) {
-    types::NetworkInterfaceInfo expected;
-    expected.channel = channel;
     log_.lines.clear();
-    EXPECT_EQ(Count(channel), expected);
+    const types::NetworkInterfaceInfo info = Count(channel);
+    EXPECT_EQ(info.channel, channel);
+    EXPECT_EQ(info.co_channel_interference_count, 0U);
+    EXPECT_EQ(info.adjacent_channel_interference_count, 0U);
     EXPECT_THAT(log_.Messages(plog::info),
                 ElementsAre("connectedChannel " + std::to_string(channel) + " not found in frequencyData."));
+    EXPECT_THAT(log_.lines, SizeIs(1));
   }
 };
 
@@ -111,50 +123,56 @@ TEST_F(ChannelInterferenceTest, AChannelOutsideThePlanIsOneLineOfInformation) {
 
 TEST_F(ChannelInterferenceTest, TheLineNamesTheOperation) {
   Count(10);
+  ASSERT_THAT(log_.lines, SizeIs(1));
   EXPECT_THAT(log_.lines.at(0).function, EndsWith("NetworkInfoMsg::CalculateChannelInterference"));
 }
 
 TEST_F(ChannelInterferenceTest, CountingTwiceDoublesBoth) {
   types::NetworkInterfaceInfo info = Count(36);
-  inspection_.CountInterference(info);
+  Count(36, info);
   EXPECT_EQ(info.co_channel_interference_count, 2U);
   EXPECT_EQ(info.adjacent_channel_interference_count, 12U);
 }
 
-TEST_F(ChannelInterferenceTest, AChannelThatEnclosesAnotherIsNotCountedForIt) {
+TEST_F(ChannelInterferenceTest, ALookInVainLeavesCountsAsTheyWere) {
+  types::NetworkInterfaceInfo info = Count(36);
+  Count(10, info);
+  EXPECT_EQ(info.co_channel_interference_count, 1U);
+  EXPECT_EQ(info.adjacent_channel_interference_count, 6U);
+}
+
+TEST(CountInterferenceTest, AChannelThatEnclosesAnotherIsNotCountedForIt) {
   const FrequencyTable table = {{1, "100,110"}, {2, "90,120"}};
-  EXPECT_EQ(Count(1, table).adjacent_channel_interference_count, 0U);
-  EXPECT_EQ(Count(2, table).adjacent_channel_interference_count, 1U);
+  EXPECT_EQ(CountInterference(table, 1).adjacent, 0U);
+  EXPECT_EQ(CountInterference(table, 2).adjacent, 1U);
 }
 
-TEST_F(ChannelInterferenceTest, AnEdgeThatTouchesCounts) {
-  EXPECT_EQ(Count(1, {{1, "100,110"}, {2, "110,120"}, {3, "90,100"}, {4, "111,120"}, {5, "80,99"}})
-                .adjacent_channel_interference_count,
-            2U);
+TEST(CountInterferenceTest, AnEdgeThatTouchesCounts) {
+  const FrequencyTable table = {{1, "100,110"}, {2, "110,120"}, {3, "90,100"}, {4, "111,120"}, {5, "80,99"}};
+  EXPECT_EQ(CountInterference(table, 1).adjacent, 2U);
 }
 
-TEST_F(ChannelInterferenceTest, AMalformedOwnRangeIsOneErrorLine) {
+TEST(CountInterferenceTest, AMalformedOwnRangeIsOneErrorLine) {
   for (const char* range : {"", "100", "100,110,120", "100;110"}) {
-    log_.lines.clear();
-    const types::NetworkInterfaceInfo info = Count(7, {{7, range}, {8, "100,110"}});
-    EXPECT_EQ(info.co_channel_interference_count, 0U) << range;
-    EXPECT_EQ(info.adjacent_channel_interference_count, 0U) << range;
-    EXPECT_THAT(log_.Messages(plog::error),
-                ElementsAre("Error: Invalid frequency range format for connectedChannel 7"));
+    const Interference interference = CountInterference({{7, range}, {8, "100,110"}}, 7);
+    EXPECT_EQ(interference.co_channel, 0U) << range;
+    EXPECT_EQ(interference.adjacent, 0U) << range;
+    EXPECT_EQ(interference.severity, plog::error);
+    EXPECT_EQ(interference.remark, "Error: Invalid frequency range format for connectedChannel 7");
   }
 }
 
-TEST_F(ChannelInterferenceTest, AMalformedRangeOfAnotherChannelIsPassedOver) {
-  const types::NetworkInterfaceInfo info = Count(7, {{7, "100,110"}, {8, "105"}, {9, "1,2,3"}, {10, "105,200"}});
-  EXPECT_EQ(info.co_channel_interference_count, 1U);
-  EXPECT_EQ(info.adjacent_channel_interference_count, 1U);
-  EXPECT_THAT(log_.lines, IsEmpty());
+TEST(CountInterferenceTest, AMalformedRangeOfAnotherChannelIsPassedOver) {
+  const Interference interference = CountInterference({{7, "100,110"}, {8, "105"}, {9, "1,2,3"}, {10, "105,200"}}, 7);
+  EXPECT_EQ(interference.co_channel, 1U);
+  EXPECT_EQ(interference.adjacent, 1U);
+  EXPECT_EQ(interference.remark, "");
 }
 
-TEST_F(ChannelInterferenceTest, APieceThatIsNoNumberIsThrown) {
-  EXPECT_THROW(Count(7, {{7, "low,high"}}), std::invalid_argument);
-  EXPECT_THROW(Count(7, {{7, "1,99999999999"}}), std::out_of_range);
-  EXPECT_THROW(Count(7, {{7, "1,2"}, {8, "x,2"}}), std::invalid_argument);
+TEST(CountInterferenceTest, APieceThatIsNoNumberIsThrown) {
+  EXPECT_THROW(CountInterference({{7, "low,high"}}, 7), std::invalid_argument);
+  EXPECT_THROW(CountInterference({{7, "1,99999999999"}}, 7), std::out_of_range);
+  EXPECT_THROW(CountInterference({{7, "1,2"}, {8, "x,2"}}, 7), std::invalid_argument);
 }
 
 }  // namespace

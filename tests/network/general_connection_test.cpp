@@ -175,6 +175,30 @@ TEST_F(GeneralConnectionTest, AFailingInternetQuestionChangesNothing) {
   EXPECT_TRUE(Wired().has_internet_access);
 }
 
+// Over what a first pass found: nothing goes back to where it started.
+TEST_F(GeneralConnectionTest, WhatFailsInASecondPassLeavesWhatTheFirstOneFound) {
+  simulation::ListedNetwork& network = AddWired();
+  types::NetworkInterfaces interfaces = GeneralConnections();
+  const types::NetworkInterfaceInfo found = interfaces.at(kWired);
+  ASSERT_EQ(found.bytes_received, 10U);
+  ASSERT_EQ(found.bytes_sent, 20U);
+  ASSERT_EQ(found.network_category, "Private");
+  ASSERT_TRUE(found.has_internet_access);
+  network.category = Failure{kOutOfMemory};
+  network.internet = Failure{kOutOfMemory};
+  machine_.network.interface_counters[1] = Failure{kDenied};
+  simulation::UseMachine(machine_);
+  network_.HandleGeneralConnInfo(interfaces);
+  EXPECT_EQ(interfaces.at(kWired), found);
+}
+
+TEST_F(GeneralConnectionTest, ALaterNetworkWithoutInternetTakesTheAccessOfTheInterfaceOnly) {
+  AddWired();
+  AddNetwork({1}).internet = false;
+  EXPECT_FALSE(Wired().has_internet_access);
+  EXPECT_TRUE(network_.has_internet_access_);
+}
+
 TEST_F(GeneralConnectionTest, AFailingInternetQuestionGivesNoAccess) {
   AddWired().internet = Failure{kOutOfMemory};
   EXPECT_FALSE(Wired().has_internet_access);
@@ -191,10 +215,11 @@ TEST_F(GeneralConnectionTest, FailingCountersChangeNothing) {
   EXPECT_EQ(info.network_category, "Private");
 }
 
-TEST_F(GeneralConnectionTest, AnInterfaceWithoutAnIndexAsksForOneThatThereIsNot) {
+TEST_F(GeneralConnectionTest, AnInterfaceWithoutAnIndexIsAskedForByTheLargestOne) {
   AddWired();
   AdapterRow(1).erase("InterfaceIndex");
-  EXPECT_EQ(Wired().bytes_sent, 0U);
+  machine_.network.interface_counters[4'294'967'295U] = simulation::InterfaceCounters{30, 40};
+  EXPECT_EQ(Wired().bytes_sent, 40U);
 }
 
 TEST_F(GeneralConnectionTest, CountersHave32Bits) {
@@ -252,9 +277,12 @@ TEST_F(GeneralConnectionTest, WithoutAManagerAnErrorIsThrown) {
   EXPECT_EQ(error.message, "Class not registered\r\n");
 }
 
-TEST_F(GeneralConnectionTest, AMachineWithoutANetworkListHasNoManager) {
+TEST_F(GeneralConnectionTest, AMachineWithoutANetworkListKnowsNoClassOfItsManager) {
   machine_.network.manager.reset();
-  EXPECT_EQ(FailingPass().description, "Failed to create NetworkListManager instance.");
+  const Error error = FailingPass();
+  EXPECT_EQ(error.kind, 5);
+  EXPECT_EQ(error.code, kClassNotRegistered);
+  EXPECT_EQ(error.description, "Failed to create NetworkListManager instance.");
 }
 
 TEST_F(GeneralConnectionTest, WithoutAListAnErrorIsThrown) {

@@ -189,6 +189,30 @@ TEST_F(InventoryTest, APropertyThatIsMissingLeavesItsFieldAlone) {
   expect_lost("NetConnectionStatus", &Info::connection_status);
 }
 
+// An adapter that is listed again, and tells nothing but its name.
+TEST_F(InventoryTest, ARowThatTellsNothingLeavesWhatIsKnownButForTheStatus) {
+  AddInterface(kWired);
+  types::NetworkInterfaceInfo expected = Only();
+  EXPECT_EQ(expected.connection_status, "Connected");
+  machine_.wmi.classes[kAdaptersTable].push_back({{"Name", kWired}, {"ProductName", kWired}});
+  expected.connection_status = "Unknown";
+  EXPECT_EQ(Only(), expected);
+}
+
+TEST_F(InventoryTest, AStatusBeyondTheTableDoesNotLeaveTheOneBefore) {
+  AddInterface(kWired);
+  simulation::WmiRow again = AdapterRow(1);
+  again["NetConnectionStatus"] = 13;
+  machine_.wmi.classes[kAdaptersTable].push_back(again);
+  EXPECT_EQ(Only().connection_status, "Unknown");
+}
+
+TEST_F(InventoryTest, ADhcpSettingThatCannotBeReadLeavesTheOneBefore) {
+  AddInterface(kWired);
+  machine_.wmi.classes[kConfigurationsTable].push_back({{"Description", kWired}, {"MACAddress", Mac(1)}});
+  EXPECT_TRUE(Only().dhcp_enabled);
+}
+
 TEST_F(InventoryTest, ASpeedOfNoneIsLeftAlone) {
   AddInterface(kWired);
   AdapterRow(1)["Speed"] = simulation::WmiNull();

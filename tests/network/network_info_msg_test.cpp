@@ -44,6 +44,12 @@ TEST_F(NetworkTest, AnAssignedOneTakesTheFlagsAndTheClient) {
   EXPECT_TRUE(other.PerformNetworkInterfaceQueries().contains(kWired));
 }
 
+TEST_F(NetworkTest, WithoutAClientTheInventoryIsEmpty) {
+  AddInterface(kWired);
+  simulation::UseMachine(machine_);
+  EXPECT_THAT(NetworkInfoMsg(nullptr, nullptr).PerformNetworkInterfaceQueries(), testing::IsEmpty());
+}
+
 TEST(NetworkInterfaceInfoTest, StartsUnknownAndWithoutAnIndex) {
   const types::NetworkInterfaceInfo info;
   EXPECT_EQ(info.connection_status, "Unknown");

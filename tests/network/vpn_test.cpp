@@ -6,17 +6,24 @@ namespace {
 using testing::ElementsAre;
 
 constexpr char kGuid[] = "{11111111-0000-4000-8000-000000000003}";
-constexpr wchar_t kWideGuid[] = L"{11111111-0000-4000-8000-000000000003}";
 
+// By way of the pass that asks: a connected network runs over an adapter that is no interface.
 class VpnTest : public NetworkTest {
  protected:
   void AddAdapter(const simulation::WmiProperty& description) {
     machine_.wmi.classes[kAdaptersTable].push_back({{"Description", description}, {"GUID", kGuid}});
   }
 
-  bool IsVpn(const std::wstring& guid = kWideGuid) {
+  bool IsVpn(const std::string& guid = kGuid) {
+    simulation::ListedNetwork network;
+    network.connected = true;
+    network.connections = std::vector<simulation::NetworkConnection>{{guid}};
+    machine_.network.manager.emplace().networks = {network};
     simulation::UseMachine(machine_);
-    return inspection_.IsVpn(guid);
+    types::NetworkInterfaces none;
+    network_.is_vpn_connected_ = false;
+    network_.HandleGeneralConnInfo(none);
+    return network_.is_vpn_connected_;
   }
 };
 
@@ -46,7 +53,7 @@ TEST_F(VpnTest, AnotherDescriptionDoesNotCount) {
 
 TEST_F(VpnTest, AGuidWithoutAnAdapterDoesNotCount) {
   AddAdapter("Office VPN");
-  EXPECT_FALSE(IsVpn(L"{11111111-0000-4000-8000-000000000004}"));
+  EXPECT_FALSE(IsVpn("{11111111-0000-4000-8000-000000000004}"));
 }
 
 TEST_F(VpnTest, AFailedQueryDoesNotCount) {
@@ -63,9 +70,19 @@ TEST_F(VpnTest, AnyRowCounts) {
   EXPECT_TRUE(IsVpn());
 }
 
-TEST_F(VpnTest, ADescriptionThatCannotBeReadDoesNotTakeTheOneBefore) {
+TEST_F(VpnTest, AnAdapterThatDoesNotDescribeItselfDoesNotEndTheSearch) {
   machine_.wmi.classes[kAdaptersTable] = {{{"GUID", kGuid}}};
-  EXPECT_FALSE(IsVpn());
+  AddAdapter("Office VPN");
+  EXPECT_TRUE(IsVpn());
+}
+
+TEST_F(VpnTest, WithoutAClientNoAdapterCounts) {
+  AddAdapter("Office VPN");
+  ASSERT_TRUE(IsVpn());
+  NetworkInfoMsg without_client(nullptr, &rows_);
+  types::NetworkInterfaces none;
+  without_client.HandleGeneralConnInfo(none);
+  EXPECT_FALSE(without_client.is_vpn_connected_);
 }
 
 TEST_F(VpnTest, BytesOutsideAsciiStandBesideTheWord) {
@@ -74,9 +91,9 @@ TEST_F(VpnTest, BytesOutsideAsciiStandBesideTheWord) {
 }
 
 TEST_F(VpnTest, TheGuidStandsInTheQueryAsItIs) {
-  EXPECT_FALSE(IsVpn(L"a'b\\c"));
+  EXPECT_FALSE(IsVpn(R"(A'B\C)"));
   EXPECT_THAT(simulation::RecordedQueries(),
-              ElementsAre(R"(SELECT Description from Win32_NetworkAdapter WHERE GUID = 'a'b\c')"));
+              ElementsAre(R"(SELECT Description from Win32_NetworkAdapter WHERE GUID = 'A'B\C')"));
 }
 
 }  // namespace

@@ -75,6 +75,16 @@ TEST_F(WlanTest, AProfileThatAUserConnectsByHandShowsNoSettings) {
   EXPECT_THAT(log_.lines.at(0).function, EndsWith("::performancesamples::NetworkInfoMsg::HandleWlanInfo"));
 }
 
+TEST_F(WlanTest, AProfileShowsItsSettingsWhateverOtherFlagsItHas) {
+  AddWifi().profiles = {{"User", kConnectsByItself | kOfAUser, kXml},
+                        {"Domain", kGroupPolicy | kSetByClient, kXml},
+                        {"Both", kConnectsByItself | kGroupPolicy, kXml}};
+  for (const types::WLanProfile& profile : Wifi().w_lan_profiles) {
+    EXPECT_EQ(profile.authentication, "WPA2PSK") << profile.profile_name;
+  }
+  EXPECT_THAT(log_.lines, IsEmpty());
+}
+
 TEST_F(WlanTest, AProfileThatCannotBeReadIsListedByItsName) {
   AddWifi().profiles = {{"Büro", kGroupPolicy, Failure{kDenied}}, {"Home", kGroupPolicy, kXml}};
   EXPECT_THAT(Wifi().w_lan_profiles, ElementsAre(types::WLanProfile{"Büro", "", "", false},
@@ -138,6 +148,32 @@ TEST_F(WlanTest, AFailingChannelQuestionLeavesTheChannelAlone) {
   EXPECT_EQ(info.co_channel_interference_count, 0U);
   EXPECT_EQ(info.receive_rate, 1'200'000.0F);
   EXPECT_THAT(log_.lines, IsEmpty());
+}
+
+// Over what a first pass found: nothing goes back to where it started.
+TEST_F(WlanTest, WhatFailsInASecondPassLeavesWhatTheFirstOneFound) {
+  simulation::WlanInterface& wifi = AddWifi();
+  types::NetworkInterfaces interfaces = WlanInfo();
+  const types::NetworkInterfaceInfo found = interfaces.at(kWifi);
+  ASSERT_EQ(found.channel, 36U);
+  wifi.connection = kDenied;
+  wifi.profile_list = kDenied;
+  wifi.channel = Failure{kDenied};
+  simulation::UseMachine(machine_);
+  network_.HandleWlanInfo(interfaces);
+  EXPECT_EQ(interfaces.at(kWifi), found);
+}
+
+TEST_F(WlanTest, ADisconnectedInterfaceKeepsTheLinkOfAFirstPass) {
+  simulation::WlanInterface& wifi = AddWifi();
+  types::NetworkInterfaces interfaces = WlanInfo();
+  const types::NetworkInterfaceInfo found = interfaces.at(kWifi);
+  wifi.state = kDisconnected;
+  simulation::UseMachine(machine_);
+  network_.HandleWlanInfo(interfaces);
+  EXPECT_EQ(interfaces.at(kWifi).receive_rate, found.receive_rate);
+  EXPECT_EQ(interfaces.at(kWifi).signal_strength, found.signal_strength);
+  EXPECT_EQ(interfaces.at(kWifi).radio_type, found.radio_type);
 }
 
 TEST_F(WlanTest, AChannelOutsideThePlanIsKeptAndLogged) {

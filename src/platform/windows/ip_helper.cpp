@@ -1,16 +1,11 @@
 #include "platform/ip_helper.h"
 
-#include <windows.h>
-#include <iphlpapi.h>
+#include "platform/windows/ip_helper_figures.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
 
 constexpr ULONG kIpv6 = 23;  // AF_INET6, of a header whose order among others is delicate
-
-TcpCounters PartOf(const MIB_TCPSTATS& statistics) {
-  return {statistics.dwCurrEstab, statistics.dwAttemptFails, statistics.dwInErrs};
-}
 
 }  // namespace
 
@@ -18,19 +13,19 @@ std::optional<InterfaceCounters> CountersOfInterface(std::uint32_t index) {
   MIB_IFROW row{};
   row.dwIndex = index;
   if (::GetIfEntry(&row) != NO_ERROR) return std::nullopt;
-  return InterfaceCounters{row.dwInOctets, row.dwOutOctets};
+  return CountersOf(row);
 }
 
 std::optional<TcpCounters> TcpV4Counters() {
   MIB_TCPSTATS statistics{};
   if (::GetTcpStatistics(&statistics) != NO_ERROR) return std::nullopt;
-  return PartOf(statistics);
+  return CountersOf(statistics);
 }
 
 std::optional<TcpCounters> TcpV6Counters() {
   MIB_TCPSTATS statistics{};
   if (::GetTcpStatisticsEx(&statistics, kIpv6) != NO_ERROR) return std::nullopt;
-  return PartOf(statistics);
+  return CountersOf(statistics);
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform
