@@ -14,6 +14,7 @@ constexpr const char* kName = "strftime";
 constexpr int kArguments = 2;
 constexpr std::string_view kHourFormat = "%Y-%m-%dT%H:00:00.000Z";
 constexpr std::string_view kRestOfAnHour = ":00:00.000Z";
+constexpr std::string_view kForm = "0000-00-00T00:00:00";
 constexpr std::size_t kUpToTheHour = 13;  // 2026-03-07T12
 constexpr std::size_t kSeparator = 10;
 
@@ -28,7 +29,6 @@ int TwoDigits(std::string_view text, std::size_t at) {
 
 // "2026-03-07T12:34:56", with a blank in place of the "T" too.
 bool HasTheFormOfATime(std::string_view text) {
-  constexpr std::string_view kForm = "0000-00-00T00:00:00";
   if (text.size() != kForm.size()) return false;
   for (std::size_t i = 0; i < kForm.size(); ++i) {
     const bool fits = kForm[i] == '0'   ? text[i] >= '0' && text[i] <= '9'
@@ -39,7 +39,7 @@ bool HasTheFormOfATime(std::string_view text) {
   return true;
 }
 
-// A time of a day that there is. SQLite reads others too: the 31st of April is the 1st of May, and 24:00 the next day.
+// A time that there is. SQLite reads others too: 24:00, and 31 days of every month.
 bool IsPlainTime(std::string_view text) {
   if (!HasTheFormOfATime(text)) return false;
   constexpr int kHundred = 100;
@@ -93,7 +93,7 @@ class OriginalFunction {
   Statement answer_;
 };
 
-void HourOf(sqlite3_context* context, int /*count*/, sqlite3_value** arguments) {
+void AnswerHour(sqlite3_context* context, int /*count*/, sqlite3_value** arguments) {
   const std::string_view time = TextOf(arguments[1]);
   if (TextOf(arguments[0]) != kHourFormat || !IsPlainTime(time)) {
     return static_cast<OriginalFunction*>(sqlite3_user_data(context))->Answer(context, arguments);
@@ -107,12 +107,17 @@ void HourOf(sqlite3_context* context, int /*count*/, sqlite3_value** arguments) 
 
 }  // namespace
 
+std::string_view HourPart(std::string_view date_time) {
+  const std::string_view time = date_time.substr(0, kForm.size());
+  return IsPlainTime(time) ? time.substr(0, kUpToTheHour) : std::string_view();
+}
+
 bool UseFastHours(sqlite3* database) {
   auto original = std::make_unique<OriginalFunction>();
   // Called for the last time when the connection is closed, and also when it does not take the function.
   const auto release = [](void* function) { delete static_cast<OriginalFunction*>(function); };
   return sqlite3_create_function_v2(database, kName, kArguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS,
-                                    original.release(), &HourOf, nullptr, nullptr, release) == SQLITE_OK;
+                                    original.release(), &AnswerHour, nullptr, nullptr, release) == SQLITE_OK;
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

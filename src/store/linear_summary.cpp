@@ -96,7 +96,7 @@ bool LinearSummary::ReadHours(Table table) {
   // Without an index, so that the rows come in the table's own order.
   const Statement samples =
       Prepare(database_, "SELECT " + row_number + ", " + kHour + ", date_time" + compared + " FROM main." +
-                             kNames[table] + " NOT INDEXED WHERE zt_is_news(" + kHour + compared + ");");
+                             kNames[table] + " NOT INDEXED WHERE zt_is_news(date_time" + compared + ");");
   const Statement insertion = network ? PrepareProfileInsertion(database_) : nullptr;
   if (!samples || (network && !insertion)) return false;
   std::string last_hour;

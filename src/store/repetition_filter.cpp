@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "store/hour_function.h"
+
 namespace zt::telemetry::collector::performancesamples {
 
 bool RepetitionFilter::AddTo(sqlite3* database) {
@@ -14,13 +16,21 @@ bool RepetitionFilter::AddTo(sqlite3* database) {
                                     nullptr) == SQLITE_OK;
 }
 
+bool RepetitionFilter::BeginsAnHour(sqlite3_value* date_time) {
+  if (sqlite3_value_type(date_time) != SQLITE_TEXT) return true;
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(date_time));
+  if (text == nullptr) return true;
+  const std::string_view hour = HourPart({text, static_cast<std::size_t>(sqlite3_value_bytes(date_time))});
+  if (!hour.empty() && hour == hour_) return false;
+  hour_ = hour;
+  return true;
+}
+
 bool RepetitionFilter::IsNews(int count, sqlite3_value** values) {
   ++rows_;
-  Text hour;
-  hour.Add(values[0]);
-  if (hour.IsEmpty() || !(hour == hour_)) {
-    hour_ = hour;
-    for (Text& text : remembered_) text = Text();
+  const bool begins_an_hour = BeginsAnHour(values[0]);
+  if (begins_an_hour) {
+    for (Text& text : remembered_) text.Clear();
   } else if (count == 1) {
     return false;
   }

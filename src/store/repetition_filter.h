@@ -5,15 +5,18 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace zt::telemetry::collector::performancesamples {
 
-/// Leaves out rows that say what a recent row of the same hour said, to the bit. It remembers a few rows only: what it
-/// lets through may repeat as well.
+/// Leaves out rows that say what a recent row of the same hour said, to the bit: of the first
+/// row of each stretch of rows of one hour, and of rows whose hour cannot be read off, none is left out. It remembers a
+/// few rows only: what it lets through may repeat as well.
 class RepetitionFilter {
  public:
   /// Makes the filter known to a connection, which must not run it after this object's end, as the function
-  /// `zt_is_news(hour, ...)`.
+  /// `zt_is_news(date_time, ...)`.
   bool AddTo(sqlite3* database);
 
   /// Forgets everything, for another table.
@@ -30,6 +33,7 @@ class RepetitionFilter {
   class Text {
    public:
     void Add(sqlite3_value* value);
+    void Clear() { size_ = 0; }
     bool IsEmpty() const { return size_ == 0; }
     std::size_t Hash() const;
     bool operator==(const Text& other) const;
@@ -44,8 +48,10 @@ class RepetitionFilter {
 
   bool IsNews(int count, sqlite3_value** values);
 
+  bool BeginsAnHour(sqlite3_value* date_time);
+
   std::int64_t rows_ = 0;
-  Text hour_;
+  std::string hour_;
   std::array<Text, kRemembered> remembered_;
 };
 
