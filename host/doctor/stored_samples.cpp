@@ -21,7 +21,7 @@ constexpr char kSource[] = "Stored samples";
 constexpr char kDatabaseName[] = "ssm.db";
 constexpr char kThermalCount[] = "SELECT COUNT(*) FROM ThermalData";
 constexpr char kNetworkCount[] = "SELECT COUNT(*) FROM NetworkData";
-constexpr int kBusyLimitMs = 5000;  // as long as a collection waits for a writer
+constexpr int kBusyLimitMs = 200;  // as long as a collection waits for a writer
 
 [[noreturn]] void FailWith(sqlite3* database) {
   throw std::runtime_error(sqlite3_errmsg(database));

@@ -81,12 +81,11 @@ Error PerformanceSamples::ReadSource() {
     shared::ztbios::PrivateBiosWmi bios;
     const BuilderList builders = MakeBuilders(wmi, bios);
     if (IsFullCollection(event)) {
-      // The count may have to wait for a writer: it is asked for only where there is something to send.
-      if (summaries.contains(kThermalSource) && SampleTableHasRows(database, kThermalTable)) {
+      if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
         UploadThermalSamples(&summaries[kThermalSource], &wmi);
         DeleteSampleRows(database, {kThermalTable});
       }
-      if (summaries.contains(kNetworkSource) && SampleTableHasRows(database, kNetworkTable)) {
+      if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
         UploadNetworkSamples(&summaries[kNetworkSource]);
         DeleteSampleRows(database, {kNetworkTable});
       }

@@ -1,77 +1,40 @@
 #include "store/sample_database.h"
 
+#include <chrono>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
-#include "store/sample_copies.h"
+#include "store/linear_summary.h"
+#include "store/lock_patience.h"
 #include "store/sqlite_handles.h"
 #include "store/summary_query.h"
+#include "store/summary_rows.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-constexpr std::string_view kSourceColumn = "source";
-constexpr int kBusyTimeoutMs = 5000;
-constexpr int kNoWait = 0;
-constexpr int kPrimaryCodeMask = 0xFF;
+// As long as a summary may keep the host waiting for a writer. Nothing else waits: what cannot be counted or deleted at
+// once is left to the next cycle. A delete that waited would delete what that writer has just added.
+constexpr std::chrono::milliseconds kPatience(200);
 
-// Null when the file cannot be opened. It is opened for reading only where it cannot be written.
-Database Open(const std::string& path, int busy_timeout_ms = kBusyTimeoutMs) {
+// Sorting and the connection's own tables go to files once they outgrow SQLite's page cache of 2 MB: memory does not
+// grow with the backlog. SQLite has these files removed by the system when they are closed, however the process ends.
+constexpr const char* kLimitMemory = "PRAGMA temp_store=FILE;";
+
+// Null when the file cannot be opened. It is opened for reading only where it cannot be written. Waits for nobody.
+Database Open(const std::string& path) {
   sqlite3* handle = nullptr;
   const int outcome = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
   Database database(handle);
-  if (outcome != SQLITE_OK) return nullptr;
-  sqlite3_busy_timeout(handle, busy_timeout_ms);
+  return outcome == SQLITE_OK ? std::move(database) : nullptr;
+}
+
+Database OpenForSummary(const std::string& path, LockPatience& patience) {
+  Database database = Open(path);
+  if (!database) return nullptr;
+  patience.GiveTo(database.get());
+  Run(database.get(), kLimitMemory);
   return database;
-}
-
-int FindColumn(sqlite3_stmt* statement, std::string_view name) {
-  for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-    const char* column = sqlite3_column_name(statement, i);
-    if (column != nullptr && column == name) return i;
-  }
-  return -1;
-}
-
-SummaryRow ReadRow(sqlite3_stmt* statement, int source_column) {
-  SummaryRow row;
-  for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-    const char* name = sqlite3_column_name(statement, i);
-    const char* text = ColumnText(statement, i);
-    if (i != source_column && name != nullptr && text != nullptr) row[name] = text;
-  }
-  return row;
-}
-
-// Adds the query's rows to `result` as far as it gets; returns what ended it, SQLITE_DONE at its end.
-int ReadRows(sqlite3* database, const std::string& query_text, SummaryRowsBySource* result) {
-  const Statement query = Prepare(database, query_text);
-  if (!query) return sqlite3_errcode(database);
-  const int source_column = FindColumn(query.get(), kSourceColumn);
-  if (source_column < 0) return SQLITE_MISUSE;
-  int outcome = SQLITE_ROW;
-  while ((outcome = sqlite3_step(query.get())) == SQLITE_ROW) {
-    const char* source = ColumnText(query.get(), source_column);
-    (*result)[source == nullptr ? "" : source].push_back(ReadRow(query.get(), source_column));
-  }
-  return outcome;
-}
-
-enum class CopiesOutcome { kSummarised, kBusy, kFailed };
-
-CopiesOutcome FailureOf(int code) {
-  return (code & kPrimaryCodeMask) == SQLITE_BUSY ? CopiesOutcome::kBusy : CopiesOutcome::kFailed;
-}
-
-CopiesOutcome RunSummaryQueryOnCopies(const std::string& path, SummaryRowsBySource* result) {
-  const Database database = Open(path);
-  if (!database) return CopiesOutcome::kFailed;
-  if (!MakeSampleCopies(database.get())) return FailureOf(sqlite3_errcode(database.get()));
-  const int end = ReadRows(database.get(), kSummaryQuery, result);
-  // An error of the query's own, such as bytes where JSON wants a text, ends it over the tables just so.
-  const bool same_over_tables = end == SQLITE_DONE || end == SQLITE_ERROR;
-  return same_over_tables ? CopiesOutcome::kSummarised : FailureOf(end);
 }
 
 void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
@@ -85,17 +48,16 @@ void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
 
 void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result) {
   if (result == nullptr) return;
-  int busy_timeout_ms = kBusyTimeoutMs;
+  LockPatience patience(kPatience);
   if (query_text == kSummaryQuery) {
+    const Database database = OpenForSummary(db_path, patience);
     SummaryRowsBySource rows;
-    const CopiesOutcome outcome = RunSummaryQueryOnCopies(db_path, &rows);
-    if (outcome == CopiesOutcome::kSummarised) return Append(std::move(rows), result);
-    // The time to wait for a writer is used up.
-    if (outcome == CopiesOutcome::kBusy) busy_timeout_ms = kNoWait;
+    if (database && LinearSummary(database.get()).Run(&rows)) return Append(std::move(rows), result);
   }
-  // A connection of its own: the failed one may hold copies, or a transaction.
-  const Database database = Open(db_path, busy_timeout_ms);
-  if (database) ReadRows(database.get(), query_text, result);
+  // A connection of its own: on the failed one the tables' names mean something else.
+  const Database database = OpenForSummary(db_path, patience);
+  const Statement query = database ? Prepare(database.get(), query_text) : nullptr;
+  if (query) ReadSummaryRows(query.get(), result);
 }
 
 bool SampleTableHasRows(const std::string& db_path, const std::string& table) {

@@ -5,8 +5,9 @@
 #include <vector>
 
 /// Access to the host's database of raw samples, which other components of the host create and fill. Paths are UTF-8.
-/// Each call opens the file itself, waits up to five seconds for a writer, and keeps nothing open. A file that is not
-/// there is not created. No failure is reported: what cannot be read has no rows, what cannot be deleted stays.
+/// Each call opens the file itself and keeps nothing open. A file that is not there is not created. No failure is
+/// reported: what cannot be read has no rows, what cannot be deleted stays. A query waits for other components' locks
+/// for 200 ms in all, nothing else waits.
 namespace zt::telemetry::collector::performancesamples {
 
 /// One row of a query: text by column name. A column that is NULL is absent.
@@ -17,7 +18,7 @@ using SummaryRow = std::map<std::string, std::string>;
 using SummaryRowsBySource = std::map<std::string, std::vector<SummaryRow>>;
 
 /// Runs one query and adds its rows to `result`. A query without a column "source" adds nothing. A row's texts end at
-/// their first NUL. `kSummaryQuery` runs in time proportional to the stored rows wherever its result stays the same.
+/// their first NUL. `kSummaryQuery` runs in time proportional to the stored rows over ordinary tables.
 void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result);
 
 /// Whether `table` holds at least one row; false as well when that cannot be told.

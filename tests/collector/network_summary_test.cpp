@@ -327,6 +327,34 @@ TEST_F(NetworkSummary, WithoutRowsNothingHappens) {
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
+TEST_F(NetworkSummary, AFailedSendDoesNotStopTheNextHour) {
+  sink_->send_outcome = {5, 1, "no upload today", "", ""};
+  Upload({Hour(), Hour()});
+  EXPECT_THAT(sink_->sent, SizeIs(2));
+}
+
+TEST_F(NetworkSummary, NoFigureOfASentHourIsLeftInTheNextThatBreaksOff) {
+  Json flagged = Hour();
+  flagged["is_vpn_connected"] = 1;
+  Upload({flagged, Hour()});
+  ASSERT_THAT(sink_->sent, SizeIs(2));
+  EXPECT_TRUE(sink_->sent[0].hw_info().network_info().is_vpn_connected());
+  EXPECT_FALSE(sink_->sent[1].hw_info().network_info().is_vpn_connected());
+}
+
+TEST_F(NetworkSummary, UsesAShortHourWindowWhole) {
+  std::vector<SummaryRow> rows = {{{"hour_window", "2024"}, {"network_info", Hour().dump()}}};
+  collector_.UploadNetworkSamples(&rows);
+  ASSERT_THAT(sink_->sent, SizeIs(1));
+  EXPECT_EQ(sink_->sent[0].collection_id(), "2024H_ZT12345678-NE");
+}
+
+TEST_F(NetworkSummary, LeavesTheLiveRecordAlone) {
+  PerfMessages::Init(&collector_, 50);
+  Upload({Hour()});
+  EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());
+}
+
 TEST_F(NetworkSummary, ASampleCountBeyond32BitsKeepsItsLowBits) {
   Json hour = Hour();
   hour["num_samples"] = 4294967299;

@@ -1,7 +1,6 @@
-#include <chrono>
 #include <fstream>
-#include <thread>
 
+#include "store/watched_files.h"
 #include "stored_samples_fixture.h"
 
 // What the host's database can hold, from the file to the records: whatever it is, the cycle ends with success and the
@@ -86,16 +85,23 @@ TEST_F(StoredSamples, ANulInATextReachesTheRecordAsItIs) {
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"radio_type", "CAST(x'410042' AS TEXT)"}});
   Cycle();
   ASSERT_THAT(Network(), SizeIs(1));
-  EXPECT_THAT(Network()[0].hw_info().network_info().interfaces_info(0).radio_type(), testing::StartsWith("A"));
+  EXPECT_EQ(Network()[0].hw_info().network_info().interfaces_info(0).radio_type(), std::string("A\0B", 3));
 }
 
-TEST_F(StoredSamples, BytesWhereATextIsExpectedEndTheQueryThereAndNothingElse) {
+TEST_F(StoredSamples, BytesWhereATextIsExpectedKeepEverySampleUntilTheyAreGone) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
+  store.AddNetwork("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T11:00:30.000Z", {{"radio_type", "x'FF00'"}});
   Cycle();
-  EXPECT_THAT(Network(), IsEmpty());
-  EXPECT_EQ(store.Count("NetworkData"), 1);
+  EXPECT_THAT(sink_->sent, IsEmpty());
+  EXPECT_EQ(store.Count("ThermalData"), 1);
+  EXPECT_EQ(store.Count("NetworkData"), 2);
+  store.Execute("UPDATE NetworkData SET radio_type = 'a text' WHERE typeof(radio_type) = 'blob'");
+  Cycle();
+  EXPECT_THAT(Thermal(), SizeIs(1));
+  EXPECT_THAT(Network(), SizeIs(2));
+  EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
 }
 
 TEST_F(StoredSamples, AHundredThousandProfilesInAnHourGive32) {
@@ -229,39 +235,125 @@ TEST_F(StoredSamples, AFileThatCanBeReadButNotWrittenIsSummarisedAndItsHoursCome
   EXPECT_EQ(writer.Count("ThermalData"), 0);
 }
 
-TEST_F(StoredSamples, AReadOnlyFileIsSummarised) {
-  MakeStore().AddThermal("2026-03-07T10:00:30.000Z");
-  const auto file = folder_.Path() / "ssm.db";
-  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
-  Cycle();
-  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
-  EXPECT_THAT(Thermal(), SizeIs(1));
-}
-
 TEST_F(StoredSamples, AWriterThatEndsInTimeIsWaitedFor) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.Execute("BEGIN EXCLUSIVE");
-  std::thread writer([&store] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    store.Execute("COMMIT");
-  });
+  tests::WatchedFiles files;
+  files.on_wait = [&store] { store.Execute("COMMIT"); };
   Cycle();
-  writer.join();
   EXPECT_THAT(Thermal(), SizeIs(1));
   EXPECT_EQ(store.Count("ThermalData"), 0);
 }
 
-TEST_F(StoredSamples, AWriterThatDoesNotEndKeepsTheRowsForTheNextCycle) {
+TEST_F(StoredSamples, AWriterThatDoesNotEndCostsACycle200MillisecondsAndKeepsTheRowsForTheNext) {
+  auto store = MakeStore();
+  store.AddThermal("2026-03-07T10:00:30.000Z");
+  store.AddNetwork("2026-03-07T10:00:30.000Z");
+  store.Execute("BEGIN EXCLUSIVE");
+  {
+    const tests::WatchedFiles files;
+    Cycle();
+    EXPECT_EQ(files.WaitedMs(), 200);
+  }
+  EXPECT_THAT(sink_->sent, IsEmpty());
+  store.Execute("COMMIT");
+  EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 2);
+  Cycle();
+  EXPECT_THAT(Thermal(), SizeIs(1));
+  EXPECT_THAT(Network(), SizeIs(1));
+}
+
+TEST_F(StoredSamples, NoEventWaitsLongerForAWriter) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.Execute("BEGIN EXCLUSIVE");
-  Cycle();
-  EXPECT_THAT(sink_->sent, IsEmpty());
+  for (const int event : {20, 50, 51, 7}) {
+    const tests::WatchedFiles files;
+    EXPECT_THAT(Execute(event), testing::HasSubstr(R"("code":0)"));
+    EXPECT_LE(files.WaitedMs(), 200) << event;
+  }
   store.Execute("COMMIT");
+}
+
+TEST_F(StoredSamples, AReaderBesideTheCycleIsNotWaitedForAndTheHourComesAgain) {
+  auto store = MakeStore();
+  store.AddThermal("2026-03-07T10:00:30.000Z");
+  store.Execute("BEGIN");
   EXPECT_EQ(store.Count("ThermalData"), 1);
+  const tests::WatchedFiles files;
+  Cycle();
+  EXPECT_EQ(files.WaitedMs(), 0);
+  EXPECT_THAT(Thermal(), SizeIs(1));
+  store.Execute("COMMIT");
   Cycle();
   EXPECT_THAT(Thermal(), SizeIs(1));
+  EXPECT_EQ(store.Count("ThermalData"), 0);
+}
+
+// Somebody else empties the tables between the summary and the count, and goes on writing.
+TEST_F(StoredSamples, ATableThatIsEmptyByThenIsNeitherSentNorEmptied) {
+  auto store = MakeStore();
+  store.AddThermal("2026-03-07T10:00:30.000Z");
+  store.AddNetwork("2026-03-07T10:00:30.000Z");
+  tests::WatchedFiles files;
+  bool counted = false;
+  files.on_open = [&](int number) {
+    if (number == 2) store.Execute("DELETE FROM ThermalData; DELETE FROM NetworkData");
+  };
+  files.on_release = [&] { counted = true; };
+  Cycle();
+  EXPECT_TRUE(counted);
+  EXPECT_THAT(sink_->sent, IsEmpty());
+}
+
+TEST_F(StoredSamples, NothingIsDeletedThatWasNotSummarised) {
+  auto store = MakeStore();
+  store.AddThermal("2026-03-07T10:00:30.000Z");
+  tests::WatchedFiles files;
+  int opened = 0;
+  files.on_open = [&](int number) {
+    opened = number;
+    // After the summary: the first network sample of all.
+    if (number == 2) store.AddNetwork("2026-03-07T10:00:30.000Z");
+  };
+  Cycle();
+  EXPECT_GE(opened, 3);
+  EXPECT_THAT(Thermal(), SizeIs(1));
+  EXPECT_EQ(store.Count("ThermalData"), 0);
+  EXPECT_EQ(store.Count("NetworkData"), 1);
+}
+
+TEST_F(StoredSamples, HoursThatTheHostDoesNotTakeAreDeletedAllTheSame) {
+  auto store = MakeStore();
+  for (const char* time : {"2026-03-07T10:00:30.000Z", "2026-03-07T11:00:30.000Z"}) {
+    store.AddThermal(time);
+    store.AddNetwork(time);
+  }
+  sink_->send_outcome = {5, 1, "no upload today", "", ""};
+  Cycle();
+  EXPECT_THAT(Thermal(), SizeIs(2));
+  EXPECT_THAT(Network(), SizeIs(2));
+  EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
+}
+
+TEST_F(StoredSamples, CountsOfFailuresAddUpOverSamplesAndInterfaces) {
+  auto store = MakeStore();
+  store.AddNetwork("2026-03-07T10:00:30.000Z",
+                   {{"tcp_ipv4_failed_connections", "1"}, {"tcp_ipv6_failed_connections", "10"}});
+  store.AddNetwork("2026-03-07T10:01:30.000Z", {{"tcp_ipv4_failed_connections", "2"},
+                                                {"tcp_ipv6_failed_connections", "20"},
+                                                {"tcp_ipv4_errors_received", "300"}});
+  store.AddNetwork("2026-03-07T10:01:30.000Z", {{"interface_device_id", "'{B}'"},
+                                                {"tcp_ipv4_failed_connections", "4"},
+                                                {"tcp_ipv6_failed_connections", "40"},
+                                                {"tcp_ipv4_errors_received", "600"}});
+  Cycle();
+  ASSERT_THAT(Network(), SizeIs(1));
+  const auto network = Network()[0].hw_info().network_info();
+  EXPECT_EQ(network.tcp_i_p_v4_stats_info().failed_connections(), 7U);
+  EXPECT_EQ(network.tcp_i_p_v4_stats_info().errors_received(), 901U);
+  EXPECT_EQ(network.tcp_i_p_v6_stats_info().failed_connections(), 70U);
 }
 
 TEST_F(StoredSamples, ADatabaseInWalModeIsSummarisedBesideItsWriter) {

@@ -1,4 +1,4 @@
-// The summary query over copies gives what it gives over the tables themselves, row map by row map.
+// The linear summary gives what the query gives over the tables themselves, row map by row map.
 #include <algorithm>
 #include <functional>
 #include <random>
@@ -19,19 +19,21 @@ class RandomSamples {
     store.Execute("BEGIN");
     for (int i = 0; i < rows; ++i) {
       store.AddThermal(Time(), {{"cpu_temp", Reading()}, {"fan1_current_tach_speed", Reading()}});
-      store.AddNetwork(Time(), {{"interface_device_id", OneOf({"'{A}'", "'{a}'", "'{B}'", "'{C}'", "NULL"})},
-                                {"network_trust_level", OneOf({"'Public'", "'Private'", "NULL", "char(0)", "'ü\"'"})},
-                                {"is_managed", OneOf({"0", "1", "NULL"})},
-                                {"channel", OneOf({"1", "36", "149", "'36'", "NULL"})},
-                                {"radio_type", OneOf({"'802.11ax'", "CAST(x'41FF' AS TEXT)", "NULL"})},
-                                {"rx_rate", Reading()},
-                                {"signal_strength", Reading()},
-                                {"bytes_received", OneOf({"4294967296", "-1", "0", "1.5"})},
-                                {"is_vpn_connected", OneOf({"0", "1", "NULL"})},
-                                {"has_network_access", OneOf({"0", "1", "'yes'"})},
-                                {"profile_name_hash", OneOf({"x'AB'", "x'CD00'", "x''", "'text'", "NULL", "7"})},
-                                {"profile_authentication", OneOf({"'WPA2'", "'wpa2'", "'Open'", "NULL"})},
-                                {"profile_encryption", OneOf({"'AES'", "'None'"})}});
+      store.AddNetwork(
+          Time(),
+          {{"interface_device_id", OneOf({"'{A}'", "'{a}'", "'{A} '", "'{B}'", "'01'", "'1'", "1", "1.0", "NULL"})},
+           {"network_trust_level", OneOf({"'Public'", "'Private'", "NULL", "char(0)", "'ü\"'"})},
+           {"is_managed", OneOf({"0", "1", "NULL"})},
+           {"channel", OneOf({"1", "36", "149", "'36'", "NULL"})},
+           {"radio_type", OneOf({"'802.11ax'", "CAST(x'41FF' AS TEXT)", "NULL"})},
+           {"rx_rate", Reading()},
+           {"signal_strength", Reading()},
+           {"bytes_received", OneOf({"4294967296", "-1", "0", "1.5"})},
+           {"is_vpn_connected", OneOf({"0", "1", "NULL"})},
+           {"has_network_access", OneOf({"0", "1", "'yes'"})},
+           {"profile_name_hash", OneOf({"x'AB'", "x'CD00'", "x''", "'text'", "NULL", "7"})},
+           {"profile_authentication", OneOf({"'WPA2'", "'wpa2'", "'Open'", "2.5", "2.5000000000000004", "NULL"})},
+           {"profile_encryption", OneOf({"'AES'", "'None'"})}});
     }
     store.Execute("COMMIT");
   }
@@ -71,7 +73,7 @@ TEST_P(SeededLinearSummaryTest, ThousandsOfShuffledSamplesGiveTheSameRows) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, SeededLinearSummaryTest, testing::Values(1U, 20U, 300U));
 
-/// A change to how the host defines its tables.
+/// How the host may define its tables.
 struct Definition {
   const char* name;
   std::function<void(tests::SampleStore&)> create;
@@ -107,9 +109,8 @@ const std::string kColumns = tests::kNetworkColumns;
 const std::string kInterface = "interface_device_id TEXT";
 const std::string kKey = "id INTEGER PRIMARY KEY AUTOINCREMENT, ";
 
-void CreateWithStatement(tests::SampleStore& store, const char* sql) {
-  store.CreateTables();
-  store.Execute(sql);
+void CreateWithInterface(tests::SampleStore& store, const std::string& type) {
+  CreateWithNetworkColumns(store, Replaced(kColumns, kInterface, "interface_device_id " + type));
 }
 
 const Definition kDefinitions[] = {
@@ -119,6 +120,27 @@ const Definition kDefinitions[] = {
      [](auto& store) {
        CreateWithNetworkColumns(store, Replaced(kColumns, kInterface, kInterface + " COLLATE NOCASE"));
      }},
+    {"InterfacesThatIgnoreBlanks", [](auto& store) { CreateWithInterface(store, "TEXT COLLATE RTRIM"); }},
+    {"InterfacesOfWholeNumbers", [](auto& store) { CreateWithInterface(store, "INTEGER"); }},
+    {"InterfacesOfRealNumbers", [](auto& store) { CreateWithInterface(store, "REAL"); }},
+    {"InterfacesOfNumbers", [](auto& store) { CreateWithInterface(store, "NUMERIC COLLATE NOCASE"); }},
+    {"InterfacesOfBytes", [](auto& store) { CreateWithInterface(store, "BLOB"); }},
+    {"InterfacesOfATypeWithQuotes", [](auto& store) { CreateWithInterface(store, "\"a \"\"type\"\" (1)\""); }},
+    {"StrictTablesWithAnyInterface",
+     [](auto& store) {
+       CreateWithNetworkColumns(store,
+                                "id INTEGER PRIMARY KEY, date_time TEXT, interface_device_id ANY, network_trust_level "
+                                "ANY, is_managed ANY, channel ANY, radio_type ANY, nominal_speed ANY, tx_rate ANY, "
+                                "rx_rate ANY, signal_strength ANY, bytes_received ANY, bytes_sent ANY, "
+                                "co_channel_interference_count ANY, adjacent_channel_interference_count ANY, "
+                                "is_vpn_connected ANY, has_network_access ANY, has_internet_access ANY, "
+                                "tcp_ipv4_current_connections ANY, tcp_ipv4_failed_connections ANY, "
+                                "tcp_ipv4_errors_received ANY, tcp_ipv6_failed_connections ANY, profile_name_hash ANY, "
+                                "profile_authentication ANY, profile_encryption ANY",
+                                " STRICT");
+     }},
+    {"AColumnNamedLikeTheRowNumber",
+     [](auto& store) { CreateWithNetworkColumns(store, kColumns + ", _ROWID_ INTEGER DEFAULT (random() % 100)"); }},
     {"ProfilesThatIgnoreCase",
      [](auto& store) {
        CreateWithNetworkColumns(
@@ -167,20 +189,6 @@ const Definition kDefinitions[] = {
        store.Execute("ALTER TABLE NetworkData RENAME TO n");
        store.Execute("ALTER TABLE n RENAME TO NETWORKDATA");
      }},
-    {"AnIndexOnTheTime", [](auto& store) { CreateWithStatement(store, "CREATE INDEX i ON NetworkData(date_time)"); }},
-    {"AnIndexOnTheInterface",
-     [](auto& store) { CreateWithStatement(store, "CREATE INDEX i ON NetworkData(interface_device_id, rx_rate)"); }},
-    {"AnIndexOnTheProfiles",
-     [](auto& store) {
-       CreateWithStatement(store,
-                           "CREATE INDEX i ON NetworkData(profile_encryption, profile_authentication, "
-                           "profile_name_hash, interface_device_id, date_time)");
-     }},
-    {"AnIndexOfInterestingRows",
-     [](auto& store) {
-       CreateWithStatement(store,
-                           "CREATE INDEX i ON NetworkData(profile_name_hash) WHERE interface_device_id IS NOT NULL");
-     }},
     {"AViewWithAnOrderOfItsOwn",
      [](auto& store) {
        CreateWithNetworkColumns(store, kColumns);
@@ -223,10 +231,125 @@ TEST_P(DefinitionLinearSummaryTest, GivesTheSameRowsAfterTheHostAnalysedItsTable
 INSTANTIATE_TEST_SUITE_P(Tables, DefinitionLinearSummaryTest, testing::ValuesIn(kDefinitions),
                          [](const auto& definition) { return definition.param.name; });
 
+/// An index that the query over the tables may walk, so that the rows come to it in another order.
+struct Index {
+  const char* name;
+  const char* sql;
+};
+
+void PrintTo(const Index& index, std::ostream* out) {
+  *out << index.name;
+}
+
+const Index kIndexes[] = {
+    {"OnTheTime", "CREATE INDEX i ON NetworkData(date_time)"},
+    {"OnInterfaceAndTime", "CREATE INDEX i ON NetworkData(interface_device_id, date_time)"},
+    {"OnInterfaceAndAReading", "CREATE INDEX i ON NetworkData(interface_device_id, rx_rate)"},
+    {"UniqueOnInterfaceAndTime", "CREATE UNIQUE INDEX i ON NetworkData(interface_device_id, date_time DESC, id DESC)"},
+    {"OnTheProfiles",
+     "CREATE INDEX i ON NetworkData(profile_encryption, profile_authentication, profile_name_hash, "
+     "interface_device_id, date_time)"},
+    {"OnSomeRows", "CREATE INDEX i ON NetworkData(profile_name_hash) WHERE interface_device_id IS NOT NULL"},
+    {"OnEverythingThatProfilesTake",
+     "CREATE INDEX i ON NetworkData(profile_authentication DESC, date_time, interface_device_id, profile_name_hash, "
+     "profile_encryption)"},
+    {"OnEverything",
+     "CREATE INDEX i ON NetworkData(rx_rate DESC, date_time, interface_device_id, network_trust_level, is_managed, "
+     "channel, radio_type, nominal_speed, tx_rate, signal_strength, bytes_received, bytes_sent, "
+     "co_channel_interference_count, adjacent_channel_interference_count, is_vpn_connected, has_network_access, "
+     "has_internet_access, tcp_ipv4_current_connections, tcp_ipv4_failed_connections, tcp_ipv4_errors_received, "
+     "tcp_ipv6_failed_connections, profile_name_hash, profile_authentication, profile_encryption); "
+     "CREATE INDEX j ON ThermalData(cpu_temp DESC, date_time, ext_sensor_temp, loc_sensor_temp, "
+     "fan1_current_tach_speed, fan1_target_tach_speed, fan1_speed_step, fan2_current_tach_speed, "
+     "fan2_target_tach_speed, fan2_speed_step)"},
+    {"OnTheHour",
+     "CREATE INDEX i ON NetworkData(strftime('%Y-%m-%dT%H:00:00.000Z', substr(date_time, 1, 19)), "
+     "interface_device_id, profile_name_hash)"},
+};
+
+class IndexLinearSummaryTest : public LinearSummaryTest, public testing::WithParamInterface<Index> {
+ protected:
+  void Fill(tests::SampleStore& store) const {
+    RandomSamples samples(4);
+    samples.Fill(store, 600);
+    // Sums of these depend on the order in which they are added up.
+    store.Execute("UPDATE NetworkData SET rx_rate = rx_rate * 1e15 / 7 WHERE id % 5 = 0");
+    store.Execute("UPDATE ThermalData SET cpu_temp = cpu_temp * 1e15 / 7 WHERE id % 5 = 0");
+  }
+};
+
+TEST_P(IndexLinearSummaryTest, LeavesTheOrderOfTheRowsInTheTable) {
+  tests::SampleStore store = NewStore();
+  Fill(store);
+  const SummaryRowsBySource in_order_of_rows = QueryPlainly(path_);
+  store.Execute(GetParam().sql);
+  EXPECT_EQ(Query(), in_order_of_rows);
+  store.Execute("ANALYZE");
+  EXPECT_EQ(Query(), in_order_of_rows);
+}
+
+INSTANTIATE_TEST_SUITE_P(Indexes, IndexLinearSummaryTest, testing::ValuesIn(kIndexes),
+                         [](const auto& index) { return index.param.name; });
+
+// What tells that the tables themselves were not asked: their indexes decide there.
+TEST_F(LinearSummaryTest, TheOrderOfTheProfilesIsThatOfTheRowsAndNotThatOfAnIndex) {
+  tests::SampleStore store = NewStore();
+  store.AddNetwork("2026-03-07T06:30:00", {{"profile_name_hash", "x'02'"}});
+  store.AddNetwork("2026-03-07T06:31:00", {{"profile_name_hash", "x'01'"}});
+  const SummaryRowsBySource in_order_of_rows = QueryPlainly(path_);
+  store.Execute("CREATE INDEX i ON NetworkData(interface_device_id, profile_name_hash)");
+  ASSERT_NE(QueryPlainly(path_), in_order_of_rows);
+  EXPECT_EQ(Query(), in_order_of_rows);
+}
+
+TEST_F(LinearSummaryTest, ProfilesThatDifferInTheirLastBitAreTwo) {
+  tests::SampleStore store = NewStore();
+  store.Execute("DROP TABLE NetworkData");
+  store.Execute("CREATE TABLE NetworkData(" + WithoutTypes(tests::kNetworkColumns) + ")");
+  for (const char* authentication : {"2.5", "2.5000000000000004", "2.5", "'2.5'", "x'322E35'", "NULL", "NULL"}) {
+    store.AddNetwork("2026-03-07T06:30:00", {{"profile_name_hash", authentication}});
+  }
+  ExpectSameAsPlain();
+}
+
+TEST_F(LinearSummaryTest, ProfilesOfAnyLengthAreToldApart) {
+  tests::SampleStore store = NewStore();
+  for (int repetition = 0; repetition < 2; ++repetition) {
+    for (const int length : {0, 1, 100, 230, 240, 250, 260, 5000}) {
+      store.AddNetwork("2026-03-07T06:30:00",
+                       {{"profile_authentication", "'" + std::string(static_cast<std::size_t>(length), 'a') + "'"}});
+    }
+  }
+  ExpectSameAsPlain();
+}
+
+TEST_F(LinearSummaryTest, HoursOfManyRunsGiveTheSameRowsWithSomeSamplesLate) {
+  tests::SampleStore store = NewStore();
+  store.AddThermal("2026-03-07T00:00:00");
+  store.AddNetwork("2026-03-07T00:00:00");
+  const std::string times =
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 12000), times(i, t) AS (SELECT i, "
+      "strftime('%Y-%m-%dT%H:%M:%S', '2026-03-07', (i * 20 - (i % 500 = 0) * 7000) || ' seconds') FROM n) ";
+  store.Execute(times + "INSERT INTO ThermalData(date_time, cpu_temp) SELECT t, i / 7.0 FROM times");
+  store.Execute(times +
+                "INSERT INTO NetworkData(date_time, interface_device_id, rx_rate, profile_name_hash) SELECT t, i % 3, "
+                "i / 7.0, CAST(i % 7 AS BLOB) FROM times");
+  ExpectSameAsPlain();
+}
+
 TEST_F(LinearSummaryTest, AValueThatJsonCannotHoldStopsTheQueryAllTheSame) {
   tests::SampleStore store = NewStore();
   RandomSamples(7).Fill(store, 600);
   store.AddNetwork("2026-03-07T06:30:00", {{"interface_device_id", "x'00'"}});
+  EXPECT_EQ(Query(), QueryPlainly(path_));
+  EXPECT_THAT(Query(), testing::IsEmpty());
+}
+
+TEST_F(LinearSummaryTest, ASumThatOverflowsStopsTheQueryAllTheSame) {
+  tests::SampleStore store = NewStore();
+  RandomSamples(7).Fill(store, 600);
+  store.AddNetwork("2026-03-07T23:30:00", {{"bytes_received", "9223372036854775807"}});
+  store.AddNetwork("2026-03-07T23:30:00", {{"bytes_received", "9223372036854775807"}});
   EXPECT_EQ(Query(), QueryPlainly(path_));
   EXPECT_THAT(Query(), testing::IsEmpty());
 }

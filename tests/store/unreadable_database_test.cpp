@@ -1,10 +1,6 @@
 // Databases that cannot be read, or not like any other: what the collector's host may leave on a machine.
-#include <chrono>
-#include <condition_variable>
 #include <filesystem>
 #include <fstream>
-#include <mutex>
-#include <thread>
 
 #include "store/store_test.h"
 
@@ -116,15 +112,6 @@ TEST_F(UnreadableDatabaseTest, ABrokenPageGivesWhatTheQueryItselfGives) {
   }
 }
 
-TEST_F(UnreadableDatabaseTest, AReadOnlyFileIsSummarised) {
-  FillStore(3);
-  std::filesystem::permissions(File(), std::filesystem::perms::owner_read, std::filesystem::perm_options::replace);
-  const SummaryRowsBySource rows = Query();
-  std::filesystem::permissions(File(), std::filesystem::perms::owner_all, std::filesystem::perm_options::replace);
-  EXPECT_EQ(rows, QueryPlainly(path_));
-  EXPECT_EQ(rows.size(), 2U);
-}
-
 TEST_F(UnreadableDatabaseTest, AFolderNamedInUnicodeIsFound) {
   const std::filesystem::path folder = folder_.Path() / std::filesystem::path(u8"Messwerte für 測定 🌡");
   std::filesystem::create_directory(folder);
@@ -150,79 +137,6 @@ TEST_F(UnreadableDatabaseTest, AWriteAheadLogIsReadBesideItsWriter) {
   EXPECT_EQ(Query()["thermal"].at(0).at("num_samples"), "2");
   DeleteSampleRows(path_, {"ThermalData"});
   EXPECT_EQ(store.Count("ThermalData"), 0);
-}
-
-/// A writer that keeps everyone else out of the database.
-class Lock {
- public:
-  explicit Lock(tests::SampleStore& store) : store_(store) { store_.Execute("BEGIN EXCLUSIVE"); }
-  ~Lock() { store_.Execute("COMMIT"); }
-  Lock(const Lock&) = delete;
-  Lock& operator=(const Lock&) = delete;
-
- private:
-  tests::SampleStore& store_;
-};
-
-/// Runs `call` while a writer keeps the database for its first 300 ms.
-template <typename Call>
-void WhileLockedForAShortTime(tests::SampleStore& store, Call call) {
-  std::mutex mutex;
-  std::condition_variable changed;
-  bool locked = false;
-  std::thread writer([&] {
-    const Lock lock(store);
-    {
-      const std::lock_guard<std::mutex> guard(mutex);
-      locked = true;
-    }
-    changed.notify_one();
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-  });
-  {
-    std::unique_lock<std::mutex> guard(mutex);
-    changed.wait(guard, [&] { return locked; });
-  }
-  call();
-  writer.join();
-}
-
-TEST_F(UnreadableDatabaseTest, AQueryWaitsForAWriter) {
-  tests::SampleStore store = NewStore();
-  store.AddThermal("2026-03-07T12:00:30.000Z");
-  WhileLockedForAShortTime(store, [&] { EXPECT_EQ(Query()["thermal"].size(), 1U); });
-}
-
-TEST_F(UnreadableDatabaseTest, ACountWaitsForAWriter) {
-  tests::SampleStore store = NewStore();
-  store.AddThermal("2026-03-07T12:00:30.000Z");
-  WhileLockedForAShortTime(store, [&] { EXPECT_TRUE(SampleTableHasRows(path_, "ThermalData")); });
-}
-
-TEST_F(UnreadableDatabaseTest, ADeleteWaitsForAWriter) {
-  tests::SampleStore store = NewStore();
-  store.AddThermal("2026-03-07T12:00:30.000Z");
-  WhileLockedForAShortTime(store, [&] { DeleteSampleRows(path_, {"ThermalData"}); });
-  EXPECT_EQ(store.Count("ThermalData"), 0);
-}
-
-TEST_F(UnreadableDatabaseTest, AWriterThatDoesNotEndIsGivenUpOn) {
-  tests::SampleStore store = NewStore();
-  store.AddThermal("2026-03-07T12:00:30.000Z");
-  SummaryRowsBySource rows;
-  bool has_rows = true;
-  {
-    const Lock lock(store);
-    std::thread query([&] { rows = Query(); });
-    std::thread count([&] { has_rows = SampleTableHasRows(path_, "ThermalData"); });
-    std::thread deletion([&] { DeleteSampleRows(path_, {"ThermalData"}); });
-    query.join();
-    count.join();
-    deletion.join();
-  }
-  EXPECT_THAT(rows, IsEmpty());
-  EXPECT_FALSE(has_rows);
-  EXPECT_EQ(store.Count("ThermalData"), 1);
 }
 
 }  // namespace
