@@ -34,7 +34,7 @@ std::string CurrentFailureText() {
     return ErrorText(error);
   } catch (const std::exception& error) {
     return error.what();
-  } catch (const std::exception* error) {  // one sampler throws a pointer to an exception that it keeps
+  } catch (const std::exception* error) {  // NOLINT(misc-throw-by-value-catch-by-reference): one sampler keeps them
     return error->what();
   } catch (...) {
     return common::Error::FromCurrentException().description;

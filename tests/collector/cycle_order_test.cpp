@@ -47,12 +47,19 @@ class WatchingSink : public tests::RecordingSink {
 class CycleOrder : public CollectorTest {
  protected:
   CycleOrder() {
-    simulation::UseMachine(simulation::ReadShippedProfile("convertible-laptop"));
+    simulation::UseMachine(Laptop());
     common::RegisterTelemetrySink(watching_sink_);
   }
 
-  void UseFailure(const std::string& query_contains) {
+  // It has no sensors, so that its posture is asked of WMI too.
+  static simulation::Machine Laptop() {
     simulation::Machine machine = simulation::ReadShippedProfile("convertible-laptop");
+    machine.sensors = {};
+    return machine;
+  }
+
+  static void UseFailure(const std::string& query_contains) {
+    simulation::Machine machine = Laptop();
     machine.wmi.failures = {{query_contains, -1, std::nullopt, 0}};
     simulation::UseMachine(machine);
   }
@@ -196,7 +203,7 @@ TEST_F(CycleOrder, TheBuildersAfterOneThatFailedStillRun) {
 }
 
 TEST_F(CycleOrder, EachBuilderThatFailsIsLoggedInTheirOrder) {
-  simulation::Machine machine = simulation::ReadShippedProfile("convertible-laptop");
+  simulation::Machine machine = Laptop();
   machine.wmi.failures = {{"Win32_PerfFormattedData_PerfProc_Process", -1, std::nullopt, 0},
                           {"Win32_DiskDrive", -1, std::nullopt, 0},
                           {"Win32_PhysicalMemory", -1, std::nullopt, 0}};
