@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -139,13 +141,19 @@ TEST(ProcessesTest, ALeftProcessIsClosed) {
   EXPECT_TRUE(CannotBeOpenedSoon(id));
 }
 
-// The value of a handle that is opened now. The system gives values out again once they are free, so that it rises with
-// what is left open. (Wine does not tell how many handles a process has.)
+// The highest value of a few handles that are opened now. The system gives values out again once they are free, so that
+// it rises with what is left open; a few, since one could take the place of a handle that was closed last. (Wine does
+// not tell how many handles a process has.)
 std::uintptr_t NextHandleValue() {
-  const HANDLE event = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
-  EXPECT_NE(event, nullptr);
-  ::CloseHandle(event);
-  return reinterpret_cast<std::uintptr_t>(event);
+  std::array<HANDLE, 8> events{};
+  for (HANDLE& event : events) event = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  std::uintptr_t highest = 0;
+  for (const HANDLE event : events) {
+    EXPECT_NE(event, nullptr);
+    ::CloseHandle(event);
+    highest = std::max(highest, reinterpret_cast<std::uintptr_t>(event));
+  }
+  return highest;
 }
 
 TEST(ProcessesTest, NoQuestionLeavesAHandleOpen) {
