@@ -15,7 +15,7 @@
 namespace zt::tests {
 namespace {
 
-using shared::battery::DeviceInterfacePaths;
+using shared::battery::ListDeviceInterfaces;
 using shared::battery::ZTBatteries;
 using shared::battery::ZTBatteryInfo;
 using telemetry::collector::performancesamples::BatteryInfoMsg;
@@ -33,19 +33,21 @@ TEST(PowerStatus, TellsTheSystemsFlag) {
 }
 
 TEST(DeviceInterfaces, EveryDeviceHasAPathOfItsOwn) {
-  const std::vector<std::wstring> paths = DeviceInterfacePaths(kInputDevices);
+  const std::vector<std::wstring> paths = ListDeviceInterfaces(kInputDevices).paths;
   ASSERT_FALSE(paths.empty()) << "no mouse, no keyboard";
   for (const std::wstring& path : paths) EXPECT_TRUE(path.starts_with(LR"(\\?\)")) << path.size();
   EXPECT_EQ(std::set<std::wstring>(paths.begin(), paths.end()).size(), paths.size());
 }
 
 TEST(DeviceInterfaces, AnInterfaceThatNoDeviceOffersHasNoPaths) {
-  EXPECT_TRUE(DeviceInterfacePaths(kNoInterface).empty());
+  const auto none = ListDeviceInterfaces(kNoInterface);
+  EXPECT_TRUE(none.paths.empty());
+  EXPECT_EQ(none.error, static_cast<DWORD>(ERROR_SUCCESS)) << "that there are none is no failure";
 }
 
 TEST(LiveBatteries, AreNoMoreThanTheDevicesAndHaveFigures) {
   ZTBatteries batteries(true, true, nullptr, nullptr);
-  const std::size_t devices = DeviceInterfacePaths(kBatteries).size();
+  const std::size_t devices = ListDeviceInterfaces(kBatteries).paths.size();
   for (unsigned index = 0; index < 256; ++index) {
     ZTBatteryInfo* const battery = batteries.Query(static_cast<unsigned char>(index));
     if (battery == nullptr) continue;
