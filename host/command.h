@@ -40,12 +40,15 @@ struct SeedCommand {
 struct DoctorCommand {
   std::optional<std::filesystem::path> database_dir;
   std::optional<std::string> machine;
+  plog::Severity log_level = plog::none;
   OutputFormat format = OutputFormat::kText;
+  std::optional<std::filesystem::path> queries;
 };
 
 /// `network`: shows the machine's network.
 struct NetworkCommand {
   std::optional<std::string> machine;
+  plog::Severity log_level = plog::warning;
   OutputFormat format = OutputFormat::kText;
   std::optional<std::filesystem::path> queries;
 };

@@ -53,10 +53,10 @@ constexpr char kCollectNotes[] =
 constexpr char kDoctorNotes[] =
     "Asks each source once, as a collection does, and hands nothing over. For each: present, absent (the\n"
     "machine does not have it) or failed, the time it took, and the figures that a collection would get.\n"
-    "The exit code is 0 unless a source failed.";
+    "The exit code is 0 unless a source failed; what a source logs as a warning or worse is a failure.";
 constexpr char kNetworkNotes[] =
     "Asks for the inventory of interfaces, then for their connections, for Wi-Fi and for TCP, and hands nothing\n"
-    "over. What fails is told on standard error; the rest is shown.";
+    "over. A pass or a query that fails is told on standard error, and the exit code is 1; the rest is shown.";
 constexpr char kSeedNotes[] =
     "Makes \"ssm.db\" in the folder, or adds to it: one thermal sample a minute, and one network sample\n"
     "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
@@ -99,6 +99,19 @@ void AddFormat(CLI::App& app, OutputFormat& format) {
       ->default_str("text");
 }
 
+void AddLogLevel(CLI::App& app, plog::Severity& level, const std::string& unless_told) {
+  app.add_option_function<std::string>(
+         "--log-level", [&level](const std::string& text) { level = *Find(kLogLevels, text); },
+         "Least severe log lines to show: none, fatal, error, warning, info,\ndebug, verbose")
+      ->check(OneOf(kLogLevels))
+      ->type_name("LEVEL")
+      ->default_str(unless_told);
+}
+
+void AddDatabaseFolder(CLI::App& app, std::optional<std::filesystem::path>& folder) {
+  AddPath(app, "--database-dir", folder, "DIR", "Folder of \"ssm.db\", the stored samples");
+}
+
 void AddQueries(CLI::App& app, std::optional<std::filesystem::path>& queries) {
   AddPath(app, "--queries", queries, "FILE", "Write the text of every WQL query here, one a line");
 }
@@ -112,15 +125,10 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
       ->allow_extra_args(false)
       ->type_name("N")
       ->default_str(std::to_string(kDefaultEvent));
-  AddPath(app, "--database-dir", command.database_dir, "DIR", "Folder of \"ssm.db\", the stored samples");
+  AddDatabaseFolder(app, command.database_dir);
   AddMachine(app, command.machine);
   AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
-  app.add_option_function<std::string>(
-         "--log-level", [&command](const std::string& text) { command.log_level = *Find(kLogLevels, text); },
-         "Least severe log lines to show: none, fatal, error, warning, info,\ndebug, verbose")
-      ->check(OneOf(kLogLevels))
-      ->type_name("LEVEL")
-      ->default_str("warning");
+  AddLogLevel(app, command.log_level, "warning");
   AddFormat(app, command.format);
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
   AddQueries(app, command.queries);
@@ -130,14 +138,17 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
 void AddDoctor(CLI::App& program, DoctorCommand& command) {
   CLI::App& app = *program.add_subcommand(kDoctor, "Tells which sources of figures are there, and which fail");
   AddMachine(app, command.machine);
-  AddPath(app, "--database-dir", command.database_dir, "DIR", "Folder of \"ssm.db\", the stored samples");
+  AddDatabaseFolder(app, command.database_dir);
+  AddLogLevel(app, command.log_level, "none");
   AddFormat(app, command.format);
+  AddQueries(app, command.queries);
   app.footer(kDoctorNotes);
 }
 
 void AddNetwork(CLI::App& program, NetworkCommand& command) {
   CLI::App& app = *program.add_subcommand(kNetwork, "Shows the network of the machine as it is now");
   AddMachine(app, command.machine);
+  AddLogLevel(app, command.log_level, "warning");
   AddFormat(app, command.format);
   AddQueries(app, command.queries);
   app.footer(kNetworkNotes);

@@ -14,12 +14,14 @@ class InspectionLibrary {
   InspectionLibrary();
 
   /// See `ztInspectSources`.
-  void InspectSources(plog::IAppender& log, const inspection::ReportReceiver& receive) const {
-    inspect_sources_(&log, receive);
+  void InspectSources(plog::Severity log_level, plog::IAppender& log, const inspection::ReportReceiver& receive) const {
+    inspect_sources_(log_level, &log, receive);
   }
 
   /// See `ztInspectNetwork`.
-  void InspectNetwork(plog::IAppender& log, inspection::NetworkReport& report) const { inspect_network_(&log, report); }
+  void InspectNetwork(plog::Severity log_level, plog::IAppender& log, inspection::NetworkReport& report) const {
+    inspect_network_(log_level, &log, report);
+  }
 
  private:
   LoadedLibrary library_;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -41,10 +42,14 @@ void LogAppender::write(const plog::Record& record) {
 }
 
 LogAppender::Target::Target(std::ostream& stream)
-    : Target([&stream](const plog::Record& record) {
-        stream << TimeText(record.getTime()) << ' ' << plog::severityToString(record.getSeverity()) << " ["
-               << record.getFunc() << ':' << record.getLine() << "] " << MessageText(record) << std::endl;
-      }) {}
+    : Target([&stream](const plog::Record& record) { stream << LogLine(record) << std::endl; }) {}
+
+std::string LogLine(const plog::Record& record) {
+  std::ostringstream line;
+  line << TimeText(record.getTime()) << ' ' << plog::severityToString(record.getSeverity()) << " [" << record.getFunc()
+       << ':' << record.getLine() << "] " << MessageText(record);
+  return line.str();
+}
 
 std::string MessageText(const plog::Record& record) {
   return Utf8(record.getMessage());

@@ -35,6 +35,9 @@ class LogAppender : public plog::IAppender {
   Receiver receiver_;
 };
 
+/// A log record as one line, UTF-8: time, severity, operation and message.
+std::string LogLine(const plog::Record& record);
+
 /// The message of a log record, UTF-8.
 std::string MessageText(const plog::Record& record);
 

@@ -24,7 +24,7 @@ class Runner {
 
   int operator()(const CollectCommand& command) const { return Collect(command, out_, err_); }
 
-  int operator()(const DoctorCommand& command) const { return Doctor(command, out_); }
+  int operator()(const DoctorCommand& command) const { return Doctor(command, out_, err_); }
 
   int operator()(const NetworkCommand& command) const { return Network(command, out_, err_); }
 

@@ -5,15 +5,20 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "failed_queries.h"
 #include "failure_text.h"
 #include "messages/perf_messages.h"
 #include "platform/library.h"
 #include "platform/nvml_files.h"
+#include "platform/power_status.h"
+#include "platform/registry.h"
 #include "platform/session_clock.h"
+#include "platform/session_number.h"
 #include "plugin/logger_export.h"
 #include "samplers/battery_info_msg.h"
 #include "samplers/device_state_info_msg.h"
@@ -25,6 +30,9 @@
 #include "samplers/npu_msg.h"
 #include "samplers/operating_system_info_msg.h"
 #include "samplers/storage_info_msg.h"
+#include "zt/shared/battery/zt_batteries.h"
+#include "zt/shared/npu/npu_info.h"
+#include "zt/shared/smbios/smbios_info.h"
 
 namespace zt::telemetry::inspection {
 namespace {
@@ -46,9 +54,11 @@ using collector::performancesamples::types::GraphicCardInfo;
 
 constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
 constexpr int kEventOfInspections = 0;  // no collection's
-constexpr char kUnknownSerialNumber[] = "UNKNOWN_SN";
 // What a machine of another maker answers: no such command, object, namespace, class.
 constexpr std::array<std::uint32_t, 4> kNoInterface = {1, 0x80041002, 0x8004100E, 0x80041010};
+
+// Where the places of cards are looked up.
+constexpr char kPciDevices[] = R"(SYSTEM\CurrentControlSet\Enum\PCI)";
 
 constexpr std::int64_t kNoIntelAdapter = 1;  // the code of the back-end for it
 
@@ -87,10 +97,33 @@ Answer AskBuilder(PerfMessages& builder, const char* none) {
   return {SourceState::kAbsent, none};
 }
 
+Answer FailedWith(const std::string& what, std::uint32_t status) {
+  return {SourceState::kFailed, what + " (status " + StatusText(status) + ")"};
+}
+
+// A collection takes the same text for a table that cannot be read and for one without a serial number.
 Answer AskSerialNumber(Clients&) {
-  std::string number = PerfMessages::GetSN();
-  if (number == kUnknownSerialNumber) return {SourceState::kAbsent, "the firmware's table has none"};
-  return {SourceState::kPresent, std::move(number)};
+  const shared::smbios::SMBiosInfo table(nullptr);
+  if (table.GetReadError() != 0) return FailedWith("the firmware's table cannot be read", table.GetReadError());
+  if (!table.GetTypeSysInfo().serial_number) return {SourceState::kAbsent, "the firmware's table has none"};
+  return {SourceState::kPresent, PerfMessages::GetSN()};
+}
+
+// A collection leaves a battery out whose driver does not answer.
+Answer AskBatteries(Clients&) {
+  BatteryInfoMsg builder;
+  Answer answer = AskBuilder(builder, "no battery");
+  if (!platform::BatteryFlag()) return {SourceState::kFailed, "the system does not tell its power status"};
+  const std::uint32_t error = shared::battery::ZTBatteries(true, true, nullptr, nullptr).GetReadError();
+  return error != 0 ? FailedWith("a battery does not answer", error) : answer;
+}
+
+// A collection takes NPUs that cannot be asked for as none.
+Answer AskNpus(Clients&) {
+  NPUMsg builder;
+  Answer answer = AskBuilder(builder, "no NPU");
+  const std::int32_t status = shared::npu::NPUInfo().GetStatus();
+  return status != 0 ? FailedWith("the system does not tell all its NPUs", static_cast<std::uint32_t>(status)) : answer;
 }
 
 // Reaches the firmware query that the base offers to builders.
@@ -152,22 +185,39 @@ Answer AskAmd(Clients&) {
   AmdCardInfo vendor;
   Answer answer = AskVendor(vendor);
   if (!vendor.Library().IsLoaded()) return {SourceState::kAbsent, "AMD's device library is not installed"};
-  return answer;
+  // A card whose bus cannot be looked up is told as one at bus 0.
+  const std::uint32_t failure = platform::RegistrySubkeys(kPciDevices).failure;
+  const bool is_hidden = answer.state == SourceState::kPresent && failure != 0;
+  return is_hidden ? FailedWith(answer.remark + "; the registry does not tell their bus", failure) : answer;
 }
 
 Answer AskIntel(Clients& clients) {
+  std::vector<std::string> failures;
+  const FailedQueries failed_queries(failures);
   std::vector<GraphicCardInfo> cards;
   const common::Error outcome = IntelCardInfo(clients.wmi).QueryValues(&cards);
   if (!outcome.Failed()) return {SourceState::kPresent, CardsText(cards)};
+  // Its back-end finds no adapter also where the list of adapters cannot be had.
+  if (!failures.empty()) return {SourceState::kFailed, failures.front()};
   const bool is_absent = outcome.kind == common::Error::kCallFailed && outcome.code == kNoIntelAdapter;
   return {is_absent ? SourceState::kAbsent : SourceState::kFailed, ErrorText(outcome)};
+}
+
+// The figures of a session are its own: a host that runs as a service sees nothing of the user's.
+Answer TellSession() {
+  const std::optional<std::uint32_t> number = platform::SessionNumber();
+  if (!number) return {SourceState::kFailed, "the system does not tell the number of this session"};
+  const std::string text = "session " + std::to_string(*number);
+  if (*number != platform::kSessionOfServices) return {SourceState::kPresent, text};
+  return {SourceState::kPresent, text + ", that of the services: input and windows are not the user's"};
 }
 
 // The clock is asked behind the builder, so that the builder reads it as in a collection.
 Answer AskSession(Clients& clients) {
   OperatingSystemInfoMsg builder(&clients.wmi);
   try {
-    return AskBuilder(builder, "no figures");
+    const Answer answer = AskBuilder(builder, "no figures");
+    return answer.state == SourceState::kPresent ? TellSession() : answer;
   } catch (...) {
     std::string failure = CurrentFailureText();
     if (platform::TickCountMs() != 0) return {SourceState::kFailed, std::move(failure)};
@@ -178,11 +228,7 @@ Answer AskSession(Clients& clients) {
 constexpr std::array kSources = {
     Source{"Serial number", AskSerialNumber},
     Source{"Firmware temperatures", [](Clients& clients) { return FirmwareReadings(clients).Ask(); }},
-    Source{"Batteries",
-           [](Clients&) {
-             BatteryInfoMsg builder;
-             return AskBuilder(builder, "no battery");
-           }},
+    Source{"Batteries", AskBatteries},
     Source{"Posture",
            [](Clients& clients) {
              DeviceStateInfoMsg builder(&clients.wmi);
@@ -201,11 +247,7 @@ constexpr std::array kSources = {
              GPUInfoMsg builder(&clients.wmi, &clients.bios);
              return AskBuilder(builder, "no card that a vendor's library tells of");
            }},
-    Source{"NPUs",
-           [](Clients&) {
-             NPUMsg builder;
-             return AskBuilder(builder, "no NPU");
-           }},
+    Source{"NPUs", AskNpus},
     Source{"Storage drives",
            [](Clients& clients) {
              StorageInfoMsg builder(&clients.wmi, &clients.bios);
@@ -235,9 +277,10 @@ SourceReport Inspect(const Source& source, Clients& clients) {
 }  // namespace
 }  // namespace zt::telemetry::inspection
 
-void ztInspectSources(plog::IAppender* log, const zt::telemetry::inspection::ReportReceiver& receive) {
+void ztInspectSources(plog::Severity log_level, plog::IAppender* log,
+                      const zt::telemetry::inspection::ReportReceiver& receive) {
   using namespace zt::telemetry::inspection;
-  ztSharedInitializeLogger(plog::warning, log);
+  ztSharedInitializeLogger(log_level, log);
   PerfMessages::Init(nullptr, kEventOfInspections);
   Clients clients;
   for (const Source& source : kSources) receive(Inspect(source, clients));

@@ -55,6 +55,7 @@ struct Battery {
   bool discharging = false;
   std::int32_t charge_rate_mw = 0;
   std::uint32_t discharge_rate_mw = 0;
+  std::optional<Failure> failure;  // its driver does not answer
 };
 
 enum class HingeOutcome { kReading, kSensorTimeout, kReadingTimeout, kNoReading };
@@ -157,6 +158,7 @@ struct RegistryKey {
   std::string name;
   std::vector<std::pair<std::string, std::string>> values;
   std::vector<RegistryKey> keys;
+  std::optional<Failure> failure = std::nullopt;  // of opening it
 };
 
 struct LibraryDrive {
@@ -168,6 +170,7 @@ struct Session {
   std::vector<std::uint64_t> tick_counts_ms;  // one for each call, the last one from then on
   std::uint32_t maximum_touches = 0;
   OptionalAnswer<std::uint32_t> last_input_tick_ms;
+  Answer<std::uint32_t> number = 1U;  // 0 is that of the services
 };
 
 struct Window {
@@ -268,6 +271,7 @@ struct Machine {
   std::string description;
   std::optional<Clock> clock;  // absent: the real clock and zone
   std::optional<std::string> smbios_serial_number;
+  std::optional<Failure> smbios_failure;     // of reading the table
   std::optional<std::uint8_t> battery_flag;  // absent: the power status call fails
   std::vector<std::optional<Battery>> batteries;
   Sensors sensors;
@@ -277,6 +281,7 @@ struct Machine {
   std::optional<Adlx> adlx;
   std::vector<RegistryKey> registry;
   std::string npu_report;
+  std::optional<Failure> npu_failure;  // of asking for the NPUs
   std::vector<LibraryDrive> storage_library;
   Session session;
   std::vector<Process> processes;

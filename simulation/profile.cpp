@@ -18,6 +18,7 @@ void ReadSerialNumber(const Value& value, std::optional<std::string>& serial_num
 
 void ReadSmbios(const Value& value, Machine& machine) {
   if (value.ToJson().is_null()) return;
+  if (value.IsObjectWith("fails")) return Read(value, machine.smbios_failure);
   ReadObject(value.Or("null"), {{"serial_number", [&](const Value& serial_number) {
                                    ReadSerialNumber(serial_number, machine.smbios_serial_number);
                                  }}});
@@ -30,6 +31,7 @@ void ReadRegistry(const Value& value, Machine& machine) {
 }
 
 void ReadNpuReport(const Value& value, Machine& machine) {
+  if (value.IsObjectWith("fails")) return Read(value, machine.npu_failure);
   const reader::Json& json = value.ToJson();
   machine.npu_report = json.is_string() ? json.get<std::string>() : json.dump();
 }

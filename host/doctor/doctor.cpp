@@ -1,6 +1,8 @@
 #include "host/doctor/doctor.h"
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "host/doctor/report_view.h"
@@ -10,19 +12,31 @@
 #include "host/log_appender.h"
 #include "host/machine_choice.h"
 #include "host/program_environment.h"
+#include "host/query_recorder.h"
 #include "zt/shared/telemetry_storage.h"
 
 namespace zt::telemetry::host {
 
 using inspection::SourceState;
 
-int Doctor(const DoctorCommand& command, std::ostream& out) {
+namespace {
+
+// What a source logs is an issue of it from a warning on.
+constexpr plog::Severity kLeastIssue = plog::warning;
+
+}  // namespace
+
+int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
   ChooseMachine(command.machine);
   const InspectionLibrary library;
+  std::optional<QueryRecorder> queries;
+  if (command.queries.has_value()) queries.emplace(*command.queries);
   const std::unique_ptr<ReportView> view = MakeReportView(command.format, out);
   std::string issues;
-  const LogAppender::Target log_target(
-      [&issues](const plog::Record& record) { issues += (issues.empty() ? "" : "; ") + MessageText(record); });
+  const LogAppender::Target log_target([&](const plog::Record& record) {
+    if (record.getSeverity() <= command.log_level) err << LogLine(record) << std::endl;
+    if (record.getSeverity() <= kLeastIssue) issues += (issues.empty() ? "" : "; ") + MessageText(record);
+  });
   bool any_failed = false;
   const auto show = [&](inspection::SourceReport report) {
     // Some sources go on after a failure, and tell of it in the log alone.
@@ -35,8 +49,9 @@ int Doctor(const DoctorCommand& command, std::ostream& out) {
     view->Show(report);
   };
   show(InspectStoredSamples(command.database_dir.value_or(PathFromText(shared::TelemetryStorage::GetDefaultDBPath()))));
-  library.InspectSources(LogAppender::Instance(), show);
+  library.InspectSources(std::max(command.log_level, kLeastIssue), LogAppender::Instance(), show);
   view->Finish();
+  if (queries.has_value()) queries->RequireWritten();
   return any_failed ? kExitFailed : kExitDone;
 }
 

@@ -59,15 +59,20 @@ SourceReport Read(const std::filesystem::path& file) {
   }
 }
 
+// That nobody may look is not that nothing is there.
+SourceReport LookFor(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::exists(file, error)) return Read(file);
+  if (error) return {kSource, SourceState::kFailed, PathText(file) + ": " + error.message(), {}, {}};
+  return {kSource, SourceState::kAbsent, "there is no " + PathText(file), {}, {}};
+}
+
 }  // namespace
 
 SourceReport InspectStoredSamples(const std::filesystem::path& folder) {
   const auto start = std::chrono::steady_clock::now();
   const std::filesystem::path file = folder / kDatabaseName;
-  std::error_code error;
-  SourceReport report = std::filesystem::exists(file, error)
-                            ? Read(file)
-                            : SourceReport{kSource, SourceState::kAbsent, "there is no " + PathText(file), {}, {}};
+  SourceReport report = LookFor(file);
   report.time = std::chrono::steady_clock::now() - start;
   return report;
 }

@@ -1,8 +1,10 @@
 #include "host/network/network.h"
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "host/failure.h"
 #include "host/inspection_library.h"
@@ -13,22 +15,49 @@
 #include "host/query_recorder.h"
 
 namespace zt::telemetry::host {
+namespace {
 
-int Network(const NetworkCommand& command, std::ostream& out, std::ostream& err) {
-  ChooseMachine(command.machine);
-  const InspectionLibrary library;
-  std::optional<QueryRecorder> queries;
-  if (command.queries.has_value()) queries.emplace(*command.queries);
-  const LogAppender::Target log_target(err);
+// A pass that goes on after a failure tells of it in the log alone, as an error.
+constexpr plog::Severity kLeastFailure = plog::error;
 
-  inspection::NetworkReport report;
-  library.InspectNetwork(LogAppender::Instance(), report);
+// Errors of the log that are no failure: a profile that does not show its settings, and that there is nothing to open
+// where the system has no WLAN service.
+constexpr char kProfileNotShown[] = "Failed to retrieve WLAN profile for ";
+constexpr char kNothingToOpen[] = "Failed to open handle to WLAN interface";
+
+bool TellsOfFailure(const std::string& error, const inspection::NetworkReport& report) {
+  if (error.starts_with(kProfileNotShown)) return false;
+  return report.has_wlan_service || !error.ends_with(kNothingToOpen);
+}
+
+void Show(const NetworkCommand& command, const inspection::NetworkReport& report, std::ostream& out) {
   if (command.format == OutputFormat::kJson) {
     out << NetworkJson(report) << std::endl;
   } else {
     out << NetworkText(report) << std::flush;
   }
   if (!out) throw std::runtime_error("the output cannot be written");
+}
+
+}  // namespace
+
+int Network(const NetworkCommand& command, std::ostream& out, std::ostream& err) {
+  ChooseMachine(command.machine);
+  const InspectionLibrary library;
+  std::optional<QueryRecorder> queries;
+  if (command.queries.has_value()) queries.emplace(*command.queries);
+  std::vector<std::string> errors;
+  const LogAppender::Target log_target([&](const plog::Record& record) {
+    if (record.getSeverity() <= command.log_level) err << LogLine(record) << std::endl;
+    if (record.getSeverity() <= kLeastFailure) errors.push_back(MessageText(record));
+  });
+
+  inspection::NetworkReport report;
+  library.InspectNetwork(std::max(command.log_level, kLeastFailure), LogAppender::Instance(), report);
+  Show(command, report, out);
+  for (const std::string& error : errors) {
+    if (TellsOfFailure(error, report)) report.failures.push_back(error);
+  }
   for (const std::string& failure : report.failures) err << "network: " << failure << std::endl;
   if (queries.has_value()) queries->RequireWritten();
   return report.failures.empty() ? kExitDone : kExitFailed;

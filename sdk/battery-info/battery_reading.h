@@ -31,9 +31,15 @@ struct BatteryReading {
   std::string device_name;
 };
 
-/// Reads the battery in a slot. Absent when the slot is empty, when the battery leaves it during the reading, and when
-/// the driver does not answer what a battery is: nothing true could be said of it then. A battery that takes the place
-/// of another one during the reading is read in its stead, once.
-std::optional<BatteryReading> ReadBattery(const ControlDevice& device);
+/// What reading a slot gave.
+struct SlotReading {
+  std::optional<BatteryReading> battery;
+  std::uint32_t error = protocol::kSuccess;  // of the driver that did not answer; an empty slot is none
+};
+
+/// Reads the battery in a slot. There is none when the slot is empty, and when the battery leaves it during the
+/// reading. A driver that does not answer what a battery is, is an error: nothing true could be said of it then. A
+/// battery that takes the place of another one during the reading is read in its stead, once.
+SlotReading ReadBattery(const ControlDevice& device);
 
 }  // namespace zt::shared::battery

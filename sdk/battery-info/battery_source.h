@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -7,7 +8,12 @@
 
 namespace zt::shared::battery {
 
-/// The batteries of this machine by their index; absent where an index has none.
-std::vector<std::optional<BatteryFigures>> ReadBatteries();
+/// The batteries of this machine.
+struct MachineBatteries {
+  std::vector<std::optional<BatteryFigures>> by_index;  // absent where an index has none
+  std::uint32_t error = 0;  // the system's code of the first battery that is there and cannot be read
+};
+
+MachineBatteries ReadBatteries();
 
 }  // namespace zt::shared::battery

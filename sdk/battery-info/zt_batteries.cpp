@@ -10,7 +10,9 @@ namespace zt::shared::battery {
 
 ZTBatteries::ZTBatteries(bool /*with_live_figures*/, bool /*with_static_figures*/, void* /*reserved*/,
                          ZTBatteryTestInfo* /*test_info*/) {
-  for (std::optional<BatteryFigures>& figures : ReadBatteries()) {
+  MachineBatteries machine = ReadBatteries();
+  read_error_ = machine.error;
+  for (std::optional<BatteryFigures>& figures : machine.by_index) {
     batteries_.push_back(figures ? std::make_unique<KnownBattery>(std::move(*figures)) : nullptr);
   }
 }

@@ -1,10 +1,16 @@
 #include "zt/shared/npu/npu_info.h"
 
+#include <utility>
+
 #include "machine_report.h"
 
 namespace zt::shared::npu {
 
-NPUInfo::NPUInfo() : report_(ReadMachineReport()) {}
+NPUInfo::NPUInfo() {
+  MachineReport report = ReadMachineReport();
+  report_ = std::move(report.json);
+  status_ = report.status;
+}
 
 NPUInfo::~NPUInfo() = default;
 

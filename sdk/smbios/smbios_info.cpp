@@ -45,8 +45,9 @@ TypePortableBattery ReadPortableBattery(const Structure& structure) {
 FirmwareReader::~FirmwareReader() = default;
 
 SMBiosInfo::SMBiosInfo(FirmwareReader* reader) {
-  const std::vector<std::uint8_t> table = reader != nullptr ? reader->ReadTable() : ReadSystemFirmwareTable();
-  Bytes rest = StructuresOf(table);
+  const FirmwareTable table = reader != nullptr ? FirmwareTable{reader->ReadTable()} : ReadSystemFirmwareTable();
+  read_error_ = table.error;
+  Bytes rest = StructuresOf(table.bytes);
   Structure structure;
   bool has_system_info = false;
   while (TakeStructure(rest, structure)) {

@@ -36,22 +36,29 @@ const RegistryKey* Open(const std::string& path) {
   return Find(simulation::CurrentMachine().registry, std::string(kRoot) + path);
 }
 
+std::uint32_t FailureOf(const RegistryKey& key) {
+  return key.failure ? static_cast<std::uint32_t>(key.failure->status) : 0;
+}
+
 }  // namespace
 
-std::vector<std::string> RegistrySubkeys(const std::string& path) {
-  std::vector<std::string> names;
+RegistryAnswer<std::vector<std::string>> RegistrySubkeys(const std::string& path) {
+  RegistryAnswer<std::vector<std::string>> names;
   const RegistryKey* const key = Open(path);
   if (key == nullptr) return names;
-  for (const RegistryKey& subkey : key->keys) names.push_back(subkey.name);
+  if (key->failure) return {{}, FailureOf(*key)};
+  for (const RegistryKey& subkey : key->keys) names.value.push_back(subkey.name);
   return names;
 }
 
-std::optional<std::string> RegistryText(const std::string& path, const std::string& value) {
+RegistryAnswer<std::optional<std::string>> RegistryText(const std::string& path, const std::string& value) {
   const RegistryKey* const key = Open(path);
-  if (key == nullptr) return std::nullopt;
+  if (key == nullptr) return {};
+  if (key->failure) return {std::nullopt, FailureOf(*key)};
   const auto found = std::find_if(key->values.begin(), key->values.end(),
                                   [&](const auto& entry) { return EqualIgnoringCase(entry.first, value); });
-  return found != key->values.end() ? std::optional(found->second) : std::nullopt;
+  if (found == key->values.end()) return {};
+  return {found->second};
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

@@ -28,10 +28,11 @@ WlanService::~WlanService() = default;
 WlanService::WlanService(WlanService&&) noexcept = default;
 WlanService& WlanService::operator=(WlanService&&) noexcept = default;
 
-std::optional<WlanService> WlanService::Open() {
+WlanOpening WlanService::Open() {
   const auto& wlan = simulation::CurrentMachine().network.wlan;
-  if (!wlan || wlan->open != 0) return std::nullopt;
-  return WlanService(std::make_unique<Handle>(Handle{*wlan}));
+  if (!wlan) return {};
+  if (wlan->open != 0) return {std::nullopt, static_cast<std::uint32_t>(wlan->open)};
+  return {WlanService(std::make_unique<Handle>(Handle{*wlan}))};
 }
 
 std::optional<std::vector<std::wstring>> WlanService::Interfaces() const {

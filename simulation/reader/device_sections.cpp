@@ -74,6 +74,7 @@ void Read(const Value& value, Clock& clock) {
 void Read(const Value& value, std::optional<Battery>& battery) {
   if (value.ToJson().is_null()) return;
   Battery& read = battery.emplace();
+  if (value.IsObjectWith("fails")) return Read(value, read.failure);
   ReadObject(value.Or("null"), {{"serial_number", To(read.serial_number)},
                                 {"ct_number", To(read.ct_number)},
                                 {"design_voltage_mv", To(read.design_voltage_mv)},
@@ -119,6 +120,7 @@ void Read(const Value& value, SystemMessage& message) {
 }
 
 void Read(const Value& value, RegistryKey& key) {
+  if (value.IsObjectWith("fails") && value.ToJson().at("fails").is_number()) return Read(value, key.failure);
   for (const auto& [name, member] : value.Members()) {
     if (member.ToJson().is_string()) {
       Read(member, key.values.emplace_back(name, std::string{}).second);

@@ -11,7 +11,8 @@ constexpr std::size_t kFractionDigits = 7;
 void Read(const Value& value, Session& session) {
   ReadObject(value, {{"tick_counts_ms", To(session.tick_counts_ms)},
                      {"maximum_touches", To(session.maximum_touches)},
-                     {"last_input_tick_ms", To(session.last_input_tick_ms)}});
+                     {"last_input_tick_ms", To(session.last_input_tick_ms)},
+                     {"number", To(session.number)}});
 }
 
 void Read(const Value& value, Window& window) {

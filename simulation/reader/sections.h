@@ -12,7 +12,7 @@ void Read(const Value& value, Sensors& sensors);
 void Read(const Value& value, BiosReply& reply);
 void Read(const Value& value, LibraryDrive& drive);
 void Read(const Value& value, SystemMessage& message);
-/// An object is a key and a text a value, in the order given.
+/// An object is a key and a text a value, in the order given; {"fails": status} is a key that cannot be opened.
 void Read(const Value& value, RegistryKey& key);
 
 // wmi_section.cpp

@@ -30,12 +30,14 @@ BatteryFigures ToFigures(const simulation::Battery& battery) {
 
 }  // namespace
 
-std::vector<std::optional<BatteryFigures>> ReadBatteries() {
-  std::vector<std::optional<BatteryFigures>> figures;
+MachineBatteries ReadBatteries() {
+  MachineBatteries batteries;
   for (const std::optional<simulation::Battery>& battery : simulation::CurrentMachine().batteries) {
-    figures.push_back(battery ? std::optional(ToFigures(*battery)) : std::nullopt);
+    const bool fails = battery && battery->failure;
+    batteries.by_index.push_back(battery && !fails ? std::optional(ToFigures(*battery)) : std::nullopt);
+    if (fails && batteries.error == 0) batteries.error = static_cast<std::uint32_t>(battery->failure->status);
   }
-  return figures;
+  return batteries;
 }
 
 }  // namespace zt::shared::battery

@@ -3,8 +3,9 @@
 
 namespace zt::shared::npu {
 
-std::string ReadMachineReport() {
-  return simulation::CurrentMachine().npu_report;
+MachineReport ReadMachineReport() {
+  const simulation::Machine& machine = simulation::CurrentMachine();
+  return {machine.npu_report, machine.npu_failure ? machine.npu_failure->status : 0};
 }
 
 }  // namespace zt::shared::npu

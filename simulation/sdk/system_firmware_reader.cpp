@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "simulation/machine.h"
 
@@ -42,15 +43,17 @@ Bytes EndOfTable() {
 
 }  // namespace
 
-Bytes ReadSystemFirmwareTable() {
-  Bytes structures = SystemInformation(simulation::CurrentMachine().smbios_serial_number);
+FirmwareTable ReadSystemFirmwareTable() {
+  const simulation::Machine& machine = simulation::CurrentMachine();
+  if (machine.smbios_failure) return {{}, static_cast<std::uint32_t>(machine.smbios_failure->status)};
+  Bytes structures = SystemInformation(machine.smbios_serial_number);
   Append(structures, EndOfTable());
   Bytes table(kTableHeader.begin(), kTableHeader.end());
   for (std::size_t shift = 0; shift < 32; shift += 8) {
     table.push_back(static_cast<std::uint8_t>(structures.size() >> shift & 0xFFU));
   }
   Append(table, structures);
-  return table;
+  return {std::move(table)};
 }
 
 }  // namespace zt::shared::smbios

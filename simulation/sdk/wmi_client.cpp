@@ -60,7 +60,7 @@ std::int32_t WMIClient::ExecQuery(const std::wstring& wql) {
   AnnounceQuery(wql);
   simulation::WqlResult result = simulation::RunQuery(text::ToUtf8(wql));
   rows_->Replace(std::move(result.rows));
-  return result.status;
+  return ReportStatus(wql, result.status);
 }
 
 bool WMIClient::Next() {

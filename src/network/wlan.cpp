@@ -65,7 +65,7 @@ void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
     PLOG_ERROR << kComFailure;
   }
   try {
-    const WlanService wlan = Require(WlanService::Open(), kOpenFailure);
+    const WlanService wlan = Require(WlanService::Open().service, kOpenFailure);
     for (const std::wstring& guid : Require(wlan.Interfaces(), kEnumerationFailure)) {
       types::NetworkInterfaceInfo* const info = FindByGuid(interfaces, text::ToUtf8(guid));
       if (info == nullptr) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -8,12 +9,19 @@
 /// functions take them; a path may end with a backslash.
 namespace zt::telemetry::collector::performancesamples::platform {
 
-/// Names of the subkeys of a key, in the system's order (`RegEnumKeyExA`). Empty when the key cannot be opened or has
-/// none.
-std::vector<std::string> RegistrySubkeys(const std::string& path);
+/// What a question to the registry gave.
+template <typename T>
+struct RegistryAnswer {
+  T value{};  // as far as it could be read
+  std::uint32_t failure =
+      0;  // the error code of the call that failed; that there is no such key or value is no failure
+};
 
-/// A value of the key as text (`RegQueryValueExA`). Absent when the key cannot be opened, or has no such value, or the
-/// value is no text.
-std::optional<std::string> RegistryText(const std::string& path, const std::string& value);
+/// Names of the subkeys of a key, in the system's order (`RegEnumKeyExA`). None where there is no such key.
+RegistryAnswer<std::vector<std::string>> RegistrySubkeys(const std::string& path);
+
+/// A value of the key as text (`RegQueryValueExA`). Absent where there is no such key or value, or the value is no
+/// text.
+RegistryAnswer<std::optional<std::string>> RegistryText(const std::string& path, const std::string& value);
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

@@ -32,12 +32,14 @@ struct WlanProfile {
   std::uint32_t flags = 0;
 };
 
+struct WlanOpening;
+
 /// An open connection to the service. Interfaces are told by their GUID, "{GUID}" in capitals. Each operation is one
-/// question to the service; an answer that is absent is a call that failed, or that gave nothing.
+/// question to the service; an answer that is absent is a call that failed, which one that succeeds without an answer
+/// is too.
 class WlanService {
  public:
-  /// Absent where there is no WLAN service, or it refuses.
-  static std::optional<WlanService> Open();
+  static WlanOpening Open();
   ~WlanService();
   WlanService(WlanService&&) noexcept;
   WlanService& operator=(WlanService&&) noexcept;
@@ -53,6 +55,12 @@ class WlanService {
   explicit WlanService(std::unique_ptr<Handle> handle);
 
   std::unique_ptr<Handle> handle_;
+};
+
+/// What became of opening the service.
+struct WlanOpening {
+  std::optional<WlanService> service;  // absent where it was not opened
+  std::uint32_t status = 0;            // the error code of the service then; 0 where the system has no such service
 };
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

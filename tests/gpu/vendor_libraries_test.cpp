@@ -98,23 +98,34 @@ Machine WithRegistry() {
 
 TEST(SimulatedRegistry, ListsSubkeysInTheirOrder) {
   simulation::UseMachine(WithRegistry());
-  EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer)"), ElementsAre("Inner", "Other"));
-  EXPECT_THAT(platform::RegistrySubkeys(R"(system\OUTER\)"), ElementsAre("Inner", "Other"));
-  EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer\inner)"), ElementsAre("Deep"));
+  EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer)").value, ElementsAre("Inner", "Other"));
+  EXPECT_THAT(platform::RegistrySubkeys(R"(system\OUTER\)").value, ElementsAre("Inner", "Other"));
+  EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer\inner)").value, ElementsAre("Deep"));
 }
 
 TEST(SimulatedRegistry, ReadsTextsOfKeys) {
   simulation::UseMachine(WithRegistry());
-  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour"), "red");
-  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer\Inner)", "Size"), "3");
-  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "Size"), std::nullopt);
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour").value, "red");
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer\Inner)", "Size").value, "3");
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "Size").value, std::nullopt);
+}
+
+TEST(SimulatedRegistry, AKeyThatCannotBeOpenedIsAFailureAndOneThatIsNotThereIsNot) {
+  simulation::Machine machine = WithRegistry();
+  machine.registry[0].failure = simulation::Failure{5};
+  simulation::UseMachine(machine);
+  EXPECT_EQ(platform::RegistrySubkeys(R"(SYSTEM\Outer)").failure, 5U);
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour").failure, 5U);
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour").value, std::nullopt);
+  EXPECT_EQ(platform::RegistrySubkeys(R"(SYSTEM\Other)").failure, 0U);
+  EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Other)", "colour").failure, 0U);
 }
 
 TEST(SimulatedRegistry, HasNoKeyThatTheMachineDoesNotState) {
   simulation::UseMachine(WithRegistry());
   for (const std::string path : {"SYSTEM", R"(SYSTEM\Out)", R"(SYSTEM\Outer2)", R"(SYSTEM\Outer\Inner\Deep\No)"}) {
-    EXPECT_TRUE(platform::RegistrySubkeys(path).empty()) << path;
-    EXPECT_EQ(platform::RegistryText(path, "Colour"), std::nullopt) << path;
+    EXPECT_TRUE(platform::RegistrySubkeys(path).value.empty()) << path;
+    EXPECT_EQ(platform::RegistryText(path, "Colour").value, std::nullopt) << path;
   }
 }
 

@@ -53,12 +53,31 @@ TEST(CommandLineTest, CollectTakesAllItsOptions) {
   EXPECT_EQ(command.queries, "q.txt");
 }
 
-TEST(CommandLineTest, DoctorTakesAMachineAFolderAndAFormat) {
-  const auto command =
-      Read<DoctorCommand>({"doctor", "--machine", "bare", "--database-dir", "samples", "--format", "json"});
+TEST(CommandLineTest, DoctorTakesAllItsOptions) {
+  const auto command = Read<DoctorCommand>({"doctor", "--machine", "bare", "--database-dir", "samples", "--format",
+                                            "json", "--log-level", "info", "--queries", "q.txt"});
   EXPECT_EQ(command.machine, "bare");
   EXPECT_EQ(command.database_dir, "samples");
   EXPECT_EQ(command.format, OutputFormat::kJson);
+  EXPECT_EQ(command.log_level, plog::info);
+  EXPECT_EQ(command.queries, "q.txt");
+}
+
+TEST(CommandLineTest, DoctorShowsNoLogUnlessToldOtherwise) {
+  EXPECT_EQ(Read<DoctorCommand>({"doctor"}).log_level, plog::none);
+}
+
+TEST(CommandLineTest, NetworkTakesAllItsOptions) {
+  const auto command = Read<NetworkCommand>(
+      {"network", "--machine", "bare", "--format", "json", "--log-level", "info", "--queries", "q.txt"});
+  EXPECT_EQ(command.machine, "bare");
+  EXPECT_EQ(command.format, OutputFormat::kJson);
+  EXPECT_EQ(command.log_level, plog::info);
+  EXPECT_EQ(command.queries, "q.txt");
+}
+
+TEST(CommandLineTest, NetworkShowsWarningsUnlessToldOtherwise) {
+  EXPECT_EQ(Read<NetworkCommand>({"network"}).log_level, plog::warning);
 }
 
 TEST(CommandLineTest, DoctorTakesNoOptionOfACollection) {

@@ -118,6 +118,93 @@ TEST_F(DoctorTest, AFirmwareThatRefusesIsAFailureAndOneWithoutTheCommandIsNot) {
   EXPECT_EQ(Reports(machine("2147749904")).at("Firmware temperatures")["state"], "absent");  // no such class
 }
 
+TEST_F(DoctorTest, WhatCannotBeAskedForIsAFailureAndNoAbsence) {
+  const auto reports = Reports(MachineFile(R"({
+      "smbios": {"fails": 5}, "power_status": {"battery_flag": 1}, "batteries": [{"fails": 1460}],
+      "npu_report": {"fails": -2147467259}})"));
+  EXPECT_EQ(reports.at("Serial number")["state"], "failed");
+  EXPECT_EQ(reports.at("Serial number")["remark"], "the firmware's table cannot be read (status 5)");
+  EXPECT_EQ(reports.at("Batteries")["state"], "failed");
+  EXPECT_EQ(reports.at("Batteries")["remark"], "a battery does not answer (status 1460)");
+  EXPECT_EQ(reports.at("NPUs")["state"], "failed");
+  EXPECT_EQ(reports.at("NPUs")["remark"], "the system does not tell all its NPUs (status 0x80004005)");
+}
+
+TEST_F(DoctorTest, ABatteryThatDoesNotAnswerIsAFailureBesideOneThatDoes) {
+  const auto reports = Reports(MachineFile(R"({"power_status": {"battery_flag": 1},
+      "batteries": [{"serial_number": "42"}, {"fails": 1460}]})"));
+  EXPECT_EQ(reports.at("Batteries")["state"], "failed");
+  EXPECT_EQ(reports.at("Batteries")["figures"]["hwInfo"]["batteriesInfo"][0]["batterySerialNumber"], "42");
+}
+
+TEST_F(DoctorTest, APowerStatusThatTheSystemDoesNotTellIsAFailure) {
+  const json batteries = Reports(MachineFile("{}")).at("Batteries");
+  EXPECT_EQ(batteries["state"], "failed");
+  EXPECT_EQ(batteries["remark"], "the system does not tell its power status");
+  EXPECT_EQ(Reports(MachineFile(R"({"power_status": {"battery_flag": 128}})")).at("Batteries")["state"], "absent");
+}
+
+TEST_F(DoctorTest, ACardWhoseBusTheRegistryDoesNotTellIsAFailure) {
+  const std::string card = R"({"adlx": {"gpus": [{"vendor_id": "1002", "device_id": "744C"}]}, "registry": {)"
+                           R"("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\PCI": )";
+  const json refused = Reports(MachineFile(card + R"({"fails": 5}}})")).at("AMD graphics");
+  EXPECT_EQ(refused["state"], "failed");
+  EXPECT_EQ(refused["remark"], "1 card: 744C at bus 0; the registry does not tell their bus (status 5)");
+  EXPECT_EQ(Reports(MachineFile(card + "{}}}")).at("AMD graphics")["state"], "present");
+}
+
+TEST_F(DoctorTest, AListOfAdaptersThatCannotBeHadIsAFailureAndNoAbsence) {
+  const auto reports = Reports(
+      MachineFile(R"({"wmi": {"failures": [{"query_contains": "Win32_VideoController", "status": 2147749891}]}})"));
+  EXPECT_EQ(reports.at("Intel graphics")["state"], "failed");
+  EXPECT_EQ(reports.at("Intel graphics")["remark"], "Error while querying Win32_VideoController (status 0x80041003)");
+}
+
+TEST_F(DoctorTest, TellsTheNumberOfItsSession) {
+  const auto remark = [&](const std::string& number) {
+    return Reports(MachineFile(R"({"session": {"tick_counts_ms": [60000], "last_input_tick_ms": 0)" + number + "}}"))
+        .at("Processes and session")["remark"];
+  };
+  EXPECT_EQ(remark(""), "session 1");
+  EXPECT_EQ(remark(R"(, "number": 2)"), "session 2");
+  EXPECT_EQ(remark(R"(, "number": 0)"), "session 0, that of the services: input and windows are not the user's");
+}
+
+TEST_F(DoctorTest, ASessionThatTheSystemDoesNotTellIsAFailure) {
+  const auto reports = Reports(
+      MachineFile(R"({"session": {"tick_counts_ms": [60000], "last_input_tick_ms": 0, "number": {"fails": 87}}})"));
+  EXPECT_EQ(reports.at("Processes and session")["state"], "failed");
+}
+
+TEST_F(DoctorTest, WritesTheQueriesOfItsSources) {
+  Ask("convertible-laptop", {"--queries", folder_.File("queries.txt")});
+  const std::vector<std::string> queries = Lines(ReadFile(folder_.Path() / "queries.txt"));
+  EXPECT_THAT(queries, Contains(HasSubstr("FROM Win32_OperatingSystem")));
+  EXPECT_THAT(queries, Contains(HasSubstr("FROM Win32_DiskDrive")));
+}
+
+TEST_F(DoctorTest, ShowsTheLogWhenItIsAskedFor) {
+  const std::string machine = MachineFile(R"({
+      "session": {"tick_counts_ms": [60000], "last_input_tick_ms": 0},
+      "processes": [{"id": 7, "user_100ns": 20000000, "peak_working_set_bytes": 1, "working_set_bytes": 1}],
+      "wmi": {"classes": {"Win32_PerfFormattedData_PerfProc_Process":
+                  [{"Name": "busy", "IDProcess": 7, "PercentProcessorTime": "5", "PriorityBase": 8}]},
+              "failures": [{"query_contains": "FROM Win32_Process WHERE", "status": 5}]}})");
+  EXPECT_THAT(Ask(machine).err, IsEmpty());
+  const ProgramRun shown = Ask(machine, {"--log-level", "warning"});
+  EXPECT_THAT(shown.err, HasSubstr("Processes are left out: querying Win32_Process failed with status 5"));
+  EXPECT_THAT(shown.out, HasSubstr("Processes are left out")) << "and it is an issue of the source still";
+}
+
+TEST_F(DoctorTest, ADatabaseThatCannotBeLookedForIsAFailure) {
+  std::error_code error;
+  std::filesystem::create_symlink("ssm.db", folder_.Path() / "ssm.db", error);  // leads to itself
+  if (error) GTEST_SKIP() << "no symbolic links here";
+  const json report = Reports("bare").at("Stored samples");
+  EXPECT_EQ(report["state"], "failed");
+  EXPECT_THAT(report["remark"].get<std::string>(), HasSubstr("ssm.db: "));
+}
+
 TEST_F(DoctorTest, TellsTheCardsOfEachVendor) {
   const auto reports = Reports("workstation");
   EXPECT_EQ(reports.at("NVIDIA graphics")["remark"], "2 cards: 1650000000001 at bus 12, 1650000000002 at bus 0");

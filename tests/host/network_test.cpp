@@ -132,6 +132,94 @@ TEST_F(NetworkCommandTest, AMachineWithoutAListShowsTheRestAndFails) {
   EXPECT_THAT(json::parse(run.out)["interfaces"], IsEmpty());
 }
 
+// Every line that tells of a failure, in order.
+std::vector<std::string> Failures(const ProgramRun& run) {
+  std::vector<std::string> failures;
+  for (const std::string& line : Lines(run.err)) {
+    if (line.starts_with("network: ")) failures.push_back(line);
+  }
+  return failures;
+}
+
+TEST_F(NetworkCommandTest, EachPassThatFailsIsToldAndFailsTheCommand) {
+  const ProgramRun run = Show("failing");
+  EXPECT_EQ(run.exit_code, kExitFailed);
+  EXPECT_THAT(Failures(run),
+              ElementsAre("network: Error while querying Win32_PerfRawData_Tcpip_NetworkInterface (status 0x80041003)",
+                          "network: Failed to initialize COM.-2147024882", "network: COM initialization failed",
+                          "network: Error occurred while retrieving WLAN interface statistics: "
+                          "Failed to open handle to WLAN interface",
+                          "network: IPV4 statistics not found", "network: IPV6 statistics not found"));
+}
+
+TEST_F(NetworkCommandTest, AFailureIsToldWhateverTheLogShows) {
+  const ProgramRun run = Show("failing", {"--log-level", "none"});
+  EXPECT_EQ(run.exit_code, kExitFailed);
+  EXPECT_EQ(Lines(run.err), Failures(run));
+}
+
+TEST_F(NetworkCommandTest, ATableThatCannotBeQueriedIsOneFailureHoweverOftenItIsAsked) {
+  const ProgramRun run = Show(MachineFile(R"({
+      "wmi": {"classes": {"Win32_PerfRawData_Tcpip_NetworkInterface": [{"Name": "A"}, {"Name": "B"}]},
+              "failures": [{"query_contains": "Configuration", "status": 2147749891}]},
+      "network": {"manager": {}, "tcp_v4": {}, "tcp_v6": {}}})"));
+  EXPECT_EQ(run.exit_code, kExitFailed);
+  EXPECT_THAT(Failures(run),
+              ElementsAre("network: Error while querying Win32_NetworkAdapterConfiguration (status 0x80041003)"));
+}
+
+TEST_F(NetworkCommandTest, AMachineOnWhichNothingFailsIsDone) {
+  for (const char* machine : {"convertible-laptop", "workstation"}) {
+    const ProgramRun run = Show(machine);
+    EXPECT_EQ(run.exit_code, kExitDone) << machine << run.err;
+    EXPECT_THAT(Failures(run), IsEmpty());
+  }
+}
+
+TEST_F(NetworkCommandTest, AMachineWithoutAWlanServiceThatRunsHasNoFailureOfIt) {
+  const std::string start = R"({"network": {"manager": {}, "tcp_v4": {}, "tcp_v6": {})";
+  EXPECT_EQ(Show(MachineFile(start + "}}")).exit_code, kExitDone) << "there is none";
+  EXPECT_EQ(Show(MachineFile(start + R"(, "wlan": {"open": 1062}}})")).exit_code, kExitDone) << "it does not run";
+}
+
+TEST_F(NetworkCommandTest, AWlanServiceThatRefusesIsAFailure) {
+  const ProgramRun run =
+      Show(MachineFile(R"({"network": {"manager": {}, "tcp_v4": {}, "tcp_v6": {}, "wlan": {"open": 5}}})"));
+  EXPECT_EQ(run.exit_code, kExitFailed);
+  EXPECT_THAT(Failures(run), ElementsAre("network: Error occurred while retrieving WLAN interface statistics: "
+                                         "Failed to open handle to WLAN interface"));
+}
+
+TEST_F(NetworkCommandTest, WifiInterfacesThatCannotBeListedAreAFailure) {
+  const ProgramRun run =
+      Show(MachineFile(R"({"network": {"manager": {}, "tcp_v4": {}, "tcp_v6": {}, "wlan": {"enumerate": 5}}})"));
+  EXPECT_EQ(run.exit_code, kExitFailed);
+  EXPECT_THAT(Failures(run), ElementsAre("network: Error occurred while retrieving WLAN interface statistics: "
+                                         "Failed to enumerate WiFi interfaces"));
+}
+
+class NetworkLogTest : public NetworkCommandTest {
+ protected:
+  ProgramRun OnChannel10(const std::vector<std::string>& options = {}) const {
+    return Show(MachineFile(R"({
+        "wmi": {"classes": {"Win32_PerfRawData_Tcpip_NetworkInterface": [{"Name": "A"}],
+                            "Win32_NetworkAdapter": [{"Name": "A", "ProductName": "A", "GUID": "{1}"}]}},
+        "network": {"manager": {}, "tcp_v4": {}, "tcp_v6": {},
+                    "wlan": {"interfaces": [{"guid": "{1}", "channel": 10}]}}})"),
+                options);
+  }
+};
+
+TEST_F(NetworkLogTest, InformationIsShownWhenItIsAskedFor) {
+  const ProgramRun run = OnChannel10({"--log-level", "info"});
+  EXPECT_EQ(run.exit_code, kExitDone);
+  EXPECT_THAT(run.err, HasSubstr("connectedChannel 10 not found in frequencyData."));
+}
+
+TEST_F(NetworkLogTest, InformationIsNotShownUnlessItIsAskedFor) {
+  EXPECT_THAT(OnChannel10().err, IsEmpty());
+}
+
 TEST_F(NetworkCommandTest, TextOfAMachineWithoutInterfacesSaysSo) {
   EXPECT_THAT(Lines(Show("bare").out), Contains("  none"));
 }

@@ -12,6 +12,7 @@ namespace {
 using protocol::Level;
 using shared::battery::BatteryReading;
 using shared::battery::ReadBattery;
+using shared::battery::SlotReading;
 
 constexpr std::uint32_t kInvalidFunction = 1;
 constexpr std::uint32_t kTimeout = 1460;
@@ -45,7 +46,9 @@ TEST(BatteryReading, AsksForTheStatusWithoutWaitingForAChange) {
 TEST(BatteryReading, AnEmptySlotIsAbsent) {
   ScriptedBattery battery;
   battery.tag = protocol::kNoTag;
-  EXPECT_FALSE(battery.Read());
+  const SlotReading slot = battery.ReadSlot();
+  EXPECT_FALSE(slot.battery);
+  EXPECT_EQ(slot.error, protocol::kSuccess) << "that there is none is no failure";
   EXPECT_EQ(battery.asked.size(), 1U);
 }
 
@@ -54,33 +57,43 @@ TEST(BatteryReading, ATagOfZeroIsAnEmptySlotToo) {
     std::fill(output.begin(), output.end(), std::byte{0});
     return ControlOutcome{protocol::kSuccess, output.size()};
   };
-  EXPECT_FALSE(ReadBattery(answers_zero));
+  const SlotReading slot = ReadBattery(answers_zero);
+  EXPECT_FALSE(slot.battery);
+  EXPECT_EQ(slot.error, protocol::kSuccess);
 }
 
-TEST(BatteryReading, ATagThatCannotBeAskedForIsAbsent) {
+TEST(BatteryReading, ATagThatCannotBeAskedForIsAFailure) {
   ScriptedBattery battery;
   battery.failing_codes[protocol::kQueryTag] = kTimeout;
-  EXPECT_FALSE(battery.Read());
+  const SlotReading slot = battery.ReadSlot();
+  EXPECT_FALSE(slot.battery);
+  EXPECT_EQ(slot.error, kTimeout);
 }
 
-TEST(BatteryReading, ABatteryThatDoesNotTellWhatItIsIsAbsent) {
+TEST(BatteryReading, ABatteryThatDoesNotTellWhatItIsIsAFailure) {
   ScriptedBattery battery;
   battery.failing_levels[Level::kInformation] = kInvalidFunction;
-  EXPECT_FALSE(battery.Read());
+  const SlotReading slot = battery.ReadSlot();
+  EXPECT_FALSE(slot.battery);
+  EXPECT_EQ(slot.error, kInvalidFunction);
   EXPECT_EQ(TimesAsked(battery, protocol::kQueryTag), 1) << "a driver that does not answer is not asked again";
 }
 
-TEST(BatteryReading, ABatteryThatDoesNotTellItsStateIsAbsent) {
+TEST(BatteryReading, ABatteryThatDoesNotTellItsStateIsAFailure) {
   ScriptedBattery battery;
   battery.failing_codes[protocol::kQueryStatus] = kTimeout;
-  EXPECT_FALSE(battery.Read());
+  const SlotReading slot = battery.ReadSlot();
+  EXPECT_FALSE(slot.battery);
+  EXPECT_EQ(slot.error, kTimeout);
 }
 
 TEST(BatteryReading, AShortAnswerIsNoAnswer) {
   for (const std::uint32_t code : {protocol::kQueryTag, protocol::kQueryInformation, protocol::kQueryStatus}) {
     ScriptedBattery battery;
     battery.missing_bytes[code] = 1;
-    EXPECT_FALSE(battery.Read()) << code;
+    const SlotReading slot = battery.ReadSlot();
+    EXPECT_FALSE(slot.battery) << code;
+    EXPECT_EQ(slot.error, protocol::kInvalidData) << code;
   }
 }
 
@@ -164,7 +177,9 @@ TEST(BatteryReading, ABatteryThatIsTakenOutIsAbsent) {
     battery.before_answer = [answered](ScriptedBattery& self) {
       if (self.asked.size() == answered) self.tag = protocol::kNoTag;
     };
-    EXPECT_FALSE(battery.Read()) << "taken out after " << answered << " answers";
+    const SlotReading slot = battery.ReadSlot();
+    EXPECT_EQ(slot.error, protocol::kSuccess);
+    EXPECT_FALSE(slot.battery) << "taken out after " << answered << " answers";
   }
 }
 

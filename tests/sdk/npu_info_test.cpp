@@ -22,6 +22,16 @@ TEST(NpuLibraryTest, WithoutNpusTheTextIsEmpty) {
   simulation::UseMachine({});
   NPUInfo library;
   EXPECT_STREQ(library.GetNPUInfoAsJsonString(), "");
+  EXPECT_EQ(library.GetStatus(), 0);
+}
+
+TEST(NpuLibraryTest, NpusThatCannotBeAskedForAreNoNpusAndAStatus) {
+  simulation::Machine machine;
+  machine.npu_failure = simulation::Failure{-2147467259};
+  simulation::UseMachine(machine);
+  NPUInfo library;
+  EXPECT_STREQ(library.GetNPUInfoAsJsonString(), "");
+  EXPECT_EQ(library.GetStatus(), -2147467259);
 }
 
 }  // namespace

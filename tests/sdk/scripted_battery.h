@@ -36,7 +36,9 @@ class ScriptedBattery {
              {protocol::Level::kDeviceName, u"RE03045XL"}};
   }
 
-  std::optional<shared::battery::BatteryReading> Read() {
+  std::optional<shared::battery::BatteryReading> Read() { return ReadSlot().battery; }
+
+  shared::battery::SlotReading ReadSlot() {
     return shared::battery::ReadBattery([this](std::uint32_t code, std::span<const std::byte> input,
                                                std::span<std::byte> output) { return Answer(code, input, output); });
   }

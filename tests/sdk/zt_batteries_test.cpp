@@ -88,7 +88,22 @@ TEST(Batteries, AGapAndAnIndexBeyondTheLastAreNull) {
 
 TEST(Batteries, AMachineWithoutThemHasNone) {
   UseBatteries({});
-  EXPECT_EQ(ZTBatteries(true, true, nullptr, nullptr).Query(0), nullptr);
+  ZTBatteries batteries(true, true, nullptr, nullptr);
+  EXPECT_EQ(batteries.Query(0), nullptr);
+  EXPECT_EQ(batteries.GetReadError(), 0U);
+}
+
+TEST(Batteries, OneThatDoesNotAnswerIsLeftOutAndItsErrorTold) {
+  simulation::Battery silent;
+  silent.failure = simulation::Failure{1460};
+  simulation::Battery refusing;
+  refusing.failure = simulation::Failure{5};
+  UseBatteries({silent, Example(), refusing});
+  ZTBatteries batteries(true, true, nullptr, nullptr);
+  EXPECT_EQ(batteries.Query(0), nullptr);
+  EXPECT_NE(batteries.Query(1), nullptr);
+  EXPECT_EQ(batteries.Query(2), nullptr);
+  EXPECT_EQ(batteries.GetReadError(), 1460U) << "the first one's";
 }
 
 TEST(Batteries, StayAsTheyWereAtConstruction) {

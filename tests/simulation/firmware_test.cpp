@@ -40,6 +40,16 @@ TEST(SimulatedFirmwareTest, AnEmptySerialNumberIsThereAndEmpty) {
   EXPECT_EQ(SerialNumberOf(""), "");
 }
 
+TEST(SimulatedFirmwareTest, ATableThatCannotBeReadIsAnErrorAndOneWithoutANumberIsNot) {
+  Machine machine;
+  machine.smbios_failure = simulation::Failure{5};
+  simulation::UseMachine(machine);
+  EXPECT_EQ(SMBiosInfo(nullptr).GetReadError(), 5U);
+  EXPECT_EQ(SMBiosInfo(nullptr).GetTypeSysInfo().serial_number, std::nullopt);
+  simulation::UseMachine({});
+  EXPECT_EQ(SMBiosInfo(nullptr).GetReadError(), 0U);
+}
+
 TEST(SimulatedFirmwareTest, NothingElseIsKnownOfTheSystem) {
   SerialNumberOf("5CG0000001");
   const SMBiosInfo info(nullptr);

@@ -102,7 +102,7 @@ inline constexpr std::string_view kFullProfile = R"json({
   "registry": {"HKEY_LOCAL_MACHINE\\A/B": {"z": "first", "key": {"inner": "value"}, "a": "last"}},
   "npu_report": {"npu_count": 1, "npu_info": []},
   "storage_library": [{"name": "NVME1", "wmi_serial": "0025_38A1."}],
-  "session": {"tick_counts_ms": [40, 18446744073709551615], "maximum_touches": 41, "last_input_tick_ms": 42},
+  "session": {"tick_counts_ms": [40, 18446744073709551615], "maximum_touches": 41, "last_input_tick_ms": 42, "number": 43},
   "processes": [
     {
       "id": 1234,

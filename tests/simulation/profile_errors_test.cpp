@@ -111,9 +111,9 @@ TEST(ProfileErrorsTest, AWrongTypeIsToldWithTheRangeAndWhatWasFound) {
 }
 
 TEST(ProfileErrorsTest, AnUnknownKeyIsToldWithTheKnownOnes) {
-  EXPECT_EQ(
-      ErrorOf(R"({"session": {"ticks": []}})"),
-      "p.json: /session/ticks: unknown key, expected one of: tick_counts_ms, maximum_touches, last_input_tick_ms");
+  EXPECT_EQ(ErrorOf(R"({"session": {"ticks": []}})"),
+            "p.json: /session/ticks: unknown key, expected one of: "
+            "tick_counts_ms, maximum_touches, last_input_tick_ms, number");
 }
 
 TEST(ProfileErrorsTest, WhereACallMayFailThatIsExpectedToo) {

@@ -262,6 +262,24 @@ TEST(ProfileFactsTest, TheSessionHasItsTicks) {
   EXPECT_THAT(session.tick_counts_ms, ElementsAre(40U, 18446744073709551615U));
   EXPECT_EQ(session.maximum_touches, 41U);
   EXPECT_EQ(session.last_input_tick_ms, Plain<std::uint32_t>(42));
+  EXPECT_EQ(session.number, Answer<std::uint32_t>(43U));
+}
+
+TEST(ProfileFactsTest, ASessionIsAUsersUnlessStated) {
+  EXPECT_EQ(Parse("{}").session.number, Answer<std::uint32_t>(1U));
+  EXPECT_EQ(Parse(R"({"session": {"number": {"fails": 87}}})").session.number, Answer<std::uint32_t>(Failure{87}));
+}
+
+TEST(ProfileFactsTest, WhatIsThereMayRefuseToBeRead) {
+  const Machine machine = Parse(R"({"smbios": {"fails": 5}, "batteries": [{"fails": 1460}], "npu_report": {"fails": -3},
+      "registry": {"HKEY_LOCAL_MACHINE\\A": {"fails": 7}, "HKEY_LOCAL_MACHINE\\B": {"fails": {"x": "y"}}}})");
+  EXPECT_EQ(machine.smbios_failure, Failure{5});
+  EXPECT_EQ(machine.batteries.at(0).value().failure, Failure{1460});
+  EXPECT_EQ(machine.npu_failure, Failure{-3});
+  EXPECT_EQ(machine.npu_report, "");
+  EXPECT_EQ(machine.registry.at(0).failure, Failure{7});
+  EXPECT_FALSE(machine.registry.at(1).failure) << "a subkey may have any name";
+  EXPECT_EQ(machine.registry.at(1).keys.at(0).name, "fails");
 }
 
 TEST(ProfileFactsTest, AProcessHasItsFiguresFailuresAndWindows) {

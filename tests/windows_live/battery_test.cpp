@@ -17,7 +17,7 @@
 namespace zt::tests {
 namespace {
 
-using shared::battery::DeviceInterfacePaths;
+using shared::battery::ListDeviceInterfaces;
 using shared::battery::ZTBatteries;
 using telemetry::collector::performancesamples::BatteryInfoMsg;
 using telemetry::collector::performancesamples::PerfMessages;
@@ -34,14 +34,16 @@ TEST(PowerStatus, TellsTheSystemsFlag) {
 }
 
 TEST(DeviceInterfaces, EveryDeviceHasAPathOfItsOwn) {
-  const std::vector<std::wstring> paths = DeviceInterfacePaths(kInputDevices);
+  const std::vector<std::wstring> paths = ListDeviceInterfaces(kInputDevices).paths;
   ASSERT_FALSE(paths.empty()) << "no mouse, no keyboard";
   for (const std::wstring& path : paths) EXPECT_TRUE(path.starts_with(LR"(\\?\)")) << path.size();
   EXPECT_EQ(std::set<std::wstring>(paths.begin(), paths.end()).size(), paths.size());
 }
 
 TEST(DeviceInterfaces, AnInterfaceThatNoDeviceOffersHasNoPaths) {
-  EXPECT_TRUE(DeviceInterfacePaths(kNoInterface).empty());
+  const auto none = ListDeviceInterfaces(kNoInterface);
+  EXPECT_TRUE(none.paths.empty());
+  EXPECT_EQ(none.error, static_cast<DWORD>(ERROR_SUCCESS)) << "that there are none is no failure";
 }
 
 // The indices at which the library has a battery.
@@ -54,13 +56,13 @@ std::vector<int> IndicesOf(ZTBatteries& batteries) {
 }
 
 TEST(LiveBatteries, AreNoneWhereThereIsNoDevice) {
-  if (!DeviceInterfacePaths(kBatteries).empty()) GTEST_SKIP() << "this system has a battery";
+  if (!ListDeviceInterfaces(kBatteries).paths.empty()) GTEST_SKIP() << "this system has a battery";
   ZTBatteries batteries(true, true, nullptr, nullptr);
   EXPECT_THAT(IndicesOf(batteries), testing::IsEmpty());
 }
 
 TEST(LiveBatteries, AreNotAddedToTheRecordWhereThereIsNoDevice) {
-  if (!DeviceInterfacePaths(kBatteries).empty()) GTEST_SKIP() << "this system has a battery";
+  if (!ListDeviceInterfaces(kBatteries).paths.empty()) GTEST_SKIP() << "this system has a battery";
   PerfMessages::Init(nullptr, 50);
   BatteryInfoMsg().PopulateStorageAndUploadProtos();
   EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());

@@ -129,6 +129,7 @@ class FakeAdapterFactory : public FakeDxcoreObject<shared::npu::dxcore::IAdapter
   HRESULT STDMETHODCALLTYPE CreateAdapterList(std::uint32_t count, const GUID* attributes, REFIID iid,
                                               void** list) override {
     *list = nullptr;
+    if (*attributes == failing_attribute) return E_OUTOFMEMORY;
     if (count != 1 ||
         std::find(unknown_attributes.begin(), unknown_attributes.end(), *attributes) != unknown_attributes.end()) {
       return E_INVALIDARG;
@@ -144,6 +145,8 @@ class FakeAdapterFactory : public FakeDxcoreObject<shared::npu::dxcore::IAdapter
   FakeAdapters adapters;
   /// Those that this version of Windows does not know.
   std::vector<GUID> unknown_attributes;
+  /// The adapters that have this one cannot be listed.
+  GUID failing_attribute{};
 };
 
 }  // namespace zt::tests

@@ -40,6 +40,10 @@ TEST(MachineServicesTest, TheFirmwareTableHasTheMakerThatWmiTells) {
   EXPECT_EQ(info.GetTypeSysInfo().manufacturer.value_or(kWinesMaker), ProductText(L"Vendor"));
 }
 
+TEST(MachineServicesTest, TheFirmwareTableCanBeRead) {
+  EXPECT_EQ(SMBiosInfo(nullptr).GetReadError(), 0U);
+}
+
 TEST(MachineServicesTest, TheDefaultFolderIsBelowProgramData) {
   const char* program_data = std::getenv("ProgramData");
   ASSERT_NE(program_data, nullptr);

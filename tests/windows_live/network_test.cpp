@@ -11,6 +11,7 @@
 #include "platform/ip_helper.h"
 #include "platform/network_list.h"
 #include "platform/system_message.h"
+#include "platform/windows/ip_helper_figures.h"
 #include "platform/windows/system_message_in.h"
 #include "platform/wlan_service.h"
 #include "plugin/logger_export.h"
@@ -119,6 +120,26 @@ TEST(IpHelperTest, TheLoopbackInterfaceHasCounters) {
   EXPECT_TRUE(any);
 }
 
+TEST(IpHelperTest, OctetsGoTheirOwnWay) {
+  MIB_IFROW row{};
+  row.dwInOctets = 10;
+  row.dwOutOctets = 20;
+  const platform::InterfaceCounters counters = platform::CountersOf(row);
+  EXPECT_EQ(counters.bytes_in, 10U);
+  EXPECT_EQ(counters.bytes_out, 20U);
+}
+
+TEST(IpHelperTest, EachTcpCounterIsItsOwn) {
+  MIB_TCPSTATS statistics{};
+  statistics.dwCurrEstab = 1;
+  statistics.dwAttemptFails = 2;
+  statistics.dwInErrs = 3;
+  const platform::TcpCounters counters = platform::CountersOf(statistics);
+  EXPECT_EQ(counters.established, 1U);
+  EXPECT_EQ(counters.failed_attempts, 2U);
+  EXPECT_EQ(counters.errors_in, 3U);
+}
+
 TEST(SystemMessageTest, AKnownCodeHasAText) {
   const std::optional<std::string> text = platform::SystemMessage(ERROR_ACCESS_DENIED);
   ASSERT_TRUE(text.has_value());
@@ -190,7 +211,7 @@ TEST(NetworkPassesTest, ASingleThreadedApartmentIsOneLineOfEachPass) {
 
 // A server or an emulated system has no Wi-Fi: the service opens and lists nothing, or is not there.
 TEST(NetworkPassesTest, WithoutWifiTheWlanPassChangesNothing) {
-  const std::optional<platform::WlanService> service = platform::WlanService::Open();
+  const std::optional<platform::WlanService> service = platform::WlanService::Open().service;
   const bool has_wifi = service && !service->Interfaces().value_or(std::vector<std::wstring>()).empty();
   if (has_wifi) GTEST_SKIP() << "this system has Wi-Fi";
   NetworkInfoMsg network(nullptr, nullptr);

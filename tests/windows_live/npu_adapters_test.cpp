@@ -38,7 +38,7 @@ class NpuAdaptersTest : public ::testing::Test {
         .Set(Property::kHardwareParts, HardwareParts{0x8086, 0x7D1D, 0x2222, 0x103C, 4});
   }
 
-  std::vector<DxcoreNpu> Read() { return ReadDxcoreNpus(*factory_.Get()); }
+  std::vector<DxcoreNpu> Read() { return ReadDxcoreNpus(*factory_.Get()).npus; }
 
   /// The numbers of the adapters that are NPUs.
   std::vector<DWORD> Numbers() {
@@ -88,6 +88,14 @@ TEST_F(NpuAdaptersTest, AWindowsThatKnowsNoAttributeHasNoNpus) {
   factory_->unknown_attributes = {kNpu, kGenericMl, kCoreCompute};
   AddAdapter().Has(kNpu);
   EXPECT_EQ(Numbers(), Found{});
+  EXPECT_EQ(ReadDxcoreNpus(*factory_.Get()).status, S_OK) << "that it knows none is no failure";
+}
+
+TEST_F(NpuAdaptersTest, AListThatCannotBeHadIsAFailureBesideTheOthersNpus) {
+  factory_->failing_attribute = kGenericMl;
+  AddAdapter().Has(kNpu);
+  EXPECT_EQ(Numbers(), Found{1});
+  EXPECT_EQ(ReadDxcoreNpus(*factory_.Get()).status, E_OUTOFMEMORY);
 }
 
 TEST_F(NpuAdaptersTest, AnAdapterOfSoftwareIsNoNpu) {

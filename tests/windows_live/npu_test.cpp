@@ -47,6 +47,7 @@ TEST(SystemsNpusTest, WithoutDxcoreTheReportIsEmpty) {
   const SystemLibrary dxcore(L"dxcore.dll");
   if (dxcore.Find<AnyFunction>("DXCoreCreateAdapterFactory") != nullptr) GTEST_SKIP() << "this system has DXCore";
   EXPECT_EQ(SystemsReport(), "");
+  EXPECT_EQ(NPUInfo().GetStatus(), 0) << "that there is none is no failure";
 }
 
 TEST(SystemsNpusTest, AReportNamesAsManyNpusAsItCounts) {

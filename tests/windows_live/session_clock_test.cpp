@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include "platform/session_number.h"
+
 // The session of this very system.
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
@@ -24,6 +26,12 @@ TEST(SessionClockTest, TheTickCountIsThatOfTheSystem) {
 
 TEST(SessionClockTest, TheTouchContactsAreTheSystemsMetric95) {
   EXPECT_EQ(MaximumTouches(), static_cast<std::uint32_t>(::GetSystemMetrics(95)));
+}
+
+TEST(SessionNumberTest, IsThatOfTheProcess) {
+  DWORD number = 99;
+  ASSERT_NE(::ProcessIdToSessionId(::GetCurrentProcessId(), &number), FALSE);
+  EXPECT_EQ(SessionNumber(), number);
 }
 
 TEST(SessionClockTest, TheLastInputWasNotAfterNow) {

@@ -106,41 +106,54 @@ class SystemRegistry : public testing::Test {
 };
 
 TEST_F(SystemRegistry, ListsSubkeys) {
-  EXPECT_THAT(platform::RegistrySubkeys(path_), IsEmpty());
+  EXPECT_THAT(platform::RegistrySubkeys(path_).value, IsEmpty());
   Write(R"(\VEN_1002&DEV_744C)", "x", REG_SZ, "", 1);
   Write(R"(\VEN_10DE&DEV_26B1)", "x", REG_SZ, "", 1);
-  EXPECT_THAT(platform::RegistrySubkeys(path_), testing::ElementsAre("VEN_1002&DEV_744C", "VEN_10DE&DEV_26B1"));
-  EXPECT_THAT(platform::RegistrySubkeys(path_ + '\\'), Contains("VEN_1002&DEV_744C"));
-  EXPECT_THAT(platform::RegistrySubkeys(R"(SOFTWARE\zt-no-such-key)"), IsEmpty());
+  EXPECT_THAT(platform::RegistrySubkeys(path_).value, testing::ElementsAre("VEN_1002&DEV_744C", "VEN_10DE&DEV_26B1"));
+  EXPECT_THAT(platform::RegistrySubkeys(path_ + '\\').value, Contains("VEN_1002&DEV_744C"));
+  EXPECT_THAT(platform::RegistrySubkeys(R"(SOFTWARE\zt-no-such-key)").value, IsEmpty());
 }
 
 TEST_F(SystemRegistry, ListsSubkeysWithLongNames) {
   const std::string name(200, 'n');
   Write('\\' + name, "x", REG_SZ, "", 1);
-  EXPECT_THAT(platform::RegistrySubkeys(path_), testing::ElementsAre(name));
+  EXPECT_THAT(platform::RegistrySubkeys(path_).value, testing::ElementsAre(name));
+}
+
+TEST_F(SystemRegistry, AMissingKeyOrValueIsNoFailure) {
+  EXPECT_EQ(platform::RegistrySubkeys(path_).failure, 0U) << "the end of the list";
+  EXPECT_EQ(platform::RegistrySubkeys(R"(SOFTWARE\zt-no-such-key)").failure, 0U);
+  EXPECT_EQ(platform::RegistryText(path_, "Missing").failure, 0U);
+  EXPECT_EQ(platform::RegistryText(R"(SOFTWARE\zt-no-such-key)", "Colour").failure, 0U);
+}
+
+TEST_F(SystemRegistry, AKeyThatCannotBeOpenedIsAFailure) {
+  const std::string too_long(300, 'k');
+  EXPECT_NE(platform::RegistrySubkeys(too_long).failure, 0U);
+  EXPECT_NE(platform::RegistryText(too_long, "Colour").failure, 0U);
 }
 
 TEST_F(SystemRegistry, ReadsTexts) {
-  EXPECT_EQ(platform::RegistryText(path_, "Colour"), "red");
-  EXPECT_EQ(platform::RegistryText(path_ + '\\', "colour"), "red");
+  EXPECT_EQ(platform::RegistryText(path_, "Colour").value, "red");
+  EXPECT_EQ(platform::RegistryText(path_ + '\\', "colour").value, "red");
   const std::string text(10'000, 't');
   Write("", "Long", REG_EXPAND_SZ, text.c_str(), static_cast<DWORD>(text.size() + 1));
-  EXPECT_EQ(platform::RegistryText(path_, "Long"), text);
+  EXPECT_EQ(platform::RegistryText(path_, "Long").value, text);
 }
 
 TEST_F(SystemRegistry, ReadsTextsWithoutAnEnd) {
   Write("", "Endless", REG_SZ, "red", 3);
-  EXPECT_EQ(platform::RegistryText(path_, "Endless"), "red");
+  EXPECT_EQ(platform::RegistryText(path_, "Endless").value, "red");
   Write("", "Empty", REG_SZ, "", 0);
-  EXPECT_EQ(platform::RegistryText(path_, "Empty"), "");
+  EXPECT_EQ(platform::RegistryText(path_, "Empty").value, "");
 }
 
 TEST_F(SystemRegistry, HasNoTextWhereThereIsNone) {
   const DWORD number = 3;
   Write("", "Number", REG_DWORD, &number, sizeof number);
-  EXPECT_EQ(platform::RegistryText(path_, "Number"), std::nullopt);
-  EXPECT_EQ(platform::RegistryText(path_, "Missing"), std::nullopt);
-  EXPECT_EQ(platform::RegistryText(R"(SOFTWARE\zt-no-such-key)", "Colour"), std::nullopt);
+  EXPECT_EQ(platform::RegistryText(path_, "Number").value, std::nullopt);
+  EXPECT_EQ(platform::RegistryText(path_, "Missing").value, std::nullopt);
+  EXPECT_EQ(platform::RegistryText(R"(SOFTWARE\zt-no-such-key)", "Colour").value, std::nullopt);
 }
 
 }  // namespace

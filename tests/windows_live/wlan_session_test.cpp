@@ -173,13 +173,18 @@ TEST_F(WlanSessionTest, ReadsAProfileWithoutItsKeys) {
 
 TEST_F(WlanSessionTest, AServiceThatDoesNotOpenIsNotClosed) {
   service.open = kRefused;
-  EXPECT_FALSE(WlanSession(functions_).IsOpen());
+  const WlanSession session(functions_);
+  EXPECT_FALSE(session.IsOpen());
+  EXPECT_EQ(session.Status(), kRefused);
 }
 
 TEST_F(WlanSessionTest, ALibraryThatLacksAFunctionIsNotOpened) {
   functions_.get_profile = nullptr;
   EXPECT_FALSE(WlanSession(functions_).IsOpen());
-  EXPECT_FALSE(WlanSession(WlanFunctions()).IsOpen());
+  const WlanFunctions none;
+  const WlanSession without_library(none);
+  EXPECT_FALSE(without_library.IsOpen());
+  EXPECT_EQ(without_library.Status(), static_cast<DWORD>(ERROR_SUCCESS)) << "that there is none is no failure";
 }
 
 TEST_F(WlanSessionTest, EachRefusalIsAnAbsentAnswer) {

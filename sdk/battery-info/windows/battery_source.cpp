@@ -22,9 +22,12 @@ static_assert(sizeof(protocol::StatusQuery) == sizeof(BATTERY_WAIT_STATUS));
 static_assert(sizeof(protocol::Status) == sizeof(BATTERY_STATUS));
 
 // A driver that lets one request run out of time is not asked again: the cycle waits for it.
-std::optional<BatteryReading> ReadBatteryAt(const std::wstring& path) {
+SlotReading ReadSlotAt(const std::wstring& path) {
   const UniqueHandle device = OpenDevice(path);
-  if (device == nullptr) return std::nullopt;
+  if (device == nullptr) {
+    const DWORD error = ::GetLastError();
+    return {std::nullopt, error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error};  // taken out since it was listed
+  }
   bool answers = true;
   return ReadBattery([&](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output) {
     if (!answers) return ControlOutcome{ERROR_TIMEOUT, 0};
@@ -34,11 +37,19 @@ std::optional<BatteryReading> ReadBatteryAt(const std::wstring& path) {
   });
 }
 
-std::vector<BatteryReading> ReadMachineBatteries() {
-  std::vector<BatteryReading> readings;
-  for (const std::wstring& path : DeviceInterfacePaths(GUID_DEVICE_BATTERY)) {
-    std::optional<BatteryReading> reading = ReadBatteryAt(path);
-    if (reading && PowersTheMachine(*reading)) readings.push_back(*std::move(reading));
+struct MachineReadings {
+  std::vector<BatteryReading> batteries;
+  std::uint32_t error = ERROR_SUCCESS;
+};
+
+MachineReadings ReadMachineBatteries() {
+  const DeviceInterfaces devices = ListDeviceInterfaces(GUID_DEVICE_BATTERY);
+  MachineReadings readings;
+  readings.error = devices.error;
+  for (const std::wstring& path : devices.paths) {
+    SlotReading slot = ReadSlotAt(path);
+    if (readings.error == ERROR_SUCCESS) readings.error = slot.error;
+    if (slot.battery && PowersTheMachine(*slot.battery)) readings.batteries.push_back(*std::move(slot.battery));
   }
   return readings;
 }
@@ -46,11 +57,12 @@ std::vector<BatteryReading> ReadMachineBatteries() {
 }  // namespace
 
 // An empty slot takes no index: two batteries are found in a machine of three slots, whichever is empty.
-std::vector<std::optional<BatteryFigures>> ReadBatteries() {
-  const std::vector<BatteryReading> readings = ReadMachineBatteries();
-  if (readings.empty()) return {};
-  const std::vector<BatteryFigures> figures = FiguresOf(readings, smbios::SMBiosInfo(nullptr).GetPortableBatteries());
-  return {figures.begin(), figures.end()};
+MachineBatteries ReadBatteries() {
+  const MachineReadings readings = ReadMachineBatteries();
+  if (readings.batteries.empty()) return {{}, readings.error};
+  const std::vector<BatteryFigures> figures =
+      FiguresOf(readings.batteries, smbios::SMBiosInfo(nullptr).GetPortableBatteries());
+  return {{figures.begin(), figures.end()}, readings.error};
 }
 
 }  // namespace zt::shared::battery

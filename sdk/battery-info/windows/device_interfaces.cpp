@@ -29,19 +29,21 @@ std::wstring PathOf(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& device) {
 
 }  // namespace
 
-std::vector<std::wstring> DeviceInterfacePaths(const GUID& interface_class) {
-  std::vector<std::wstring> paths;
+DeviceInterfaces ListDeviceInterfaces(const GUID& interface_class) {
   const HDEVINFO listed =
       ::SetupDiGetClassDevsW(&interface_class, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
-  if (listed == INVALID_HANDLE_VALUE) return paths;
+  if (listed == INVALID_HANDLE_VALUE) return {{}, ::GetLastError()};
+  DeviceInterfaces found;
   const DeviceList devices(listed);
   SP_DEVICE_INTERFACE_DATA device{};
   device.cbSize = sizeof(device);
   for (DWORD i = 0; ::SetupDiEnumDeviceInterfaces(devices.get(), nullptr, &interface_class, i, &device) != FALSE; ++i) {
     std::wstring path = PathOf(devices.get(), device);
-    if (!path.empty()) paths.push_back(std::move(path));
+    if (!path.empty()) found.paths.push_back(std::move(path));
   }
-  return paths;
+  const DWORD end = ::GetLastError();
+  if (end != ERROR_NO_MORE_ITEMS) found.error = end;
+  return found;
 }
 
 }  // namespace zt::shared::battery

@@ -7,8 +7,13 @@
 
 namespace zt::shared::battery {
 
-/// The paths of the devices present that offer the interface `interface_class`, in the system's order. Empty when there
-/// are none and when the system does not list them.
-std::vector<std::wstring> DeviceInterfacePaths(const GUID& interface_class);
+/// Devices that offer an interface.
+struct DeviceInterfaces {
+  std::vector<std::wstring> paths;  // in the system's order; of those that tell theirs
+  DWORD error = ERROR_SUCCESS;      // the system's code when it does not list them
+};
+
+/// The devices present that offer the interface `interface_class`.
+DeviceInterfaces ListDeviceInterfaces(const GUID& interface_class);
 
 }  // namespace zt::shared::battery

@@ -62,12 +62,16 @@ void AddIfNpu(IAdapter& adapter, std::vector<DxcoreNpu>& npus) {
                   ReadMemorySize(adapter)});
 }
 
-ComPtr<IAdapterList> ListAdapters(IAdapterFactory& factory, const GUID& attribute) {
+// A version of Windows that does not know an attribute refuses it: nothing has it then.
+bool IsFailure(HRESULT status) {
+  return FAILED(status) && status != E_INVALIDARG;
+}
+
+HRESULT ListAdapters(IAdapterFactory& factory, const GUID& attribute, ComPtr<IAdapterList>& adapters) {
   void* list = nullptr;
   const HRESULT status = factory.CreateAdapterList(1, &attribute, dxcore::kAdapterListId, &list);
-  ComPtr<IAdapterList> owner;
-  if (SUCCEEDED(status)) com::TakeOver(owner, static_cast<IAdapterList*>(list));
-  return owner;
+  if (SUCCEEDED(status)) com::TakeOver(adapters, static_cast<IAdapterList*>(list));
+  return status;
 }
 
 ComPtr<IAdapter> AdapterAt(IAdapterList& list, std::uint32_t index) {
@@ -80,17 +84,19 @@ ComPtr<IAdapter> AdapterAt(IAdapterList& list, std::uint32_t index) {
 
 }  // namespace
 
-std::vector<DxcoreNpu> ReadDxcoreNpus(IAdapterFactory& factory) {
-  std::vector<DxcoreNpu> npus;
+DxcoreNpus ReadDxcoreNpus(IAdapterFactory& factory) {
+  DxcoreNpus found;
   for (const GUID* attribute : kListedBy) {
-    const ComPtr<IAdapterList> list = ListAdapters(factory, *attribute);
+    ComPtr<IAdapterList> list;
+    const HRESULT status = ListAdapters(factory, *attribute, list);
+    if (IsFailure(status) && SUCCEEDED(found.status)) found.status = status;
     const std::uint32_t count = list ? list->GetAdapterCount() : 0;
     for (std::uint32_t i = 0; i < count; ++i) {
       const ComPtr<IAdapter> adapter = AdapterAt(*list.Get(), i);
-      if (adapter) AddIfNpu(*adapter.Get(), npus);
+      if (adapter) AddIfNpu(*adapter.Get(), found.npus);
     }
   }
-  return npus;
+  return found;
 }
 
 }  // namespace zt::shared::npu

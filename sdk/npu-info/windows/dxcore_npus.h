@@ -16,7 +16,13 @@ struct DxcoreNpu {
   std::optional<MemoryBytes> memory_size;
 };
 
+/// What became of looking for NPUs.
+struct DxcoreNpus {
+  std::vector<DxcoreNpu> npus;
+  HRESULT status = S_OK;  // of the first list of adapters that could not be had
+};
+
 /// The NPUs among the adapters, each once.
-std::vector<DxcoreNpu> ReadDxcoreNpus(dxcore::IAdapterFactory& factory);
+DxcoreNpus ReadDxcoreNpus(dxcore::IAdapterFactory& factory);
 
 }  // namespace zt::shared::npu

@@ -16,14 +16,14 @@ namespace {
 using com::ComPtr;
 using dxcore::IAdapterFactory;
 
-// Null where Windows has no DXCore.
-ComPtr<IAdapterFactory> MakeFactory(const SystemLibrary& library) {
+// S_OK without a factory where Windows has no DXCore.
+HRESULT MakeFactory(const SystemLibrary& library, ComPtr<IAdapterFactory>& factory) {
   const auto create = library.Find<dxcore::CreateFactory>(dxcore::kCreateFactoryName);
-  void* factory = nullptr;
-  ComPtr<IAdapterFactory> owner;
-  if (create == nullptr || FAILED(create(dxcore::kFactoryId, &factory))) return owner;
-  com::TakeOver(owner, static_cast<IAdapterFactory*>(factory));
-  return owner;
+  if (create == nullptr) return S_OK;
+  void* made = nullptr;
+  const HRESULT status = create(dxcore::kFactoryId, &made);
+  if (SUCCEEDED(status)) com::TakeOver(factory, static_cast<IAdapterFactory*>(made));
+  return status;
 }
 
 // Two NPUs of one model that the system has no devices for share an identifier.
@@ -34,20 +34,22 @@ std::string NameDevice(const DxcoreNpu& npu) {
 
 }  // namespace
 
-std::string ReadMachineReport() {
+MachineReport ReadMachineReport() {
   const SystemLibrary dxcore_library(dxcore::kLibrary);
   const SystemLibrary kernel_library(kernel::kLibrary);
-  const ComPtr<IAdapterFactory> factory = MakeFactory(dxcore_library);
-  if (!factory) return {};
+  ComPtr<IAdapterFactory> factory;
+  const HRESULT status = MakeFactory(dxcore_library, factory);
+  if (!factory) return {{}, status};
   const kernel::Calls calls = kernel::FindCalls(kernel_library);
   std::vector<Npu> npus;
-  for (const DxcoreNpu& found : ReadDxcoreNpus(*factory.Get())) {
+  const DxcoreNpus listed = ReadDxcoreNpus(*factory.Get());
+  for (const DxcoreNpu& found : listed.npus) {
     Npu& npu = npus.emplace_back();
     npu.device_id = NameDevice(found);
     npu.memory_size = found.memory_size;
     ReadKernelFigures(calls, found.luid, npu);
   }
-  return ComposeReport(npus);
+  return {ComposeReport(npus), listed.status};
 }
 
 }  // namespace zt::shared::npu

@@ -64,7 +64,7 @@ WMIClient::~WMIClient() = default;
 
 std::int32_t WMIClient::ExecQuery(const std::wstring& wql) {
   AnnounceQuery(wql);
-  return rows_->Query(wql);
+  return ReportStatus(wql, rows_->Query(wql));
 }
 
 bool WMIClient::Next() {

@@ -17,10 +17,10 @@ WlanService::~WlanService() = default;
 WlanService::WlanService(WlanService&&) noexcept = default;
 WlanService& WlanService::operator=(WlanService&&) noexcept = default;
 
-std::optional<WlanService> WlanService::Open() {
+WlanOpening WlanService::Open() {
   auto handle = std::make_unique<Handle>();
-  if (!handle->session.IsOpen()) return std::nullopt;
-  return WlanService(std::move(handle));
+  if (!handle->session.IsOpen()) return {std::nullopt, handle->session.Status()};
+  return {WlanService(std::move(handle))};
 }
 
 std::optional<std::vector<std::wstring>> WlanService::Interfaces() const {

@@ -35,7 +35,8 @@ WlanSession::WlanSession(const WlanFunctions& functions) : functions_(functions)
   DWORD negotiated_version = 0;
   HANDLE handle = nullptr;
   if (!functions_.AreAllThere()) return;
-  if (functions_.open_handle(kClientVersion, nullptr, &negotiated_version, &handle) == ERROR_SUCCESS) handle_ = handle;
+  status_ = functions_.open_handle(kClientVersion, nullptr, &negotiated_version, &handle);
+  if (status_ == ERROR_SUCCESS) handle_ = handle;
 }
 
 WlanSession::~WlanSession() {

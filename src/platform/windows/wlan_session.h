@@ -21,6 +21,8 @@ class WlanSession {
 
   /// False when the service did not open a handle; nothing else is called then.
   bool IsOpen() const { return handle_ != nullptr; }
+  /// What the service said when it was asked for a handle; 0 also when there are not all functions to ask it with.
+  DWORD Status() const { return status_; }
 
   std::optional<std::vector<std::wstring>> Interfaces() const;
   std::optional<WlanConnection> CurrentConnection(const std::wstring& interface_guid) const;
@@ -48,6 +50,7 @@ class WlanSession {
 
   const WlanFunctions& functions_;
   HANDLE handle_ = nullptr;
+  DWORD status_ = ERROR_SUCCESS;
 };
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

@@ -78,10 +78,10 @@ std::optional<std::uint32_t> FindBus(std::string_view location) {
 
 // Of the first adapter below `key` that tells where it is.
 std::optional<std::uint32_t> FindBusBelow(const std::string& key) {
-  for (const std::string& instance : platform::RegistrySubkeys(key)) {
+  for (const std::string& instance : platform::RegistrySubkeys(key).value) {
     std::string path = key;
     path.append("\\").append(instance);
-    const auto location = platform::RegistryText(path, kLocation);
+    const auto location = platform::RegistryText(path, kLocation).value;
     const auto bus = location ? FindBus(*location) : std::nullopt;
     if (bus) return bus;
   }
@@ -94,7 +94,7 @@ std::uint32_t PciBusNumber(std::string_view vendor_id, std::string_view device_i
   const auto vendor = ReadHexadecimal(vendor_id);
   const auto device = ReadHexadecimal(device_id);
   if (!vendor || !device) return 0;
-  for (const std::string& hardware_id : platform::RegistrySubkeys(kAdapters)) {
+  for (const std::string& hardware_id : platform::RegistrySubkeys(kAdapters).value) {
     if (ReadHardwareId(hardware_id) != PciId{*vendor, *device}) continue;
     const auto bus = FindBusBelow(kAdapters + hardware_id);
     if (bus) return *bus;

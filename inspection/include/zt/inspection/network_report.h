@@ -18,7 +18,10 @@ struct NetworkReport {
   bool has_internet_access = false;
   types::Ipv4Stats tcp_ipv4;
   types::Ipv6Stats tcp_ipv6;
-  /// One line, UTF-8, for each part that failed; what the part had found before stays.
+  /// Whether the system has a WLAN service that runs: without one the Wi-Fi pass has nothing to open.
+  bool has_wlan_service = false;
+  /// One line, UTF-8, for each pass that threw and for each table of WMI that could not be queried; what a pass had
+  /// found before stays. What a pass only logs is not among them.
   std::vector<std::string> failures;
 };
 

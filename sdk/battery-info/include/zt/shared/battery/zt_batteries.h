@@ -79,8 +79,13 @@ class ZT_BATTERY_INFO_EXPORT ZTBatteries {
   /// The battery at `index`, null when there is none. It belongs to this object.
   virtual ZTBatteryInfo* Query(unsigned char index);
 
+  /// The system's error code of the first battery that is there and could not be read, or of listing the batteries; 0
+  /// where each of them was read, also where there is none.
+  std::uint32_t GetReadError() const { return read_error_; }
+
  private:
   std::vector<std::unique_ptr<KnownBattery>> batteries_;
+  std::uint32_t read_error_ = 0;
 };
 
 }  // namespace zt::shared::battery

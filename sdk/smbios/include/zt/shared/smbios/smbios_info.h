@@ -42,6 +42,9 @@ class ZT_SMBIOS_EXPORT SMBiosInfo {
   /// Reads the table at once. `reader`: where from; null reads this machine's own.
   explicit SMBiosInfo(FirmwareReader* reader);
 
+  /// The system's error code when this machine's own table cannot be read; 0 also for a machine that has none.
+  std::uint32_t GetReadError() const { return read_error_; }
+
   /// The first structure of type 1; every text is absent when the table has none.
   const TypeSysInfo& GetTypeSysInfo() const { return system_info_; }
 
@@ -49,6 +52,7 @@ class ZT_SMBIOS_EXPORT SMBiosInfo {
   const std::vector<TypePortableBattery>& GetPortableBatteries() const { return portable_batteries_; }
 
  private:
+  std::uint32_t read_error_ = 0;
   TypeSysInfo system_info_;
   std::vector<TypePortableBattery> portable_batteries_;
 };

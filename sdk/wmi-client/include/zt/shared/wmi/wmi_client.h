@@ -21,10 +21,10 @@ class ZT_WMI_CLIENT_EXPORT WMIClient {
   WMIClient(const WMIClient&) = delete;
   WMIClient& operator=(const WMIClient&) = delete;
 
-  /// Runs `wql` and gathers its rows. Returns the HRESULT of the query: 0 on success, also without rows. Never waits
-  /// without limit: a row that takes more than 5 seconds, or a query of more than 15 seconds, ends it with `kTimedOut`;
-  /// for a performance class (Win32_Perf…), whose provider may have to start first, it is 45 and 60 seconds. Rows
-  /// gathered before a failure can still be walked.
+  /// Runs `wql` and gathers its rows. Returns the HRESULT of the query: 0 on success, also without rows. A row that
+  /// takes more than 5 seconds, or a query of more than 15, ends it with `kTimedOut`; for a performance class
+  /// (Win32_Perf…), whose provider may have to start first, it is 45 and 60. How long WMI takes to accept the query is
+  /// not limited here. Rows gathered before a failure can still be walked.
   std::int32_t ExecQuery(const std::wstring& wql);
 
   /// Goes to the next row, to the first one after a query; false when there is none.

@@ -1,0 +1,12 @@
+#include "platform/session_number.h"
+
+#include "simulation/machine.h"
+#include "simulation/platform/answers.h"
+
+namespace zt::telemetry::collector::performancesamples::platform {
+
+std::optional<std::uint32_t> SessionNumber() {
+  return simulation::Given(simulation::CurrentMachine().session.number);
+}
+
+}  // namespace zt::telemetry::collector::performancesamples::platform
