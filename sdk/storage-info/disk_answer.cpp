@@ -8,7 +8,7 @@ namespace {
 // Size of a STORAGE_ADAPTER_SERIAL_NUMBER. Some drivers refuse a smaller buffer for it, instead of putting into it what
 // fits; the answers to other questions usually fit too.
 constexpr std::size_t kFirstBuffer = 264;
-constexpr std::size_t kLargestBuffer = 64 * 1024;
+constexpr std::size_t kLargestBuffer = std::size_t{64} * 1024;
 constexpr std::size_t kSizeOffset = 4;
 constexpr std::size_t kHeaderSize = 8;
 

@@ -70,7 +70,7 @@ bool Measure(WMIProcessInfo& process) {
 ProcessTable ListProcesses(WMIClient* wmi) {
   const std::int32_t status = RunQuery(wmi, kQuery);
   // The cycle's line about what is thrown tells no reason.
-  if (status == shared::wmi::kTimedOut) PLOG_WARNING << kTimedOut;
+  PLOG_WARNING_IF(status == shared::wmi::kTimedOut) << kTimedOut;
   if (status != shared::wmi::kSuccess) FailWith(kQueryFailure);
   ProcessTable table;
   while (wmi->Next()) {
