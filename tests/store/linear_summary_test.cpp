@@ -3,6 +3,7 @@
 #include <functional>
 #include <random>
 
+#include "store/profile_table.h"
 #include "store/store_test.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -300,6 +301,43 @@ TEST_F(LinearSummaryTest, TheOrderOfTheProfilesIsThatOfTheRowsAndNotThatOfAnInde
   store.Execute("CREATE INDEX i ON NetworkData(interface_device_id, profile_name_hash)");
   ASSERT_NE(QueryPlainly(path_), in_order_of_rows);
   EXPECT_EQ(Query(), in_order_of_rows);
+}
+
+TEST_F(LinearSummaryTest, AnIndexDoesNotDecideWhereRowsHaveNoNumbersEither) {
+  tests::SampleStore store = NewStore();
+  store.Execute("ALTER TABLE ThermalData ADD COLUMN _rowid_ INTEGER DEFAULT 1");
+  for (const char* reading : {"1e16", "1", "-1e16", "3"}) {
+    store.AddThermal("2026-03-07T06:30:00", {{"cpu_temp", reading}});
+  }
+  const SummaryRowsBySource in_order_of_rows = QueryPlainly(path_);
+  store.Execute(
+      "CREATE INDEX i ON ThermalData(cpu_temp, date_time, ext_sensor_temp, loc_sensor_temp, fan1_current_tach_speed, "
+      "fan1_target_tach_speed, fan1_speed_step, fan2_current_tach_speed, fan2_target_tach_speed, fan2_speed_step)");
+  ASSERT_NE(QueryPlainly(path_), in_order_of_rows);
+  EXPECT_EQ(Query(), in_order_of_rows);
+}
+
+TEST_F(LinearSummaryTest, AColumnNamedLikeTheHourIsWhatSamplesAreGroupedByInManyHoursToo) {
+  tests::SampleStore store = NewStore();
+  store.Execute("ALTER TABLE ThermalData ADD COLUMN hour_window TEXT DEFAULT 'x'");
+  store.Execute(
+      "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 10000) INSERT INTO "
+      "ThermalData(date_time) SELECT strftime('%Y-%m-%dT%H:%M:%S', '2026-03-07', i || ' minutes') FROM n");
+  ExpectSameAsPlain();
+}
+
+// Without the type the profiles could not be looked up by their index, and without the collation not all found.
+TEST_F(LinearSummaryTest, TheTableOfProfilesComparesLikeTheSamples) {
+  tests::SampleStore store(path_);
+  CreateWithInterface(store, "BIGINT COLLATE NOCASE");
+  ASSERT_TRUE(MakeProfileTable(store.Handle()));
+  const char* type = nullptr;
+  const char* collation = nullptr;
+  ASSERT_EQ(sqlite3_table_column_metadata(store.Handle(), "temp", kProfileTable, "interface_device_id", &type,
+                                          &collation, nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  EXPECT_STREQ(type, "INT");
+  EXPECT_STREQ(collation, "NOCASE");
 }
 
 TEST_F(LinearSummaryTest, ProfilesThatDifferInTheirLastBitAreTwo) {
