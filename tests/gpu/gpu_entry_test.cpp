@@ -1,9 +1,10 @@
 // What of a card reaches its entry of the record.
+#include "samplers/gpu/gpu_entry.h"
+
 #include <cmath>
 #include <limits>
 
 #include "gpu_fixture.h"
-#include "samplers/gpu/gpu_entry.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
