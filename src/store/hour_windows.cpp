@@ -5,7 +5,7 @@
 
 namespace zt::telemetry::collector::performancesamples {
 
-void HourWindows::Add(std::string hour, std::int64_t row, std::int64_t rows_before) {
+void HourWindows::Add(const std::string& hour, std::int64_t row, std::int64_t rows_before) {
   Block block{hour, row, rows_before};
   // A late sample joins its hour's block and every block since.
   while (!blocks_.empty() && blocks_.back().last_hour >= hour) {

@@ -18,7 +18,7 @@ class HourWindows {
  public:
   /// Tells that the rows from number `row` on, before which the table has `rows_before` rows, are of `hour` (empty: of
   /// no hour). Rows are told in the order of their numbers.
-  void Add(std::string hour, std::int64_t row, std::int64_t rows_before);
+  void Add(const std::string& hour, std::int64_t row, std::int64_t rows_before);
 
   /// Ranges that cover the table, each of about `rows` rows or the fewest above it; none for an empty table.
   std::vector<RowRange> Ranges(std::int64_t rows) const;

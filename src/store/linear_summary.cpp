@@ -103,7 +103,7 @@ bool LinearSummary::ReadHours(Table table) {
   int outcome = SQLITE_ROW;
   while ((outcome = sqlite3_step(samples.get())) == SQLITE_ROW) {
     const char* text = ColumnText(samples.get(), kHourOfRow);
-    std::string hour = text == nullptr ? "" : text;
+    const std::string hour = text == nullptr ? "" : text;
     if (network && text != nullptr && sqlite3_column_type(samples.get(), kInterface) != SQLITE_NULL &&
         !AddProfile(insertion.get(), samples.get(), kFirstProfileColumn)) {
       return false;
@@ -112,7 +112,7 @@ bool LinearSummary::ReadHours(Table table) {
     source.has_rows = true;
     last_hour = hour;
     if (source.has_row_numbers) {
-      source.windows.Add(std::move(hour), sqlite3_column_int64(samples.get(), 0), filter_.Rows() - 1);
+      source.windows.Add(hour, sqlite3_column_int64(samples.get(), 0), filter_.Rows() - 1);
     }
   }
   return outcome == SQLITE_DONE;
