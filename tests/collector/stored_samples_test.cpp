@@ -104,11 +104,11 @@ TEST_F(StoredSamples, BytesWhereATextIsExpectedKeepEverySampleUntilTheyAreGone) 
   EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
 }
 
-TEST_F(StoredSamples, AHundredThousandProfilesInAnHourGive32) {
+TEST_F(StoredSamples, TwentyThousandProfilesInAnHourGive32) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z");
   store.Execute(
-      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000) "
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
       "INSERT INTO NetworkData(date_time, interface_device_id, network_trust_level, is_managed, channel, radio_type, "
       "nominal_speed, tx_rate, rx_rate, signal_strength, bytes_received, bytes_sent, co_channel_interference_count, "
       "adjacent_channel_interference_count, is_vpn_connected, has_network_access, has_internet_access, "
@@ -121,7 +121,7 @@ TEST_F(StoredSamples, AHundredThousandProfilesInAnHourGive32) {
       "tcp_ipv6_failed_connections, CAST(i AS BLOB), profile_authentication, profile_encryption FROM NetworkData, n");
   Cycle();
   ASSERT_THAT(Network(), SizeIs(1));
-  EXPECT_EQ(Network()[0].sample_points_actual(), 100001U);
+  EXPECT_EQ(Network()[0].sample_points_actual(), 20001U);
   EXPECT_THAT(Network()[0].hw_info().network_info().interfaces_info(0).w_lan_profiles(), SizeIs(32));
 }
 
