@@ -14,7 +14,7 @@
 #include "samplers/storage_info_msg.h"
 #include "simulation/bios_clients.h"
 #include "simulation/profile.h"
-#include "sql_trace.h"
+#include "support/sql_trace.h"
 #include "store/sample_store_fixture.h"
 #include "store/summary_query.h"
 
