@@ -66,6 +66,15 @@ TEST(WideTextTest, SurrogatesInTheWrongOrderAreReplacedOneByOne) {
   EXPECT_EQ(ToUtf8(Wide({0xDE00, 0xD83D})), std::string(kReplacement) + kReplacement);
 }
 
+TEST(WideTextTest, TheFirstAndTheLastSurrogatesOfEachKindAreTakenForWhatTheyAre) {
+  EXPECT_EQ(ToUtf8(Wide({0xD800, 0xDC00})), "\xF0\x90\x80\x80");
+  EXPECT_EQ(ToUtf8(Wide({0xDBFF, 0xDFFF})), "\xF4\x8F\xBF\xBF");
+  EXPECT_EQ(ToUtf8(Wide({0xDC00, 0xDC00})), std::string(kReplacement) + kReplacement);
+  EXPECT_EQ(ToUtf8(Wide({0xD800, 0xDBFF})), std::string(kReplacement) + kReplacement);
+  EXPECT_EQ(ToUtf8(Wide({0xD800, 0xE000})), std::string(kReplacement) + "\xEE\x80\x80");
+  EXPECT_EQ(ToUtf8(Wide({0xD7FF, 0xDFFF})), std::string("\xED\x9F\xBF") + kReplacement);
+}
+
 TEST(WideTextTest, AByteThatIsNoCharacterIsReplaced) {
   EXPECT_EQ(ToWide("a\xFFz"), std::wstring(L"a") + kWideReplacement + L"z");
   EXPECT_EQ(ToWide("\x80"), kWideReplacement);
