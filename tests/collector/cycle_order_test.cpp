@@ -14,9 +14,9 @@
 #include "samplers/storage_info_msg.h"
 #include "simulation/bios_clients.h"
 #include "simulation/profile.h"
-#include "support/sql_trace.h"
 #include "store/sample_store_fixture.h"
 #include "store/summary_query.h"
+#include "support/sql_trace.h"
 
 // What follows what in a cycle, and what a step's failure leaves of the later ones.
 namespace zt::telemetry::collector::performancesamples {
