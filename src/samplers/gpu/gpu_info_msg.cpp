@@ -72,7 +72,6 @@ void GPUInfoMsg::AlternativeSNRetrieval(std::string& serial) {
 
 void GPUInfoMsg::AlternativeTempRetrieval(unsigned int& temperature, unsigned long* /*returnCode*/,
                                           std::vector<unsigned char>* /*output*/) {
-  if (private_bios_wmi_ == nullptr) return;
   try {
     std::array<std::uint8_t, kThermalReplySize> reply{};
     const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
