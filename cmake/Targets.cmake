@@ -1,3 +1,5 @@
+# How libraries and programs are made. What differs between the machines that a build can sample is the definitions that
+# are linked, so everything is compiled once, and linked once for each machine: NAME.real, NAME.simulated.
 include(GenerateExportHeader)
 
 # Where the files of one machine lie: programs, libraries and, on Windows, the libraries they share.
@@ -11,7 +13,7 @@ function(zt_place target machine)
     ARCHIVE_OUTPUT_DIRECTORY ${folder}/import PDB_OUTPUT_DIRECTORY ${folder})
 endfunction()
 
-# zt_link(TARGET MACHINE SCOPE LIB...): links LIB.MACHINE where a library is built once for each machine, else LIB.
+# zt_link(TARGET MACHINE SCOPE LIB...): links LIB.MACHINE where a library is made for each machine, else LIB.
 function(zt_link target machine scope)
   foreach(library IN LISTS ARGN)
     if(TARGET ${library}.${machine})
@@ -21,39 +23,118 @@ function(zt_link target machine scope)
   endforeach()
 endfunction()
 
-# zt_shared_library(NAME MACRO [SOURCES ...] [WINDOWS ...] [SIMULATED ...] [LINK ...] [LINK_WINDOWS ...] [LINK_SIMULATED ...])
-#
-# A shared library NAME for each machine, as target NAME.MACHINE. SOURCES belong to both, WINDOWS and SIMULATED to the
-# machine's own library. Public headers lie in include/ below the calling folder; MACRO_EXPORT marks what is exported,
-# by the generated header zt/<macro in lower case>.h.
-function(zt_shared_library name macro)
-  cmake_parse_arguments(ARG "" "" "SOURCES;WINDOWS;SIMULATED;LINK;LINK_WINDOWS;LINK_SIMULATED" ${ARGN})
-  string(TOLOWER ${macro} header)
-  set(generated ${CMAKE_CURRENT_BINARY_DIR}/generated)
-  foreach(machine IN LISTS ZT_MACHINES)
-    string(TOUPPER ${machine} MACHINE)
-    set(target ${name}.${machine})
-    add_library(${target} SHARED ${ARG_SOURCES} ${ARG_${MACHINE}})
-    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name} PREFIX "" DEFINE_SYMBOL ${macro}_EXPORTS)
-    generate_export_header(${target} BASE_NAME ${macro} EXPORT_FILE_NAME ${generated}/zt/${header}_export.h)
-    target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/include ${generated}
-      PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
-    target_link_libraries(${target} PRIVATE zt_options)
-    zt_link(${target} ${machine} PUBLIC ${ARG_LINK})
-    zt_link(${target} ${machine} PRIVATE ${ARG_LINK_${MACHINE}})
-    zt_place(${target} ${machine})
-  endforeach()
+# The machines that are asked for, or all, less those that the system does not have.
+function(zt_machines out)
+  set(machines ${ZT_MACHINES})
+  if(ARGN)
+    list(FILTER machines INCLUDE REGEX "^(${ARGN})$")
+  endif()
+  set(${out} ${machines} PARENT_SCOPE)
 endfunction()
 
-# zt_program(NAME MACHINE SOURCES ... LINK ...): a program of one machine, as target NAME.MACHINE.
-function(zt_program name machine)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-  set(target ${name}.${machine})
-  add_executable(${target} ${ARG_SOURCES})
-  set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name})
-  target_link_libraries(${target} PRIVATE zt_options)
-  zt_link(${target} ${machine} PRIVATE ${ARG_LINK})
-  zt_place(${target} ${machine})
+# zt_library(NAME [STATIC] [MACRO M] [OUTPUT_NAME FILE] [MACHINES ...] [INCLUDE FOLDER...]
+#   [SOURCES ...] [REAL ...] [SIMULATED ...] [LINK ...] [LINK_INSIDE ...] [LINK_REAL ...] [LINK_SIMULATED ...])
+#
+# A shared library for each machine, or a static one. SOURCES are for every machine, REAL and SIMULATED are the machine's
+# own. Public headers lie in the INCLUDE folders, by default include/. M_EXPORT marks what a shared library exports, by
+# the generated header zt/<m in lower case>_export.h. LINK is linked, and passed on to users; LINK_INSIDE, LINK_REAL and
+# LINK_SIMULATED are not passed on.
+#
+# NAME-parts is the same objects as an archive: for tests of what a shared library does not export. Who links both names
+# NAME first, so that what it exports is taken from there.
+function(zt_library name)
+  cmake_parse_arguments(ARG "STATIC" "MACRO;OUTPUT_NAME"
+    "MACHINES;INCLUDE;SOURCES;REAL;SIMULATED;LINK;LINK_INSIDE;LINK_REAL;LINK_SIMULATED" ${ARGN})
+  if(ARG_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "zt_library(${name}): ${ARG_UNPARSED_ARGUMENTS} belongs to no keyword")
+  endif()
+  zt_machines(machines ${ARG_MACHINES})
+  if(NOT ARG_OUTPUT_NAME)
+    set(ARG_OUTPUT_NAME ${name})
+  endif()
+  if(NOT ARG_INCLUDE)
+    set(ARG_INCLUDE ${CMAKE_CURRENT_SOURCE_DIR}/include)
+  endif()
+  set(generated ${CMAKE_CURRENT_BINARY_DIR}/generated)
+
+  # One set of objects for all machines, and one for each. Which machine's headers they see makes no difference.
+  function(zt_objects target machine)
+    add_library(${target} OBJECT ${ARGN})
+    target_include_directories(${target} PUBLIC ${ARG_INCLUDE} ${generated} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+    if(ARG_MACRO)
+      target_compile_definitions(${target} PRIVATE ${ARG_MACRO}_EXPORTS)
+    endif()
+    target_link_libraries(${target} PRIVATE zt_options)
+    zt_link(${target} ${machine} PUBLIC ${ARG_LINK})
+    zt_link(${target} ${machine} PRIVATE ${ARG_LINK_INSIDE})
+  endfunction()
+  set(shared_objects)
+  if(ARG_SOURCES)
+    list(GET machines 0 any_machine)
+    zt_objects(${name}-objects ${any_machine} ${ARG_SOURCES})
+    set(shared_objects $<TARGET_OBJECTS:${name}-objects>)
+  endif()
+
+  foreach(machine IN LISTS machines)
+    string(TOUPPER ${machine} MACHINE)
+    set(objects ${shared_objects})
+    if(ARG_${MACHINE})
+      zt_objects(${name}-objects.${machine} ${machine} ${ARG_${MACHINE}})
+      zt_link(${name}-objects.${machine} ${machine} PRIVATE ${ARG_LINK_${MACHINE}})
+      list(APPEND objects $<TARGET_OBJECTS:${name}-objects.${machine}>)
+    endif()
+
+    set(kinds SHARED)
+    if(ARG_STATIC)
+      set(kinds STATIC)
+    endif()
+    foreach(kind IN LISTS kinds ITEMS PARTS)
+      set(target ${name}.${machine})
+      set(scope PRIVATE)
+      if(kind STREQUAL "PARTS")
+        if(ARG_STATIC)
+          continue() # is such an archive itself
+        endif()
+        set(target ${name}-parts.${machine})
+        set(kind STATIC EXCLUDE_FROM_ALL)
+        set(scope PUBLIC)
+      endif()
+      add_library(${target} ${kind} ${objects})
+      set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+      target_include_directories(${target} INTERFACE ${ARG_INCLUDE} ${generated})
+      zt_link(${target} ${machine} PUBLIC ${ARG_LINK})
+      zt_link(${target} ${machine} ${scope} ${ARG_LINK_INSIDE} ${ARG_LINK_${MACHINE}})
+      zt_place(${target} ${machine})
+    endforeach()
+    set_target_properties(${name}.${machine} PROPERTIES OUTPUT_NAME ${ARG_OUTPUT_NAME})
+    if(NOT ARG_STATIC)
+      set_target_properties(${name}.${machine} PROPERTIES PREFIX "")
+      target_include_directories(${name}-parts.${machine} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})
+    endif()
+  endforeach()
+  if(ARG_MACRO)
+    list(GET machines 0 any_machine)
+    string(TOLOWER ${ARG_MACRO} header)
+    generate_export_header(${name}.${any_machine} BASE_NAME ${ARG_MACRO} EXPORT_FILE_NAME ${generated}/zt/${header}_export.h)
+  endif()
+endfunction()
+
+# zt_program(NAME [MACHINES ...] SOURCES ... [REAL ...] [SIMULATED ...] [LINK ...]): a program for each machine.
+function(zt_program name)
+  cmake_parse_arguments(ARG "" "" "MACHINES;SOURCES;REAL;SIMULATED;LINK" ${ARGN})
+  if(ARG_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "zt_program(${name}): ${ARG_UNPARSED_ARGUMENTS} belongs to no keyword")
+  endif()
+  zt_machines(machines ${ARG_MACHINES})
+  foreach(machine IN LISTS machines)
+    string(TOUPPER ${machine} MACHINE)
+    set(target ${name}.${machine})
+    add_executable(${target} ${ARG_SOURCES} ${ARG_${MACHINE}})
+    set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name})
+    target_link_libraries(${target} PRIVATE zt_options)
+    zt_link(${target} ${machine} PRIVATE ${ARG_LINK})
+    zt_place(${target} ${machine})
+  endforeach()
 endfunction()
 
 # The DLLs that all modules share lie beside them.

@@ -5,7 +5,7 @@ namespace zt::telemetry::collector::performancesamples {
 namespace {
 
 // The collector with its protected operations within reach.
-class OpenCollector : public PerformanceSamples {
+class AnnouncingCollector : public PerformanceSamples {
  public:
   using PerformanceSamples::GetDatabases;
 };
@@ -36,7 +36,7 @@ TEST(PluginEntry, TheSharedRecordsOutliveTheModule) {
 }
 
 TEST(Collector, AnnouncesOnePrototypeAndNoDatabase) {
-  OpenCollector collector;
+  AnnouncingCollector collector;
   std::vector<std::shared_ptr<google::protobuf::Message>> messages;
   std::vector<std::string> databases;
   collector.GetDatabases(messages, databases);
@@ -47,7 +47,7 @@ TEST(Collector, AnnouncesOnePrototypeAndNoDatabase) {
 }
 
 TEST(Collector, AddsItsPrototypeBehindWhatIsThere) {
-  OpenCollector collector;
+  AnnouncingCollector collector;
   std::vector<std::shared_ptr<google::protobuf::Message>> messages = {std::make_shared<AmdPmfSamples>()};
   std::vector<std::string> databases = {"other"};
   collector.GetDatabases(messages, databases);

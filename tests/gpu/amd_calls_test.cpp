@@ -56,19 +56,19 @@ void LoseIdentity(GraphicCardInfo& card) {
   card.bus_number = 0;
 }
 
-struct Case {
+struct AdlxCase {
   std::string name;
   std::function<void(AdlxGpu&)> break_it;
   std::function<void(GraphicCardInfo&)> take_away;
 };
 
 // The name under which the test runs.
-void PrintTo(const Case& tested, std::ostream* out) {
+void PrintTo(const AdlxCase& tested, std::ostream* out) {
   *out << tested.name;
 }
 
-const std::vector<Case>& Cases() {
-  static const std::vector<Case> cases = {
+const std::vector<AdlxCase>& AdlxCases() {
+  static const std::vector<AdlxCase> cases = {
       {"WithoutSupportInterface", [](auto& gpu) { gpu.metrics_support = 3; }, LoseMetrics},
       {"SupportQuestions", [](auto& gpu) { gpu.support_questions = 3; }, LoseMetrics},
       {"WithoutMetricsInterface", [](auto& gpu) { gpu.current_metrics = 3; }, LoseMetrics},
@@ -95,7 +95,7 @@ const std::vector<Case>& Cases() {
   return cases;
 }
 
-class AmdCall : public testing::TestWithParam<Case> {};
+class AmdCall : public testing::TestWithParam<AdlxCase> {};
 
 TEST_P(AmdCall, ThatFailsCostsItsOwnFieldsOnly) {
   Machine machine = OneCard();
@@ -108,7 +108,7 @@ TEST_P(AmdCall, ThatFailsCostsItsOwnFieldsOnly) {
   EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
   ExpectNoReferenceLeft();
 }
-INSTANTIATE_TEST_SUITE_P(Each, AmdCall, testing::ValuesIn(Cases()),
+INSTANTIATE_TEST_SUITE_P(Each, AmdCall, testing::ValuesIn(AdlxCases()),
                          [](const auto& tested) { return tested.param.name; });
 
 TEST(AmdCalls, ThatAllSucceedReleaseEveryInterfaceOnce) {

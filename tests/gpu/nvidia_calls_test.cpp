@@ -18,7 +18,7 @@ using tests::NvmlDevice;
 using tests::WithNvidia;
 
 // What the card of these tests gives when nothing fails.
-GraphicCardInfo FullAnswer() {
+GraphicCardInfo FullNvmlAnswer() {
   GraphicCardInfo card;
   card.serial_number = "1650000000001";
   card.bus_number = 12;
@@ -36,61 +36,61 @@ GraphicCardInfo FullAnswer() {
 }
 
 // A function, the facts that it reads, and what a card is without them.
-struct Case {
+struct NvmlCase {
   std::string function;
   std::function<void(NvmlDevice&)> fail;
   std::function<void(GraphicCardInfo&)> take_away;
 };
 
-void LoseMemory(GraphicCardInfo& card) {
+void LoseNvmlMemory(GraphicCardInfo& card) {
   card.memory_used_mb = 0;
   card.memory_controller_utilization_percent = std::numeric_limits<float>::quiet_NaN();
 }
 
-void LoseClocks(GraphicCardInfo& card) {
+void LoseNvmlClocks(GraphicCardInfo& card) {
   card.memory_clock_mhz = 0;
   card.gpu_clock_mhz = 0;
 }
 
-constexpr Failure kFails{999};
+constexpr Failure kNvmlFails{999};
 
 // The name under which the test runs.
-void PrintTo(const Case& tested, std::ostream* out) {
+void PrintTo(const NvmlCase& tested, std::ostream* out) {
   *out << tested.function;
 }
 
-const std::vector<Case>& Cases() {
-  static const std::vector<Case> cases = {
-      {"nvmlDeviceGetSerial", [](auto& device) { device.serial = kFails; },
+const std::vector<NvmlCase>& NvmlCases() {
+  static const std::vector<NvmlCase> cases = {
+      {"nvmlDeviceGetSerial", [](auto& device) { device.serial = kNvmlFails; },
        [](auto& card) { card.serial_number.clear(); }},
-      {"nvmlDeviceGetPciInfo_v3", [](auto& device) { device.bus_id = kFails; },
+      {"nvmlDeviceGetPciInfo_v3", [](auto& device) { device.bus_id = kNvmlFails; },
        [](auto& card) { card.bus_number = 0; }},
-      {"nvmlDeviceGetCurrentClocksThrottleReasons", [](auto& device) { device.throttle_reasons = kFails; },
+      {"nvmlDeviceGetCurrentClocksThrottleReasons", [](auto& device) { device.throttle_reasons = kNvmlFails; },
        [](auto& card) { card.status_text.clear(); }},
-      {"nvmlDeviceGetTemperature", [](auto& device) { device.temperature_celsius = kFails; },
+      {"nvmlDeviceGetTemperature", [](auto& device) { device.temperature_celsius = kNvmlFails; },
        [](auto& card) { card.temperature_celsius = 0; }},
-      {"nvmlDeviceGetClock", [](auto& device) { device.memory_clock_mhz = device.graphics_clock_mhz = kFails; },
-       LoseClocks},
-      {"nvmlDeviceGetMemoryBusWidth", [](auto& device) { device.memory_bus_width_bits = kFails; },
+      {"nvmlDeviceGetClock", [](auto& device) { device.memory_clock_mhz = device.graphics_clock_mhz = kNvmlFails; },
+       LoseNvmlClocks},
+      {"nvmlDeviceGetMemoryBusWidth", [](auto& device) { device.memory_bus_width_bits = kNvmlFails; },
        [](auto& card) { card.memory_bandwidth_gb = 0; }},
-      {"nvmlDeviceGetMemoryInfo", [](auto& device) { device.memory_total_bytes = kFails; }, LoseMemory},
-      {"nvmlDeviceGetUtilizationRates", [](auto& device) { device.gpu_percent = kFails; },
+      {"nvmlDeviceGetMemoryInfo", [](auto& device) { device.memory_total_bytes = kNvmlFails; }, LoseNvmlMemory},
+      {"nvmlDeviceGetUtilizationRates", [](auto& device) { device.gpu_percent = kNvmlFails; },
        [](auto& card) { card.gpu_utilization_percent = 0; }},
-      {"nvmlDeviceGetEncoderUtilization", [](auto& device) { device.encoder_percent = kFails; },
+      {"nvmlDeviceGetEncoderUtilization", [](auto& device) { device.encoder_percent = kNvmlFails; },
        [](auto& card) { card.encoder_utilization_percent = 0; }},
-      {"nvmlDeviceGetDecoderUtilization", [](auto& device) { device.decoder_percent = kFails; },
+      {"nvmlDeviceGetDecoderUtilization", [](auto& device) { device.decoder_percent = kNvmlFails; },
        [](auto& card) { card.decoder_utilization_percent = 0; }},
   };
   return cases;
 }
 
-class NvidiaCall : public testing::TestWithParam<Case> {
+class NvidiaCall : public testing::TestWithParam<NvmlCase> {
  protected:
   static void ExpectCardWithoutIt(const Machine& machine) {
     const Answer answer = Ask<NvidiaCardInfo>(machine);
     EXPECT_EQ(answer.error, Error());
     ASSERT_THAT(answer.cards, SizeIs(1));
-    GraphicCardInfo expected = FullAnswer();
+    GraphicCardInfo expected = FullNvmlAnswer();
     GetParam().take_away(expected);
     EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
   }
@@ -110,13 +110,13 @@ TEST_P(NvidiaCall, WhoseFunctionIsMissingCostsItsOwnFieldOnly) {
   EXPECT_EQ(Calls(GetParam().function), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, NvidiaCall, testing::ValuesIn(Cases()),
+INSTANTIATE_TEST_SUITE_P(Each, NvidiaCall, testing::ValuesIn(NvmlCases()),
                          [](const auto& tested) { return tested.param.function; });
 
 TEST(NvidiaCalls, ThatAllSucceedFillTheWholeCard) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
   ASSERT_THAT(answer.cards, SizeIs(1));
-  EXPECT_EQ(Describe(answer.cards[0]), Describe(FullAnswer()));
+  EXPECT_EQ(Describe(answer.cards[0]), Describe(FullNvmlAnswer()));
 }
 
 TEST(NvidiaCalls, RunInTheirOrder) {
@@ -135,18 +135,18 @@ TEST(NvidiaCalls, ThatAllFailLeaveAnEmptyCardAndASuccess) {
   EXPECT_EQ(answer.error, Error());
   ASSERT_THAT(answer.cards, SizeIs(1));
   GraphicCardInfo expected;
-  LoseMemory(expected);
+  LoseNvmlMemory(expected);
   EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
 }
 
 TEST(NvidiaCalls, OneClockThatFailsLeavesTheOther) {
   NvmlDevice device = FullNvidiaCard();
-  device.memory_clock_mhz = kFails;
+  device.memory_clock_mhz = kNvmlFails;
   Answer answer = Ask<NvidiaCardInfo>(WithNvidia({device}));
   EXPECT_EQ(answer.cards.at(0).memory_clock_mhz, 0.0F);
   EXPECT_EQ(answer.cards.at(0).gpu_clock_mhz, 2505.0F);
   device = FullNvidiaCard();
-  device.graphics_clock_mhz = kFails;
+  device.graphics_clock_mhz = kNvmlFails;
   answer = Ask<NvidiaCardInfo>(WithNvidia({device}));
   EXPECT_EQ(answer.cards.at(0).memory_clock_mhz, 9001.0F);
   EXPECT_EQ(answer.cards.at(0).gpu_clock_mhz, 0.0F);
@@ -156,7 +156,7 @@ TEST(NvidiaCalls, FiguresOfACardDoNotSpillIntoTheNext) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard(), NvmlDevice()}));
   ASSERT_THAT(answer.cards, SizeIs(2));
   GraphicCardInfo expected;
-  LoseMemory(expected);
+  LoseNvmlMemory(expected);
   EXPECT_EQ(Describe(answer.cards[1]), Describe(expected));
 }
 

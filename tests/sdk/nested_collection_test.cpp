@@ -14,7 +14,7 @@ using telemetry::common::EventType;
 using telemetry::common::TelemetryCollectorBase;
 using ::testing::ElementsAre;
 
-constexpr char kParams[] = R"({"eventType": 50})";
+constexpr char kParamsOfANestedCall[] = R"({"eventType": 50})";
 constexpr char kOtherParams[] = R"({"eventType": 51})";
 
 class OtherCollector : public ScriptedCollector {};
@@ -28,7 +28,7 @@ class NestedCollectionTest : public ::testing::Test {
       if (inside.is_null()) inside = Outcome(nested, kOtherParams);
       return Error();
     };
-    outside_ = Outcome(collector_, kParams);
+    outside_ = Outcome(collector_, kParamsOfANestedCall);
     collector_.read_source = [] { return Error(); };
     return inside;
   }
@@ -69,7 +69,7 @@ TEST_F(NestedCollectionTest, TheFormWithTheCallersBufferIsRefusedToo) {
     collector_.Execute(kOtherParams, inside.data());
     return Error();
   };
-  Outcome(collector_, kParams);
+  Outcome(collector_, kParamsOfANestedCall);
   EXPECT_EQ(nlohmann::json::parse(inside.c_str()), Refusal());
 }
 
@@ -78,7 +78,7 @@ TEST_F(NestedCollectionTest, ACallWithoutABufferIsRefusedToo) {
     collector_.Execute(kOtherParams, nullptr);
     return Error();
   };
-  Outcome(collector_, kParams);
+  Outcome(collector_, kParamsOfANestedCall);
   EXPECT_THAT(collector_.calls, ElementsAre("GetDatabases", "ReadSource", "Finalize"));
 }
 
@@ -100,20 +100,20 @@ TEST_F(NestedCollectionTest, ACallOnAnotherThreadIsRefusedMeanwhile) {
     std::thread([&] { inside = Outcome(collector_, kOtherParams); }).join();
     return Error();
   };
-  Outcome(collector_, kParams);
+  Outcome(collector_, kParamsOfANestedCall);
   EXPECT_EQ(inside, Refusal());
 }
 
 TEST_F(NestedCollectionTest, ACallAfterwardsIsServed) {
   OutcomeInside(collector_);
-  EXPECT_EQ(Outcome(collector_, kParams)["kind"], 0);
+  EXPECT_EQ(Outcome(collector_, kParamsOfANestedCall)["kind"], 0);
 }
 
 TEST_F(NestedCollectionTest, ACallAfterACollectionThatThrewIsServed) {
   collector_.read_source = []() -> Error { throw std::string("once"); };
-  Outcome(collector_, kParams);
+  Outcome(collector_, kParamsOfANestedCall);
   collector_.read_source = [] { return Error(); };
-  EXPECT_EQ(Outcome(collector_, kParams)["kind"], 0);
+  EXPECT_EQ(Outcome(collector_, kParamsOfANestedCall)["kind"], 0);
 }
 
 }  // namespace

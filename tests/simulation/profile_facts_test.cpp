@@ -20,7 +20,7 @@ using simulation::WmiProperty;
 using ::testing::ElementsAre;
 using ::testing::Pair;
 
-Machine Full() {
+Machine FullMachine() {
   return simulation::ParseProfile(kFullProfile, "full.json");
 }
 
@@ -61,7 +61,7 @@ TEST(ProfileFactsTest, AnEmptyProfileIsAMachineOnWhichNothingExists) {
 }
 
 TEST(ProfileFactsTest, TheClockStandsAtItsMoment) {
-  const Machine machine = Full();
+  const Machine machine = FullMachine();
   EXPECT_EQ(machine.description, "Every key");
   EXPECT_EQ(machine.clock->utc_seconds, 1772893242);
   EXPECT_EQ(machine.clock->standard_offset_minutes, -180);
@@ -80,14 +80,14 @@ TEST(ProfileFactsTest, AClockWithoutAMomentGoesOnInItsZone) {
 }
 
 TEST(ProfileFactsTest, ASerialNumberMayBeNullOrEmpty) {
-  EXPECT_EQ(Full().smbios_serial_number, "5CG0000009");
+  EXPECT_EQ(FullMachine().smbios_serial_number, "5CG0000009");
   EXPECT_EQ(Parse(R"({"smbios": {"serial_number": ""}})").smbios_serial_number, "");
   EXPECT_FALSE(Parse(R"({"smbios": {"serial_number": null}})").smbios_serial_number);
   EXPECT_FALSE(Parse(R"({"smbios": null})").smbios_serial_number);
 }
 
 TEST(ProfileFactsTest, ABatteryHasEachOfItsFigures) {
-  const Machine machine = Full();
+  const Machine machine = FullMachine();
   EXPECT_EQ(machine.battery_flag, 9);
   ASSERT_EQ(machine.batteries.size(), 2U);
   EXPECT_FALSE(machine.batteries[0]);
@@ -121,7 +121,7 @@ TEST(ProfileFactsTest, ABatteryWithoutFiguresIsZeroEmptyAndFalse) {
 }
 
 TEST(ProfileFactsTest, SensorsReadOrFail) {
-  const simulation::Sensors sensors = Full().sensors;
+  const simulation::Sensors sensors = FullMachine().sensors;
   EXPECT_EQ(sensors.apartment, Failure{-5});
   EXPECT_EQ(sensors.hinge->outcome, HingeOutcome::kReading);
   EXPECT_EQ(sensors.hinge->angle_degrees, 110.5);
@@ -141,7 +141,7 @@ TEST(ProfileFactsTest, AHingeHasOneOfItsOutcomes) {
 }
 
 TEST(ProfileFactsTest, AWmiPropertyArrivesInWmisTypes) {
-  const simulation::WmiRow row = Full().wmi.classes.at("Win32_Things").at(0);
+  const simulation::WmiRow row = FullMachine().wmi.classes.at("Win32_Things").at(0);
   EXPECT_EQ(row.at("Flag"), WmiProperty(true));
   EXPECT_EQ(row.at("Small"), WmiProperty(std::int32_t{-2147483647 - 1}));
   EXPECT_EQ(row.at("Large"), WmiProperty("2147483648"));
@@ -153,7 +153,7 @@ TEST(ProfileFactsTest, AWmiPropertyArrivesInWmisTypes) {
 }
 
 TEST(ProfileFactsTest, AssociationsAndFailuresOfWmiAreListed) {
-  const simulation::Wmi wmi = Full().wmi;
+  const simulation::Wmi wmi = FullMachine().wmi;
   ASSERT_EQ(wmi.associations.size(), 1U);
   EXPECT_EQ(wmi.associations[0].of, R"(A.Id='\\.\1')");
   EXPECT_EQ(wmi.associations[0].result_class, "B");
@@ -173,7 +173,7 @@ TEST(ProfileFactsTest, AFailureOfWmiIsForAlwaysAndAtOnceUnlessStated) {
 }
 
 TEST(ProfileFactsTest, AFirmwareReplyHasItsBytes) {
-  const simulation::BiosReply reply = Full().private_bios.at(0);
+  const simulation::BiosReply reply = FullMachine().private_bios.at(0);
   EXPECT_EQ(reply.command, 1U);
   EXPECT_EQ(reply.command_type, 40U);
   EXPECT_THAT(reply.input, ElementsAre(1, 0, 255));
@@ -183,7 +183,7 @@ TEST(ProfileFactsTest, AFirmwareReplyHasItsBytes) {
 }
 
 TEST(ProfileFactsTest, ANvmlCardAnswersOrFailsCallByCall) {
-  const simulation::Nvml nvml = Full().nvml.value();
+  const simulation::Nvml nvml = FullMachine().nvml.value();
   EXPECT_THAT(nvml.missing_functions, ElementsAre("nvmlDeviceGetMemoryBusWidth"));
   EXPECT_EQ(nvml.init, 9U);
   EXPECT_EQ(nvml.count, Plain<std::uint32_t>(2));
@@ -213,7 +213,7 @@ TEST(ProfileFactsTest, ThrottleReasonsMayBeANumberToo) {
 }
 
 TEST(ProfileFactsTest, AnAdlxCardHasTheMetricsThatAreStatedAndTheyMayFail) {
-  const simulation::Adlx adlx = Full().adlx.value();
+  const simulation::Adlx adlx = FullMachine().adlx.value();
   EXPECT_THAT(adlx.missing_functions, ElementsAre("ADLXTerminate"));
   EXPECT_EQ(adlx.initialize, 1U);
   EXPECT_EQ(adlx.performance_services, 2U);
@@ -235,7 +235,7 @@ TEST(ProfileFactsTest, AnAdlxCardHasTheMetricsThatAreStatedAndTheyMayFail) {
 }
 
 TEST(ProfileFactsTest, TheRegistryKeepsTheOrderGiven) {
-  const auto registry = Full().registry;
+  const auto registry = FullMachine().registry;
   ASSERT_EQ(registry.size(), 1U);
   EXPECT_EQ(registry[0].name, R"(HKEY_LOCAL_MACHINE\A/B)");
   EXPECT_THAT(registry[0].values, ElementsAre(Pair("z", "first"), Pair("a", "last")));
@@ -245,20 +245,20 @@ TEST(ProfileFactsTest, TheRegistryKeepsTheOrderGiven) {
 }
 
 TEST(ProfileFactsTest, AnNpuReportIsTextAsItIsOrAnyOtherValueSerialised) {
-  EXPECT_EQ(Full().npu_report, R"({"npu_count":1,"npu_info":[]})");
+  EXPECT_EQ(FullMachine().npu_report, R"({"npu_count":1,"npu_info":[]})");
   EXPECT_EQ(Parse(R"({"npu_report": "{\"npu_count\": 1,"})").npu_report, R"({"npu_count": 1,)");
   EXPECT_EQ(Parse(R"({"npu_report": 7})").npu_report, "7");
 }
 
 TEST(ProfileFactsTest, TheStorageLibraryListsItsDrives) {
-  const Machine machine = Full();
+  const Machine machine = FullMachine();
   ASSERT_EQ(machine.storage_library.size(), 1U);
   EXPECT_EQ(machine.storage_library[0].name, "NVME1");
   EXPECT_EQ(machine.storage_library[0].wmi_serial, "0025_38A1.");
 }
 
 TEST(ProfileFactsTest, TheSessionHasItsTicks) {
-  const simulation::Session session = Full().session;
+  const simulation::Session session = FullMachine().session;
   EXPECT_THAT(session.tick_counts_ms, ElementsAre(40U, 18446744073709551615U));
   EXPECT_EQ(session.maximum_touches, 41U);
   EXPECT_EQ(session.last_input_tick_ms, Plain<std::uint32_t>(42));
@@ -283,7 +283,7 @@ TEST(ProfileFactsTest, WhatIsThereMayRefuseToBeRead) {
 }
 
 TEST(ProfileFactsTest, AProcessHasItsFiguresFailuresAndWindows) {
-  const simulation::Process process = Full().processes.at(0);
+  const simulation::Process process = FullMachine().processes.at(0);
   EXPECT_EQ(process.id, 1234U);
   EXPECT_EQ(process.created_100ns, 12'500'000);
   EXPECT_EQ(process.user_100ns, 50U);
@@ -313,7 +313,7 @@ TEST(ProfileFactsTest, AProcessIsRunningUnlessStated) {
 }
 
 TEST(ProfileFactsTest, TheNetworkListAnswersOrFails) {
-  const simulation::Network network = Full().network;
+  const simulation::Network network = FullMachine().network;
   EXPECT_EQ(network.com, Failure{70});
   EXPECT_EQ(network.manager->create, 71);
   EXPECT_EQ(network.manager->get_networks, 72);
@@ -340,14 +340,14 @@ TEST(ProfileFactsTest, TheCountersOfAnInterfaceMayFail) {
 }
 
 TEST(ProfileFactsTest, SystemMessagesAreToldByTheirCode) {
-  const simulation::Machine machine = Full();
+  const simulation::Machine machine = FullMachine();
   ASSERT_EQ(machine.system_messages.size(), 1U);
   EXPECT_EQ(machine.system_messages[0].code, static_cast<std::int32_t>(0x80040154));
   EXPECT_EQ(machine.system_messages[0].text, "Class not registered\r\n");
 }
 
 TEST(ProfileFactsTest, AWlanInterfaceHasItsConnectionAndProfiles) {
-  const simulation::Wlan wlan = Full().network.wlan.value();
+  const simulation::Wlan wlan = FullMachine().network.wlan.value();
   EXPECT_EQ(wlan.open, 74);
   EXPECT_EQ(wlan.enumerate, 75);
   const simulation::WlanInterface& interface = wlan.interfaces.at(0);
@@ -368,7 +368,7 @@ TEST(ProfileFactsTest, AWlanInterfaceHasItsConnectionAndProfiles) {
 }
 
 TEST(ProfileFactsTest, CountersAreThoseOfTheirInterfaceAndFamily) {
-  const simulation::Network network = Full().network;
+  const simulation::Network network = FullMachine().network;
   const auto& counters = std::get<simulation::InterfaceCounters>(network.interface_counters.at(5));
   EXPECT_EQ(counters.in_octets, 80U);
   EXPECT_EQ(counters.out_octets, 81U);

@@ -1,4 +1,4 @@
-#include "simulation/sdk/number_text.h"
+#include "simulated/number_text.h"
 
 #include <algorithm>
 #include <charconv>

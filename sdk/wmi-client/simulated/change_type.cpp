@@ -11,7 +11,7 @@
 #include <utility>
 #include <variant>
 
-#include "simulation/sdk/number_text.h"
+#include "simulated/number_text.h"
 #include "zt/shared/wmi/wmi_value.h"
 
 // The conversions of the system's automation library, in an English locale.

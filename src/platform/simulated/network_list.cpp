@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "simulation/machine.h"
-#include "simulation/platform/answers.h"
-#include "simulation/platform/guid_text.h"
+#include "platform/simulated/answers.h"
+#include "platform/simulated/guid_text.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
