@@ -2,14 +2,16 @@
 
 #include <plog/Log.h>
 
-#include <array>
+#include <vector>
 
 #include "collector/builders.h"
 #include "collector/example_upload.h"
 #include "messages/log_text.h"
 #include "messages/perf_messages.h"
+#include "store/network_summary.h"
 #include "store/sample_database.h"
 #include "store/summary_query.h"
+#include "store/thermal_summary.h"
 #include "zt/shared/wmi/wmi_client.h"
 #include "zt/shared/ztbios/private_bios_wmi.h"
 #include "zt/telemetry/common/shared_ptr_tool.h"
@@ -101,6 +103,18 @@ Error PerformanceSamples::ReadSource() {
   }
   PLOG_INFO << "Finished " << kOperation;
   return {};
+}
+
+void PerformanceSamples::UploadThermalSamples(void* rows, void* wmi) {
+  if (rows == nullptr || wmi == nullptr) return;
+  SendThermalHours(*static_cast<const std::vector<SummaryRow>*>(rows), *static_cast<shared::wmi::WMIClient*>(wmi),
+                   [this](const PcLogPerformanceSamplesAsCDM& record) { AddSend(record); });
+}
+
+void PerformanceSamples::UploadNetworkSamples(void* rows) {
+  if (rows == nullptr) return;
+  SendNetworkHours(*static_cast<const std::vector<SummaryRow>*>(rows),
+                   [this](const PcLogPerformanceSamplesAsCDM& record) { AddSend(record); });
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

@@ -3,11 +3,11 @@
 #include <vector>
 
 #include "collector/performance_samples.h"
+#include "collector/store_failure.h"
 #include "messages/collection_id.h"
 #include "messages/local_time.h"
 #include "messages/log_text.h"
 #include "messages/perf_messages.h"
-#include "messages/store_failure.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {
