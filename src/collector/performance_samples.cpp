@@ -4,10 +4,11 @@
 
 #include <vector>
 
-#include "collector/builders.h"
 #include "collector/example_upload.h"
+#include "collector/sources.h"
 #include "messages/log_text.h"
 #include "messages/perf_messages.h"
+#include "messages/source_failure.h"
 #include "store/network_summary.h"
 #include "store/sample_database.h"
 #include "store/summary_query.h"
@@ -27,7 +28,6 @@ constexpr char kThermalTable[] = "ThermalData";
 constexpr char kThermalSource[] = "thermal";
 constexpr char kNetworkTable[] = "NetworkData";
 constexpr char kNetworkSource[] = "network";
-constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
 
 // Made by the first collector and kept for the life of the process. Nothing reads it, and making it contacts nothing:
 // that a process with a collector has this one client is part of a collector's set-up.
@@ -79,12 +79,11 @@ Error PerformanceSamples::ReadSource() {
   }
   PerfMessages::Init(this, static_cast<int>(event));
   {
-    shared::wmi::WMIClient wmi(kWmiNamespace);
-    shared::ztbios::PrivateBiosWmi bios;
-    const BuilderList builders = MakeBuilders(wmi, bios);
+    Clients clients;
+    const BuilderList builders = MakeBuilders(clients);
     if (IsFullCollection(event)) {
       if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
-        UploadThermalSamples(&summaries[kThermalSource], &wmi);
+        UploadThermalSamples(&summaries[kThermalSource], &clients.wmi);
         DeleteSampleRows(database, {kThermalTable});
       }
       if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
@@ -95,7 +94,7 @@ Error PerformanceSamples::ReadSource() {
         try {
           builder->PopulateStorageAndUploadProtos();
         } catch (...) {
-          PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
+          PLOG_ERROR << "Error handling message. Details: " << LogText(CurrentSourceFailure().error.description);
         }
       }
       PerfMessages::ProcessStorageAndUpload();

@@ -1,3 +1,5 @@
+// The stage that ends a cycle, and what else `PerfMessages` hands over: here and not beside that class, since it goes
+// through the collector.
 #include <plog/Log.h>
 
 #include <vector>
