@@ -26,15 +26,15 @@ std::shared_ptr<PerfMessages> Make(Clients& clients) {
   }
 }
 
-constexpr std::array kSources = {
-    Source{"Batteries", Make<BatteryInfoMsg>},
-    Source{"Posture", Make<DeviceStateInfoMsg>},
-    Source{"Memory", Make<MemoryInfoMsg>},
-    Source{"Graphics cards", Make<GPUInfoMsg>},
-    Source{"NPUs", Make<NPUMsg>},
-    Source{"Storage drives", Make<StorageInfoMsg>},
-    Source{"Processes and session", Make<OperatingSystemInfoMsg>},
-};
+constexpr auto kSources = std::to_array<Source>({
+    {"Batteries", Make<BatteryInfoMsg>},
+    {"Posture", Make<DeviceStateInfoMsg>},
+    {"Memory", Make<MemoryInfoMsg>},
+    {"Graphics cards", Make<GPUInfoMsg>},
+    {"NPUs", Make<NPUMsg>},
+    {"Storage drives", Make<StorageInfoMsg>},
+    {"Processes and session", Make<OperatingSystemInfoMsg>},
+});
 
 }  // namespace
 
