@@ -34,7 +34,7 @@ BENCHMARK(LoadingAndUnloadingNvml)->Unit(benchmark::kMicrosecond);
 void GpuPassOver(benchmark::State& state, const char* profile) {
   simulation::UseMachine(simulation::ReadShippedProfile(profile));
   samples::PerfMessages::Init(&state, 50);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(shared::wmi::kSystemNamespace);
   shared::ztbios::PrivateBiosWmi bios;
   samples::GPUInfoMsg sampler(&wmi, &bios);
   int entries = 0;

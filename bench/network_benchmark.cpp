@@ -42,7 +42,7 @@ simulation::Machine MachineWithInterfaces(std::int64_t count) {
 
 void Inventory(benchmark::State& state) {
   simulation::UseMachine(MachineWithInterfaces(state.range(0)));
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(shared::wmi::kSystemNamespace);
   NetworkInfoMsg network(&wmi, nullptr);
   std::size_t found = 0;
   for (auto unused : state) found = network.PerformNetworkInterfaceQueries().size();

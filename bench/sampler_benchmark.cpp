@@ -1,31 +1,24 @@
-// Each sampler alone on a simulated laptop, and the process list of a busy machine.
+// Each source alone on a simulated laptop, and the process list of a busy machine.
 #include <benchmark/benchmark.h>
 
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <utility>
 
+#include "collector/sources.h"
 #include "messages/perf_messages.h"
-#include "samplers/battery_info_msg.h"
-#include "samplers/device_state_info_msg.h"
-#include "samplers/memory_info_msg.h"
-#include "samplers/npu_msg.h"
 #include "samplers/operating_system_info_msg.h"
-#include "samplers/storage_info_msg.h"
 #include "simulation/profile.h"
 
 namespace zt::bench {
 namespace {
 
 using simulation::Machine;
-using telemetry::collector::performancesamples::BatteryInfoMsg;
-using telemetry::collector::performancesamples::DeviceStateInfoMsg;
-using telemetry::collector::performancesamples::MemoryInfoMsg;
-using telemetry::collector::performancesamples::NPUMsg;
+using telemetry::collector::performancesamples::Clients;
 using telemetry::collector::performancesamples::OperatingSystemInfoMsg;
 using telemetry::collector::performancesamples::PerfMessages;
-using telemetry::collector::performancesamples::StorageInfoMsg;
+using telemetry::collector::performancesamples::Source;
+using telemetry::collector::performancesamples::Sources;
 
 constexpr char kLaptop[] = "convertible-laptop";
 constexpr std::uint32_t kFirstProcessId = 1000;
@@ -36,52 +29,30 @@ constexpr std::uint64_t kTicksOfASecond = 10'000'000;
 constexpr std::uint64_t kMebibyte = 1U << 20U;
 constexpr std::int64_t kStarted = 17'728'000'000'000'000;  // March 2026
 
-std::unique_ptr<PerfMessages> MakeSampler(std::type_identity<BatteryInfoMsg>, shared::wmi::WMIClient&,
-                                          shared::ztbios::PrivateBiosWmi&) {
-  return std::make_unique<BatteryInfoMsg>();
-}
-
-std::unique_ptr<PerfMessages> MakeSampler(std::type_identity<NPUMsg>, shared::wmi::WMIClient&,
-                                          shared::ztbios::PrivateBiosWmi&) {
-  return std::make_unique<NPUMsg>();
-}
-
-std::unique_ptr<PerfMessages> MakeSampler(std::type_identity<StorageInfoMsg>, shared::wmi::WMIClient& wmi,
-                                          shared::ztbios::PrivateBiosWmi& bios) {
-  return std::make_unique<StorageInfoMsg>(&wmi, &bios);
-}
-
-template <typename Sampler>
-std::unique_ptr<PerfMessages> MakeSampler(std::type_identity<Sampler>, shared::wmi::WMIClient& wmi,
-                                          shared::ztbios::PrivateBiosWmi&) {
-  return std::make_unique<Sampler>(&wmi);
-}
-
-// A pass as the cycle runs it: a sampler of its own, on an empty record.
-template <typename Sampler>
-void RunPasses(benchmark::State& state, Machine machine) {
+// A pass as the cycle runs it: a builder of its own, on an empty record.
+void RunPasses(benchmark::State& state, const Source& source, Machine machine) {
   simulation::UseMachine(std::move(machine));
   PerfMessages::Init(nullptr, 0);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-  shared::ztbios::PrivateBiosWmi bios;
+  Clients clients;
   for (auto unused : state) {
     PerfMessages::static_cdm_->Clear();
-    MakeSampler(std::type_identity<Sampler>(), wmi, bios)->PopulateStorageAndUploadProtos();
+    source.make(clients)->PopulateStorageAndUploadProtos();
   }
   state.counters["record_bytes"] = static_cast<double>(PerfMessages::static_cdm_->ByteSizeLong());
-  if (PerfMessages::static_cdm_->ByteSizeLong() == 0) state.SkipWithError("the sampler added nothing");
+  if (PerfMessages::static_cdm_->ByteSizeLong() == 0) state.SkipWithError("the source added nothing");
 }
 
-template <typename Sampler>
-void OnTheLaptop(benchmark::State& state) {
-  RunPasses<Sampler>(state, simulation::ReadShippedProfile(kLaptop));
+// Each source of a collection, under its own name.
+bool RegisterSources() {
+  for (const Source& source : Sources()) {
+    const auto run = [&source](benchmark::State& state) {
+      RunPasses(state, source, simulation::ReadShippedProfile(kLaptop));
+    };
+    benchmark::RegisterBenchmark(source.name, run)->Unit(benchmark::kMicrosecond);
+  }
+  return true;
 }
-BENCHMARK(OnTheLaptop<BatteryInfoMsg>)->Name("Battery")->Unit(benchmark::kMicrosecond);
-BENCHMARK(OnTheLaptop<DeviceStateInfoMsg>)->Name("Posture")->Unit(benchmark::kMicrosecond);
-BENCHMARK(OnTheLaptop<MemoryInfoMsg>)->Name("Memory")->Unit(benchmark::kMicrosecond);
-BENCHMARK(OnTheLaptop<NPUMsg>)->Name("Npu")->Unit(benchmark::kMicrosecond);
-BENCHMARK(OnTheLaptop<StorageInfoMsg>)->Name("StorageDrives")->Unit(benchmark::kMicrosecond);
-BENCHMARK(OnTheLaptop<OperatingSystemInfoMsg>)->Name("ProcessesAndSession")->Unit(benchmark::kMicrosecond);
+[[maybe_unused]] const bool registered = RegisterSources();
 
 Machine BusyMachine(std::uint32_t processes) {
   Machine machine = simulation::ReadShippedProfile(kLaptop);
@@ -113,7 +84,10 @@ Machine BusyMachine(std::uint32_t processes) {
 }
 
 void ProcessList(benchmark::State& state) {
-  RunPasses<OperatingSystemInfoMsg>(state, BusyMachine(static_cast<std::uint32_t>(state.range(0))));
+  const auto make = [](Clients& clients) -> std::shared_ptr<PerfMessages> {
+    return std::make_shared<OperatingSystemInfoMsg>(&clients.wmi);
+  };
+  RunPasses(state, {"Processes and session", make}, BusyMachine(static_cast<std::uint32_t>(state.range(0))));
 }
 BENCHMARK(ProcessList)->ArgName("processes")->Arg(50)->Arg(500)->Arg(5000)->Unit(benchmark::kMillisecond);
 

@@ -4,7 +4,7 @@
 #include <exception>
 #include <iomanip>
 
-#include "host/collect.h"
+#include "host/collect/collect.h"
 #include "host/command_line.h"
 #include "host/doctor/doctor.h"
 #include "host/failure.h"

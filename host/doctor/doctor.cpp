@@ -8,7 +8,7 @@
 #include "host/doctor/report_view.h"
 #include "host/doctor/stored_samples.h"
 #include "host/failure.h"
-#include "host/inspection_library.h"
+#include "host/inspection/inspect_sources.h"
 #include "host/log_appender.h"
 #include "host/machine_choice.h"
 #include "host/program_environment.h"
@@ -28,7 +28,6 @@ constexpr plog::Severity kLeastIssue = plog::warning;
 
 int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
   ChooseMachine(command.machine);
-  const InspectionLibrary library;
   std::optional<QueryRecorder> queries;
   if (command.queries.has_value()) queries.emplace(*command.queries);
   const std::unique_ptr<ReportView> view = MakeReportView(command.format, out);
@@ -49,7 +48,7 @@ int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
     view->Show(report);
   };
   show(InspectStoredSamples(command.database_dir.value_or(PathFromText(shared::TelemetryStorage::GetDefaultDBPath()))));
-  library.InspectSources(std::max(command.log_level, kLeastIssue), LogAppender::Instance(), show);
+  inspection::InspectSources(std::max(command.log_level, kLeastIssue), LogAppender::Instance(), show);
   view->Finish();
   if (queries.has_value()) queries->RequireWritten();
   return any_failed ? kExitFailed : kExitDone;

@@ -4,7 +4,7 @@
 #include <ostream>
 
 #include "host/command.h"
-#include "zt/inspection/source_report.h"
+#include "host/inspection/source_report.h"
 
 namespace zt::telemetry::host {
 

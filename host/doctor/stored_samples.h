@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "zt/inspection/source_report.h"
+#include "host/inspection/source_report.h"
 
 namespace zt::telemetry::host {
 

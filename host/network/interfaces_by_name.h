@@ -3,7 +3,7 @@
 #include <map>
 #include <string>
 
-#include "zt/inspection/network_report.h"
+#include "host/inspection/network_report.h"
 
 namespace zt::telemetry::host {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/failure.h"
-#include "host/inspection_library.h"
+#include "host/inspection/inspect_network.h"
 #include "host/log_appender.h"
 #include "host/machine_choice.h"
 #include "host/network/network_json.h"
@@ -19,16 +19,6 @@ namespace {
 
 // A pass that goes on after a failure tells of it in the log alone, as an error.
 constexpr plog::Severity kLeastFailure = plog::error;
-
-// Errors of the log that are no failure: a profile that does not show its settings, and that there is nothing to open
-// where the system has no WLAN service.
-constexpr char kProfileNotShown[] = "Failed to retrieve WLAN profile for ";
-constexpr char kNothingToOpen[] = "Failed to open handle to WLAN interface";
-
-bool TellsOfFailure(const std::string& error, const inspection::NetworkReport& report) {
-  if (error.starts_with(kProfileNotShown)) return false;
-  return report.has_wlan_service || !error.ends_with(kNothingToOpen);
-}
 
 void Show(const NetworkCommand& command, const inspection::NetworkReport& report, std::ostream& out) {
   if (command.format == OutputFormat::kJson) {
@@ -43,7 +33,6 @@ void Show(const NetworkCommand& command, const inspection::NetworkReport& report
 
 int Network(const NetworkCommand& command, std::ostream& out, std::ostream& err) {
   ChooseMachine(command.machine);
-  const InspectionLibrary library;
   std::optional<QueryRecorder> queries;
   if (command.queries.has_value()) queries.emplace(*command.queries);
   std::vector<std::string> errors;
@@ -52,11 +41,11 @@ int Network(const NetworkCommand& command, std::ostream& out, std::ostream& err)
     if (record.getSeverity() <= kLeastFailure) errors.push_back(MessageText(record));
   });
 
-  inspection::NetworkReport report;
-  library.InspectNetwork(std::max(command.log_level, kLeastFailure), LogAppender::Instance(), report);
+  inspection::NetworkReport report =
+      inspection::InspectNetwork(std::max(command.log_level, kLeastFailure), LogAppender::Instance());
   Show(command, report, out);
   for (const std::string& error : errors) {
-    if (TellsOfFailure(error, report)) report.failures.push_back(error);
+    if (inspection::TellsOfFailure(error, report)) report.failures.push_back(error);
   }
   for (const std::string& failure : report.failures) err << "network: " << failure << std::endl;
   if (queries.has_value()) queries->RequireWritten();

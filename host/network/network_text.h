@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "zt/inspection/network_report.h"
+#include "host/inspection/network_report.h"
 
 namespace zt::telemetry::host {
 

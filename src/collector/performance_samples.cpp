@@ -2,14 +2,17 @@
 
 #include <plog/Log.h>
 
-#include <array>
+#include <vector>
 
-#include "collector/builders.h"
 #include "collector/example_upload.h"
+#include "collector/sources.h"
 #include "messages/log_text.h"
 #include "messages/perf_messages.h"
+#include "messages/source_failure.h"
+#include "store/network_summary.h"
 #include "store/sample_database.h"
 #include "store/summary_query.h"
+#include "store/thermal_summary.h"
 #include "zt/shared/wmi/wmi_client.h"
 #include "zt/shared/ztbios/private_bios_wmi.h"
 #include "zt/telemetry/common/shared_ptr_tool.h"
@@ -25,7 +28,6 @@ constexpr char kThermalTable[] = "ThermalData";
 constexpr char kThermalSource[] = "thermal";
 constexpr char kNetworkTable[] = "NetworkData";
 constexpr char kNetworkSource[] = "network";
-constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
 
 // Made by the first collector and kept for the life of the process. Nothing reads it, and making it contacts nothing:
 // that a process with a collector has this one client is part of a collector's set-up.
@@ -77,12 +79,11 @@ Error PerformanceSamples::ReadSource() {
   }
   PerfMessages::Init(this, static_cast<int>(event));
   {
-    shared::wmi::WMIClient wmi(kWmiNamespace);
-    shared::ztbios::PrivateBiosWmi bios;
-    const BuilderList builders = MakeBuilders(wmi, bios);
+    Clients clients;
+    const BuilderList builders = MakeBuilders(clients);
     if (IsFullCollection(event)) {
       if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
-        UploadThermalSamples(&summaries[kThermalSource], &wmi);
+        UploadThermalSamples(&summaries[kThermalSource], &clients.wmi);
         DeleteSampleRows(database, {kThermalTable});
       }
       if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
@@ -93,7 +94,7 @@ Error PerformanceSamples::ReadSource() {
         try {
           builder->PopulateStorageAndUploadProtos();
         } catch (...) {
-          PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
+          PLOG_ERROR << "Error handling message. Details: " << LogText(CurrentSourceFailure().error.description);
         }
       }
       PerfMessages::ProcessStorageAndUpload();
@@ -101,6 +102,18 @@ Error PerformanceSamples::ReadSource() {
   }
   PLOG_INFO << "Finished " << kOperation;
   return {};
+}
+
+void PerformanceSamples::UploadThermalSamples(void* rows, void* wmi) {
+  if (rows == nullptr || wmi == nullptr) return;
+  SendThermalHours(*static_cast<const std::vector<SummaryRow>*>(rows), *static_cast<shared::wmi::WMIClient*>(wmi),
+                   [this](const PcLogPerformanceSamplesAsCDM& record) { AddSend(record); });
+}
+
+void PerformanceSamples::UploadNetworkSamples(void* rows) {
+  if (rows == nullptr) return;
+  SendNetworkHours(*static_cast<const std::vector<SummaryRow>*>(rows),
+                   [this](const PcLogPerformanceSamplesAsCDM& record) { AddSend(record); });
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

@@ -3,17 +3,16 @@
 #include <array>
 
 #include "messages/local_time.h"
+#include "messages/thermal_reply.h"
 #include "zt/shared/smbios/smbios_info.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-constexpr char kUnknownSerialNumber[] = "UNKNOWN_SN";
-
 // The firmware's thermal query.
 constexpr std::uint32_t kThermalCommand = 1;
 constexpr std::uint32_t kThermalCommandType = 40;
-constexpr std::uint32_t kThermalReplySize = 128;
+constexpr auto kThermalReplySize = static_cast<std::uint32_t>(ThermalReply().size());
 
 // What a firmware query without a client ends with: E_POINTER.
 constexpr std::uint32_t kNoClient = 0x80004003;

@@ -19,6 +19,9 @@ using contract::storage::device_performance::EnergyEMISamples;
 using contract::storage::device_performance::ThermalZTBiosSamples;
 using contract::upload::log::PcLogPerformanceSamplesAsCDM;
 
+/// What stands for the serial number of a machine whose firmware tells none.
+inline constexpr char kUnknownSerialNumber[] = "UNKNOWN_SN";
+
 /// Base of all sample builders, and owner of the state that all cycles of the process share: the collector that records
 /// are handed to, the upload record that the builders fill, and the storage records. Nothing here is locked: one cycle
 /// runs at a time.
@@ -46,7 +49,7 @@ class ZT_COLLECTOR_EXPORT PerfMessages {
   /// Called by a collector that is being deleted.
   static void ForgetHandle(const void* handle);
 
-  /// The serial number of the machine's SMBIOS system information, as it is; "UNKNOWN_SN" when there is none.
+  /// The serial number of the machine's SMBIOS system information, as it is; `kUnknownSerialNumber` when there is none.
   static std::string GetSN();
 
   /// Turns "2025-07-15T12:20:42-03:00" into "2025-07-15T12:20:42.000Z": the same wall-clock digits, not UTC. Empty when
@@ -54,7 +57,8 @@ class ZT_COLLECTOR_EXPORT PerfMessages {
   static std::string GetCurrentLocalTime(const std::string& local_time_with_offset);
 
   /// Ends a cycle: stores `amd_pmf_`, stamps and sends `static_cdm_`, and puts an empty record in its place. A failed
-  /// store is logged; a failed send loses the record.
+  /// store is logged; a failed send loses the record. What hands over is defined where the collector is, which
+  /// `perf_handle_` is one of: src/collector/storage_and_upload.cpp.
   static void ProcessStorageAndUpload();
 
   /// The collector of the first `Init`; null before.
@@ -78,7 +82,8 @@ class ZT_COLLECTOR_EXPORT PerfMessages {
   void AddSendWrapper(const google::protobuf::Message& message, const std::string& time);
 
   /// Asks the firmware for its thermal readings. `selector`: which ones, only the low byte counts. `reply`: buffer of
-  /// 128 bytes. Returns the status of a failed call (0x80004003: no client), else the firmware's code; 0 is success.
+  /// 128 bytes (`ThermalReply`). Returns the status of a failed call (0x80004003: no client), else the firmware's code;
+  /// 0 is success.
   std::uint32_t GetThermalDataFromPrivateBiosWmi(int selector, void* reply);
 
   std::shared_ptr<PcLogPerformanceSamplesAsCDM> cdm_;

@@ -4,6 +4,11 @@
 
 namespace zt::telemetry::collector::performancesamples {
 
+/// What the log tells where the system's WLAN service cannot be opened, and where a profile does not show its settings
+/// (in front of its name). Whether that is a failure depends on the machine.
+inline constexpr char kWlanOpenFailure[] = "Failed to open handle to WLAN interface";
+inline constexpr char kWlanProfileFailure[] = "Failed to retrieve WLAN profile for ";
+
 /// Runs the parts of `NetworkInfoMsg` that nothing outside it calls, for those who show a machine's network. Holds the
 /// object for as long as it lives itself.
 class NetworkInspection {

@@ -9,6 +9,7 @@
 #include "messages/log_text.h"
 #include "network/find_by_guid.h"
 #include "network/network_info_msg.h"
+#include "network/network_inspection.h"
 #include "network/profile_xml.h"
 #include "network/wlan_vocabulary.h"
 #include "platform/com_apartment.h"
@@ -20,9 +21,7 @@ namespace {
 using platform::WlanService;
 
 constexpr char kComFailure[] = "COM initialization failed";
-constexpr char kOpenFailure[] = "Failed to open handle to WLAN interface";
 constexpr char kEnumerationFailure[] = "Failed to enumerate WiFi interfaces";
-constexpr char kProfileFailure[] = "Failed to retrieve WLAN profile for ";
 constexpr char kPassFailure[] = "Error occurred while retrieving WLAN interface statistics: ";
 
 // Only profiles of the machine's administration, and those that connect by themselves, show their settings.
@@ -65,7 +64,7 @@ void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
     PLOG_ERROR << kComFailure;
   }
   try {
-    const WlanService wlan = Require(WlanService::Open().service, kOpenFailure);
+    const WlanService wlan = Require(WlanService::Open().service, kWlanOpenFailure);
     for (const std::wstring& guid : Require(wlan.Interfaces(), kEnumerationFailure)) {
       types::NetworkInterfaceInfo* const info = FindByGuid(interfaces, text::ToUtf8(guid));
       if (info == nullptr) continue;
@@ -75,7 +74,7 @@ void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
         profile.profile_name = text::ToUtf8(name);
         profile.is_current = !current.empty() && profile.profile_name == current;
         if (!ReadSecurity(wlan, guid, name, profile)) {
-          PLOG_ERROR << kProfileFailure << LogText(profile.profile_name);
+          PLOG_ERROR << kWlanProfileFailure << LogText(profile.profile_name);
         }
         info->w_lan_profiles.push_back(std::move(profile));
       }

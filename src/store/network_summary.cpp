@@ -1,15 +1,11 @@
+#include "store/network_summary.h"
+
 #include <cstdint>
 #include <exception>
 #include <string>
-#include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "collector/performance_samples.h"
-#include "messages/collection_id.h"
-#include "messages/local_time.h"
-#include "messages/perf_messages.h"
-#include "store/sample_database.h"
 #include "types/conversions.h"
 #include "zt/telemetry/common/utils.h"
 
@@ -139,16 +135,12 @@ bool FillHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
   AddInterfaces(hour, network);
   SetTcpStatistics(hour, network);
   SetFlags(hour, network);
-  record.set_local_time(CurrentRecordForm());
-  record.set_collection_id(HourlyCollectionId(row.at("hour_window"), PerfMessages::GetSN(), kIdSuffix));
-  record.set_sample_points_actual(Unsigned32(hour, "num_samples"));
+  StampHour(row, kIdSuffix, Unsigned32(hour, "num_samples"), record);
   return true;
 }
 
 void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
-  record.set_collection_id("");
-  record.clear_sample_points_actual();
-  record.clear_local_time();
+  ClearStamps(record);
   auto& network = *record.mutable_hw_info()->mutable_network_info();
   network.clear_interfaces_info();
   network.clear_tcp_i_p_v4_stats_info();
@@ -160,13 +152,11 @@ void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
 
 }  // namespace
 
-void PerformanceSamples::UploadNetworkSamples(void* rows) {
-  if (rows == nullptr) return;
-  const auto& hours = *static_cast<const std::vector<SummaryRow>*>(rows);
+void SendNetworkHours(const std::vector<SummaryRow>& hours, const SendRecord& send) {
   PcLogPerformanceSamplesAsCDM record;
   for (const SummaryRow& hour : hours) {
     try {
-      if (FillHour(hour, record)) AddSend(record);
+      if (FillHour(hour, record)) send(record);
     } catch (const std::exception&) {
       // An hour that breaks midway is dropped whole: half of its figures would pass for all of them.
     }

@@ -1,16 +1,11 @@
+#include "store/thermal_summary.h"
+
 #include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "collector/performance_samples.h"
-#include "messages/collection_id.h"
-#include "messages/local_time.h"
-#include "messages/perf_messages.h"
-#include "store/sample_database.h"
 #include "types/conversions.h"
-#include "zt/shared/wmi/wmi_client.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -113,18 +108,13 @@ void AddFans(const SummaryRow& row, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info
   AddFan(2, second, hw_info);
 }
 
-void StampHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
-  const unsigned long long samples = std::stoull(row.at("num_samples"));
-  record.set_local_time(CurrentRecordForm());
-  record.set_collection_id(HourlyCollectionId(row.at("hour_window"), PerfMessages::GetSN(), kIdSuffix));
-  record.set_sample_points_actual(static_cast<std::uint32_t>(samples));
+std::uint32_t NumberOfSamples(const SummaryRow& row) {
+  return static_cast<std::uint32_t>(std::stoull(row.at("num_samples")));
 }
 
 // The processor entry keeps its id and load for the next hour; everything that belongs to the hour goes.
 void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
-  record.set_collection_id("");
-  record.clear_sample_points_actual();
-  record.clear_local_time();
+  ClearStamps(record);
   auto& hw_info = *record.mutable_hw_info();
   if (!hw_info.cpus_info().empty()) hw_info.mutable_cpus_info(0)->clear_temperature_sensors_info();
   hw_info.clear_system_board_info();
@@ -143,11 +133,9 @@ void Guarded(const Block& block) {
 
 }  // namespace
 
-void PerformanceSamples::UploadThermalSamples(void* rows, void* wmi) {
-  if (rows == nullptr || wmi == nullptr) return;
-  const auto& hours = *static_cast<const std::vector<SummaryRow>*>(rows);
+void SendThermalHours(const std::vector<SummaryRow>& hours, shared::wmi::WMIClient& wmi, const SendRecord& send) {
   if (hours.empty()) return;
-  const auto processors = ListProcessors(*static_cast<WMIClient*>(wmi));
+  const auto processors = ListProcessors(wmi);
 
   PcLogPerformanceSamplesAsCDM record;
   auto& hw_info = *record.mutable_hw_info();
@@ -157,8 +145,8 @@ void PerformanceSamples::UploadThermalSamples(void* rows, void* wmi) {
     Guarded([&] { AddBoardTemperatures(hour, hw_info); });
     Guarded([&] { AddFans(hour, hw_info); });
     Guarded([&] {
-      StampHour(hour, record);
-      AddSend(record);
+      StampHour(hour, kIdSuffix, NumberOfSamples(hour), record);
+      send(record);
     });
     ResetHour(record);
   }

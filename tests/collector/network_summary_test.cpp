@@ -1,3 +1,7 @@
+#include "store/network_summary.h"
+
+#include <stdexcept>
+
 #include <nlohmann/json.hpp>
 
 #include "collector_fixture.h"
@@ -331,6 +335,17 @@ TEST_F(NetworkSummary, AFailedSendDoesNotStopTheNextHour) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   Upload({Hour(), Hour()});
   EXPECT_THAT(sink_->sent, SizeIs(2));
+}
+
+TEST_F(NetworkSummary, ASendThatThrowsDoesNotStopTheNextHour) {
+  const SummaryRow row = {{"hour_window", "2024-05-01T10:00:00.000Z"}, {"network_info", Hour().dump()}};
+  int sends = 0;
+  const auto send = [&](const PcLogPerformanceSamplesAsCDM&) {
+    ++sends;
+    throw std::runtime_error("no upload today");
+  };
+  SendNetworkHours({row, row}, send);
+  EXPECT_EQ(sends, 2);
 }
 
 TEST_F(NetworkSummary, NoFigureOfASentHourIsLeftInTheNextThatBreaksOff) {

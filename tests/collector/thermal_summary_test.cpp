@@ -1,4 +1,7 @@
+#include "store/thermal_summary.h"
+
 #include <cmath>
+#include <stdexcept>
 
 #include "collector_fixture.h"
 #include "store/sample_database.h"
@@ -315,6 +318,18 @@ TEST_F(ThermalSummary, AFailedSendDoesNotStopTheNextHour) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   Upload({Hour(), Hour()});
   EXPECT_THAT(sink_->sent, SizeIs(2));
+}
+
+TEST_F(ThermalSummary, ASendThatThrowsDoesNotStopTheNextHour) {
+  simulation::UseMachine(machine_);
+  shared::wmi::WMIClient wmi(shared::wmi::kSystemNamespace);
+  int sends = 0;
+  const auto send = [&](const PcLogPerformanceSamplesAsCDM&) {
+    ++sends;
+    throw std::runtime_error("no upload today");
+  };
+  SendThermalHours({Hour(), Hour()}, wmi, send);
+  EXPECT_EQ(sends, 2);
 }
 
 TEST_F(ThermalSummary, LeavesTheLiveRecordAlone) {

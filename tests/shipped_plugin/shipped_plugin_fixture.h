@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "host/loaded_plugin.h"
+#include "host/collect/loaded_plugin.h"
 #include "store/sample_store_fixture.h"
 #include "support/recording_log.h"
 #include "support/recording_sink.h"

@@ -1,11 +1,10 @@
 #include "samplers/gpu/gpu_info_msg.h"
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 
+#include "messages/thermal_reply.h"
 #include "samplers/gpu/amd_card_info.h"
 #include "samplers/gpu/gpu_entry.h"
 #include "samplers/gpu/intel_card_info.h"
@@ -19,12 +18,6 @@ using VendorTable = std::map<int, std::shared_ptr<AbstractGPUVendor>>;
 
 constexpr int kMaximumCards = 32;
 constexpr wchar_t kControllersQuery[] = L"SELECT PNPDeviceID FROM Win32_VideoController";
-
-// The firmware's thermal readings: how many there are, then that of the graphics.
-constexpr int kThermalReadings = 1;
-constexpr std::size_t kThermalReplySize = 128;
-constexpr std::size_t kCountOffset = 0;
-constexpr std::size_t kGraphicsOffset = 1;
 
 // Without a client (null) there is nobody to ask for Intel's graphics: not asked is as good as not found.
 VendorTable MakeVendors(shared::wmi::WMIClient* wmi) {
@@ -73,9 +66,9 @@ void GPUInfoMsg::AlternativeSNRetrieval(std::string& serial) {
 void GPUInfoMsg::AlternativeTempRetrieval(unsigned int& temperature, unsigned long* /*returnCode*/,
                                           std::vector<unsigned char>* /*output*/) {
   try {
-    std::array<std::uint8_t, kThermalReplySize> reply{};
+    ThermalReply reply{};
     const std::uint32_t outcome = GetThermalDataFromPrivateBiosWmi(kThermalReadings, reply.data());
-    if (outcome == 0 && reply[kCountOffset] > 0) temperature = reply[kGraphicsOffset];
+    if (outcome == 0 && reply[kReadingCount] > 0) temperature = reply[kGraphicsReading];
   } catch (...) {
     // As for the serial number.
   }

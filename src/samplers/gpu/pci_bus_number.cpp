@@ -102,4 +102,8 @@ std::uint32_t PciBusNumber(std::string_view vendor_id, std::string_view device_i
   return 0;
 }
 
+std::uint32_t PciAdaptersFailure() {
+  return platform::RegistrySubkeys(kAdapters).failure;
+}
+
 }  // namespace zt::telemetry::collector::performancesamples

@@ -10,11 +10,14 @@
 
 namespace zt::shared::wmi {
 
+/// The namespace in which Windows describes the machine and its system.
+inline constexpr wchar_t kSystemNamespace[] = LR"(\\.\root\cimv2)";
+
 /// Runs WQL queries on one WMI namespace and walks their rows. One query at a time: a new one drops the rows of the one
 /// before. For one thread; COM is joined as the thread has it, initialised only where it is not, and left as found.
 class ZT_WMI_CLIENT_EXPORT WMIClient {
  public:
-  /// A client of `wmi_namespace`, for example "\\.\root\cimv2". The first query connects to it; a failure to connect,
+  /// A client of `wmi_namespace`, for example `kSystemNamespace`. The first query connects to it; a failure to connect,
   /// which may take the system two minutes, is the status of that query and of every other one.
   explicit WMIClient(const std::wstring& wmi_namespace);
   ~WMIClient();

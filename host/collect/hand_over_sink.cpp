@@ -1,4 +1,4 @@
-#include "host/hand_over_sink.h"
+#include "host/collect/hand_over_sink.h"
 
 #include <exception>
 #include <typeinfo>

@@ -5,7 +5,7 @@
 
 #include "performance_samples_upload.pb.h"
 
-namespace zt::telemetry::inspection {
+namespace zt::telemetry::host::inspection {
 
 enum class SourceState {
   kPresent,
@@ -27,4 +27,4 @@ struct SourceReport {
   contract::upload::log::PcLogPerformanceSamplesAsCDM figures;
 };
 
-}  // namespace zt::telemetry::inspection
+}  // namespace zt::telemetry::host::inspection

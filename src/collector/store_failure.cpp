@@ -1,4 +1,4 @@
-#include "messages/store_failure.h"
+#include "collector/store_failure.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {

@@ -1,13 +1,15 @@
+// The stage that ends a cycle, and what else `PerfMessages` hands over: here and not beside that class, since it goes
+// through the collector.
 #include <plog/Log.h>
 
 #include <vector>
 
 #include "collector/performance_samples.h"
+#include "collector/store_failure.h"
 #include "messages/collection_id.h"
 #include "messages/local_time.h"
 #include "messages/log_text.h"
 #include "messages/perf_messages.h"
-#include "messages/store_failure.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace zt::telemetry::inspection {
+namespace zt::telemetry::host::inspection {
 
 /// As long as it lives, each table of WMI that could not be queried becomes a line of `failures`: the collector counts
 /// several such queries as ones without rows. One at a time.
@@ -15,4 +15,4 @@ class FailedQueries {
   FailedQueries& operator=(const FailedQueries&) = delete;
 };
 
-}  // namespace zt::telemetry::inspection
+}  // namespace zt::telemetry::host::inspection

@@ -1,14 +1,14 @@
-#include "host/collect.h"
+#include "host/collect/collect.h"
 
 #include <fstream>
 #include <memory>
 #include <string>
 #include <system_error>
 
+#include "host/collect/hand_over_sink.h"
+#include "host/collect/loaded_plugin.h"
 #include "host/failure.h"
 #include "host/files.h"
-#include "host/hand_over_sink.h"
-#include "host/loaded_plugin.h"
 #include "host/log_appender.h"
 #include "host/machine_choice.h"
 #include "host/program_environment.h"

@@ -1,22 +1,22 @@
-#include "zt/inspection/inspect_network.h"
+#include "host/inspection/inspect_network.h"
 
 #include <cstdint>
 
-#include "failed_queries.h"
-#include "failure_text.h"
+#include "host/inspection/failed_queries.h"
+#include "messages/source_failure.h"
 #include "network/network_info_msg.h"
 #include "network/network_inspection.h"
 #include "platform/wlan_service.h"
 #include "plugin/logger_export.h"
 
-namespace zt::telemetry::inspection {
+namespace zt::telemetry::host::inspection {
 namespace {
 
-namespace platform = collector::performancesamples::platform;
-using collector::performancesamples::NetworkInfoMsg;
-using collector::performancesamples::NetworkInspection;
+namespace samples = collector::performancesamples;
+namespace platform = samples::platform;
+using samples::NetworkInfoMsg;
+using samples::NetworkInspection;
 
-constexpr wchar_t kWmiNamespace[] = LR"(\\.\root\cimv2)";
 // The service is there and does not run: Windows starts it where there is Wi-Fi.
 constexpr std::uint32_t kServiceNotActive = 1062;
 
@@ -25,7 +25,7 @@ void RunSafely(const Part& part, NetworkReport& report) {
   try {
     part();
   } catch (...) {
-    report.failures.push_back(CurrentFailureText());
+    report.failures.push_back(samples::CurrentSourceFailure().own_words);
   }
 }
 
@@ -35,14 +35,12 @@ bool HasWlanService() {
 }
 
 }  // namespace
-}  // namespace zt::telemetry::inspection
 
-void ztInspectNetwork(plog::Severity log_level, plog::IAppender* log,
-                      zt::telemetry::inspection::NetworkReport& report) {
-  using namespace zt::telemetry::inspection;
-  ztSharedInitializeLogger(log_level, log);
+NetworkReport InspectNetwork(plog::Severity log_level, plog::IAppender& log) {
+  ztSharedInitializeLogger(log_level, &log);
+  NetworkReport report;
   const FailedQueries failed_queries(report.failures);
-  zt::shared::wmi::WMIClient wmi(kWmiNamespace);
+  shared::wmi::WMIClient wmi(shared::wmi::kSystemNamespace);
   NetworkInfoMsg::SampleRows rows;
   NetworkInfoMsg network(&wmi, &rows);
   NetworkInspection inspection(network);
@@ -55,4 +53,12 @@ void ztInspectNetwork(plog::Severity log_level, plog::IAppender* log,
   report.is_vpn_connected = network.is_vpn_connected_;
   report.has_network_access = network.has_network_access_;
   report.has_internet_access = network.has_internet_access_;
+  return report;
 }
+
+bool TellsOfFailure(const std::string& error, const NetworkReport& report) {
+  if (error.starts_with(samples::kWlanProfileFailure)) return false;
+  return report.has_wlan_service || !error.ends_with(samples::kWlanOpenFailure);
+}
+
+}  // namespace zt::telemetry::host::inspection

@@ -1,4 +1,4 @@
-#include "host/loaded_plugin.h"
+#include "host/collect/loaded_plugin.h"
 
 #include <cstring>
 #include <string>

@@ -1,4 +1,4 @@
-#include "failed_queries.h"
+#include "host/inspection/failed_queries.h"
 
 #include <zt/text/wide_text.h>
 
@@ -7,10 +7,10 @@
 #include <string_view>
 #include <utility>
 
-#include "failure_text.h"
+#include "messages/source_failure.h"
 #include "zt/shared/wmi/query_failures.h"
 
-namespace zt::telemetry::inspection {
+namespace zt::telemetry::host::inspection {
 namespace {
 
 // A table may be queried once for each interface: the first failure stands for all of one kind.
@@ -33,7 +33,7 @@ std::string TableOf(const std::wstring& wql) {
 
 FailedQueries::FailedQueries(std::vector<std::string>& failures) {
   shared::wmi::ObserveFailures([&failures](const std::wstring& wql, std::int32_t status) {
-    const std::string code = StatusText(static_cast<std::uint32_t>(status));
+    const std::string code = collector::performancesamples::StatusText(static_cast<std::uint32_t>(status));
     AddOnce("Error while querying " + TableOf(wql) + " (status " + code + ")", failures);
   });
 }
@@ -42,4 +42,4 @@ FailedQueries::~FailedQueries() {
   shared::wmi::ObserveFailures({});
 }
 
-}  // namespace zt::telemetry::inspection
+}  // namespace zt::telemetry::host::inspection

@@ -6,7 +6,7 @@
 #include "types/network_interface_info.h"
 #include "types/tcp_stats.h"
 
-namespace zt::telemetry::inspection {
+namespace zt::telemetry::host::inspection {
 
 namespace types = collector::performancesamples::types;
 
@@ -25,4 +25,4 @@ struct NetworkReport {
   std::vector<std::string> failures;
 };
 
-}  // namespace zt::telemetry::inspection
+}  // namespace zt::telemetry::host::inspection
