@@ -19,6 +19,12 @@ class FakeLibrary {
     return *this;
   }
 
+  /// Exports the function of this name no more.
+  template <base::EntryName name>
+  void Withdraw() {
+    functions_.erase(name.text);
+  }
+
   template <typename Function>
   Function* Find(const char* name) const {
     const auto found = functions_.find(name);
