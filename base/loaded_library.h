@@ -20,7 +20,7 @@ class LoadedLibrary {
   static LoadedLibrary OfSystem(const std::filesystem::path& name);
 
   /// A library by its name. `search_flags`: where to look, as `LoadLibraryExW` takes it; other systems look where they
-  /// always do. The system's last error tells why there is none.
+  /// always do. Where there is none, the system's last error (its loader's, elsewhere) says why.
   static LoadedLibrary Search(const std::filesystem::path& name, std::uint32_t search_flags);
 
   /// False when the library is missing or cannot be loaded.
