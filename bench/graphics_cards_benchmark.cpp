@@ -26,7 +26,7 @@ void LoadingAndUnloadingNvml(benchmark::State& state) {
   simulation::UseMachine(simulation::ReadShippedProfile(kFourCards));
   for (auto unused : state) {
     const auto library = samples::platform::Library::Load(samples::platform::NvmlFiles().back());
-    if (library.Find<nvmlInit_v2_t>("nvmlInit_v2") == nullptr) state.SkipWithError("the library was not loaded");
+    if (!samples::nvml::Functions::In(library).IsComplete()) state.SkipWithError("the library was not loaded");
   }
 }
 BENCHMARK(LoadingAndUnloadingNvml)->Unit(benchmark::kMicrosecond);

@@ -38,7 +38,7 @@ endfunction()
 # A shared library for each machine, or a static one. SOURCES are for every machine, REAL and SIMULATED are the machine's
 # own. Public headers lie in the INCLUDE folders, by default include/. M_EXPORT marks what a shared library exports, by
 # the generated header zt/<m in lower case>_export.h. LINK is linked, and passed on to users; LINK_INSIDE, LINK_REAL and
-# LINK_SIMULATED are not passed on.
+# LINK_SIMULATED are not passed on. Everything links zt-base.
 #
 # NAME-parts is the same objects as an archive: for tests of what a shared library does not export. Who links both names
 # NAME first, so that what it exports is taken from there.
@@ -64,7 +64,7 @@ function(zt_library name)
     if(ARG_MACRO)
       target_compile_definitions(${target} PRIVATE ${ARG_MACRO}_EXPORTS)
     endif()
-    target_link_libraries(${target} PRIVATE zt_options)
+    target_link_libraries(${target} PRIVATE zt_options zt-base)
     zt_link(${target} ${machine} PUBLIC ${ARG_LINK})
     zt_link(${target} ${machine} PRIVATE ${ARG_LINK_INSIDE})
   endfunction()
@@ -103,7 +103,7 @@ function(zt_library name)
       set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
       target_include_directories(${target} INTERFACE ${ARG_INCLUDE} ${generated})
       zt_link(${target} ${machine} PUBLIC ${ARG_LINK})
-      zt_link(${target} ${machine} ${scope} ${ARG_LINK_INSIDE} ${ARG_LINK_${MACHINE}})
+      zt_link(${target} ${machine} ${scope} zt-base ${ARG_LINK_INSIDE} ${ARG_LINK_${MACHINE}})
       zt_place(${target} ${machine})
     endforeach()
     set_target_properties(${name}.${machine} PROPERTIES OUTPUT_NAME ${ARG_OUTPUT_NAME})
@@ -132,7 +132,7 @@ function(zt_program name)
     add_executable(${target} ${ARG_SOURCES} ${ARG_${MACHINE}})
     set_target_properties(${target} PROPERTIES OUTPUT_NAME ${name})
     target_link_libraries(${target} PRIVATE zt_options)
-    zt_link(${target} ${machine} PRIVATE ${ARG_LINK})
+    zt_link(${target} ${machine} PRIVATE ${ARG_LINK} zt-base)
     zt_place(${target} ${machine})
   endforeach()
 endfunction()

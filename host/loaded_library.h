@@ -1,7 +1,8 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
+
+#include "base/loaded_library.h"
 
 namespace zt::telemetry::host {
 
@@ -16,13 +17,10 @@ class LoadedLibrary {
   explicit LoadedLibrary(const std::filesystem::path& file);
 
   /// Address of an exported name, null when the file exports no such name.
-  void* Find(const char* name) const;
+  void* Find(const char* name) const { return library_.FindAddress(name); }
 
  private:
-  struct Release {
-    void operator()(void* handle) const;
-  };
-  std::unique_ptr<void, Release> handle_;
+  base::LoadedLibrary library_;
 };
 
 }  // namespace zt::telemetry::host

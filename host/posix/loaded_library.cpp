@@ -9,19 +9,10 @@ namespace zt::telemetry::host {
 
 const char kLibrarySuffix[] = ".so";
 
-void LoadedLibrary::Release::operator()(void* handle) const {
-  ::dlclose(handle);
-}
-
-LoadedLibrary::LoadedLibrary(const std::filesystem::path& file)
-    : handle_(::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-  if (handle_ != nullptr) return;
+LoadedLibrary::LoadedLibrary(const std::filesystem::path& file) : library_(base::LoadedLibrary::OfFile(file)) {
+  if (library_) return;
   const char* const reason = ::dlerror();
   throw WrongUsage("cannot load " + PathText(file) + ": " + (reason != nullptr ? reason : "no reason given"));
-}
-
-void* LoadedLibrary::Find(const char* name) const {
-  return ::dlsym(handle_.get(), name);
 }
 
 }  // namespace zt::telemetry::host

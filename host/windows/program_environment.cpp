@@ -6,9 +6,9 @@
 #include <shellapi.h>
 #include <stdio.h>
 
-#include <memory>
 #include <system_error>
 
+#include "base/windows/system_memory.h"
 #include "zt/text/wide_text.h"
 
 namespace zt::telemetry::host {
@@ -16,10 +16,6 @@ namespace {
 
 // Where Wine shows the Unix machine's files.
 const std::wstring kUnixDrive = L"Z:";
-
-struct LocalFreeDeleter {
-  void operator()(wchar_t** memory) const { ::LocalFree(memory); }
-};
 
 // Wine tells itself by a function that Windows does not have.
 bool RunsUnderWine() {
@@ -31,7 +27,7 @@ bool RunsUnderWine() {
 
 std::vector<std::string> ProgramArguments(int, char**) {
   int count = 0;
-  const std::unique_ptr<wchar_t*, LocalFreeDeleter> values(::CommandLineToArgvW(::GetCommandLineW(), &count));
+  const base::UniqueLocalMemory<wchar_t*> values(::CommandLineToArgvW(::GetCommandLineW(), &count));
   std::vector<std::string> arguments;
   for (int i = 1; values != nullptr && i < count; ++i) arguments.push_back(text::ToUtf8(values.get()[i]));
   return arguments;

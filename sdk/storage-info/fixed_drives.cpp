@@ -6,10 +6,11 @@
 #include <map>
 #include <string_view>
 
+#include "base/trimmed.h"
+
 namespace zt::shared::storage {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\n\v\f\r";
 constexpr std::string_view kHexDigits = "0123456789ABCDEFabcdef";
 
 // External and network buses, virtual disks and pools of disks are not among them.
@@ -17,9 +18,7 @@ constexpr std::array kFixedBuses = {BusType::kScsi, BusType::kAtapi, BusType::kA
                                     BusType::kSata, BusType::kMmc,   BusType::kNvme, BusType::kScm,  BusType::kUfs};
 
 std::string Trim(std::string_view text) {
-  const std::size_t start = text.find_first_not_of(kBlanks);
-  if (start == std::string_view::npos) return {};
-  return std::string(text.substr(start, text.find_last_not_of(kBlanks) - start + 1));
+  return std::string(base::Trimmed(text, " \t\n\v\f\r"));
 }
 
 // Takes off the number of the NVMe namespace: "_", eight hexadecimal digits and a full stop.

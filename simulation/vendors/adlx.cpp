@@ -1,6 +1,5 @@
 // The stand-in of AMD's device library: answers from the machine's "adlx" facts.
 #include <string>
-#include <type_traits>
 
 #include "samplers/gpu/adlx_api.h"
 #include "simulation/machine.h"
@@ -10,6 +9,8 @@
 #include "zt/zt_adlx_export.h"
 
 namespace zt::simulation {
+
+using base::FunctionIn;
 
 std::vector<std::unique_ptr<CountedObject>>& HandedOutObjects() {
   static std::vector<std::unique_ptr<CountedObject>> objects;
@@ -113,41 +114,44 @@ bool IsLibraryStarted() {
   return is_started;
 }
 
-}  // namespace zt::simulation
-
-using zt::simulation::CurrentVendorRecord;
-
 extern "C" {
 
-ZT_ADLX_EXPORT ADLX_RESULT ADLXQueryFullVersion(std::uint64_t* version) {
+// Each function is of the type by which the collector calls it: one of another type does not compile.
+ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXQueryFullVersion"> ADLXQueryFullVersion;
+ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXQueryVersion"> ADLXQueryVersion;
+ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXInitialize"> ADLXInitialize;
+ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXInitializeWithIncompatibleDriver"> ADLXInitializeWithIncompatibleDriver;
+ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXInitializeWithCallerAdl"> ADLXInitializeWithCallerAdl;
+ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXTerminate"> ADLXTerminate;
+
+ADLX_RESULT ADLXQueryFullVersion(std::uint64_t* version) {
   CurrentVendorRecord().Note("ADLXQueryFullVersion");
-  *version = zt::simulation::kVersion;
+  *version = kVersion;
   return ADLX_OK;
 }
 
-ZT_ADLX_EXPORT ADLX_RESULT ADLXQueryVersion(const char** version) {
+ADLX_RESULT ADLXQueryVersion(const char** version) {
   CurrentVendorRecord().Note("ADLXQueryVersion");
-  *version = zt::simulation::kVersionText;
+  *version = kVersionText;
   return ADLX_OK;
 }
 
-ZT_ADLX_EXPORT ADLX_RESULT ADLXInitialize(std::uint64_t version, IADLXSystem** system) {
-  return zt::simulation::Start("ADLXInitialize", version, system);
+ADLX_RESULT ADLXInitialize(std::uint64_t version, IADLXSystem** system) {
+  return Start("ADLXInitialize", version, system);
 }
 
-ZT_ADLX_EXPORT ADLX_RESULT ADLXInitializeWithIncompatibleDriver(std::uint64_t version, IADLXSystem** system) {
-  return zt::simulation::Start("ADLXInitializeWithIncompatibleDriver", version, system);
+ADLX_RESULT ADLXInitializeWithIncompatibleDriver(std::uint64_t version, IADLXSystem** system) {
+  return Start("ADLXInitializeWithIncompatibleDriver", version, system);
 }
 
-ZT_ADLX_EXPORT ADLX_RESULT ADLXInitializeWithCallerAdl(std::uint64_t version, IADLXSystem** system,
-                                                       void** /*adl_mapping*/, void* /*adl_context*/,
-                                                       void (* /*free_adl_memory*/)(void** buffer)) {
-  return zt::simulation::Start("ADLXInitializeWithCallerAdl", version, system);
+ADLX_RESULT ADLXInitializeWithCallerAdl(std::uint64_t version, IADLXSystem** system, void** /*adl_mapping*/,
+                                        void* /*adl_context*/, void (* /*free_adl_memory*/)(void** buffer)) {
+  return Start("ADLXInitializeWithCallerAdl", version, system);
 }
 
-ZT_ADLX_EXPORT ADLX_RESULT ADLXTerminate() {
+ADLX_RESULT ADLXTerminate() {
   CurrentVendorRecord().Note("ADLXTerminate");
-  zt::simulation::is_started = false;
+  is_started = false;
   if (CurrentVendorRecord().live_references != 0) {
     CurrentVendorRecord().faults.emplace_back("terminated before every interface was released");
   }
@@ -156,10 +160,4 @@ ZT_ADLX_EXPORT ADLX_RESULT ADLXTerminate() {
 
 }  // extern "C"
 
-// Each function is of the type by which the collector calls it.
-static_assert(std::is_same_v<decltype(ADLXQueryFullVersion), ADLXQueryFullVersion_t>);
-static_assert(std::is_same_v<decltype(ADLXQueryVersion), ADLXQueryVersion_t>);
-static_assert(std::is_same_v<decltype(ADLXInitializeWithCallerAdl), ADLXInitializeWithCallerAdl_t>);
-static_assert(std::is_same_v<decltype(ADLXInitializeWithIncompatibleDriver), ADLXInitializeWithIncompatibleDriver_t>);
-static_assert(std::is_same_v<decltype(ADLXInitialize), ADLXInitialize_t>);
-static_assert(std::is_same_v<decltype(ADLXTerminate), ADLXTerminate_t>);
+}  // namespace zt::simulation

@@ -9,6 +9,9 @@
 
 namespace zt::simulation {
 
+namespace adlx = telemetry::collector::performancesamples::adlx;
+using namespace adlx;
+
 inline ADLX_RESULT ToResult(std::uint32_t status) {
   return static_cast<ADLX_RESULT>(status);
 }

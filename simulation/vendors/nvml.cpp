@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
-#include <type_traits>
 
 #include "samplers/gpu/nvml_api.h"
 #include "simulation/machine.h"
@@ -11,6 +10,11 @@
 #include "zt/zt_nvml_export.h"
 
 namespace zt::simulation {
+
+namespace nvml = telemetry::collector::performancesamples::nvml;
+using namespace nvml;
+using base::FunctionIn;
+
 namespace {
 
 constexpr unsigned int kSamplingPeriodUs = 167'000;
@@ -81,21 +85,27 @@ nvmlReturn_t GiveUtilization(const char* function, nvmlDevice_t handle, Optional
 }
 
 }  // namespace
-}  // namespace zt::simulation
-
-using zt::simulation::Answered;
-using zt::simulation::CurrentMachine;
-using zt::simulation::FindDevice;
-using zt::simulation::Give;
-using zt::simulation::NvmlDevice;
-using zt::simulation::Record;
-using zt::simulation::starts;
-using zt::simulation::ToHandle;
-using zt::simulation::ToReturn;
 
 extern "C" {
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlInit_v2() {
+// Each function is of the type by which the collector calls it: one of another type does not compile.
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlInit_v2"> nvmlInit_v2;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlShutdown"> nvmlShutdown;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetCount_v2"> nvmlDeviceGetCount_v2;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetHandleByIndex_v2"> nvmlDeviceGetHandleByIndex_v2;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetSerial"> nvmlDeviceGetSerial;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetPciInfo_v3"> nvmlDeviceGetPciInfo_v3;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetCurrentClocksThrottleReasons">
+    nvmlDeviceGetCurrentClocksThrottleReasons;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetTemperature"> nvmlDeviceGetTemperature;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetClock"> nvmlDeviceGetClock;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetMemoryBusWidth"> nvmlDeviceGetMemoryBusWidth;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetMemoryInfo"> nvmlDeviceGetMemoryInfo;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetUtilizationRates"> nvmlDeviceGetUtilizationRates;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetEncoderUtilization"> nvmlDeviceGetEncoderUtilization;
+ZT_NVML_EXPORT FunctionIn<nvml::Functions, "nvmlDeviceGetDecoderUtilization"> nvmlDeviceGetDecoderUtilization;
+
+nvmlReturn_t nvmlInit_v2() {
   Record("nvmlInit_v2");
   const auto& nvml = CurrentMachine().nvml;
   if (!nvml) return NVML_ERROR_DRIVER_NOT_LOADED;
@@ -104,14 +114,14 @@ ZT_NVML_EXPORT nvmlReturn_t nvmlInit_v2() {
   return result;
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlShutdown() {
+nvmlReturn_t nvmlShutdown() {
   Record("nvmlShutdown");
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
   --starts;
   return NVML_SUCCESS;
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* count) {
+nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* count) {
   Record("nvmlDeviceGetCount_v2");
   const auto& nvml = CurrentMachine().nvml;
   if (starts == 0 || !nvml) return NVML_ERROR_UNINITIALIZED;
@@ -120,7 +130,7 @@ ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* count) {
   return NVML_SUCCESS;
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int index, nvmlDevice_t* device) {
+nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int index, nvmlDevice_t* device) {
   Record("nvmlDeviceGetHandleByIndex_v2");
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
   const NvmlDevice* const found = FindDevice(ToHandle(index));
@@ -129,32 +139,28 @@ ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int index, nv
   return ToReturn(found->open);
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetSerial(nvmlDevice_t device, char* serial, unsigned int capacity) {
+nvmlReturn_t nvmlDeviceGetSerial(nvmlDevice_t device, char* serial, unsigned int capacity) {
   return Answered("nvmlDeviceGetSerial", device, serial,
-                  [&](const NvmlDevice& facts) { return zt::simulation::GiveText(facts.serial, serial, capacity); });
+                  [&](const NvmlDevice& facts) { return GiveText(facts.serial, serial, capacity); });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t device, nvmlPciInfo_t* pci) {
-  return Answered("nvmlDeviceGetPciInfo_v3", device, pci, [&](const NvmlDevice& facts) {
-    return zt::simulation::GiveText(facts.bus_id, pci->busId, sizeof pci->busId);
-  });
+nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t device, nvmlPciInfo_t* pci) {
+  return Answered("nvmlDeviceGetPciInfo_v3", device, pci,
+                  [&](const NvmlDevice& facts) { return GiveText(facts.bus_id, pci->busId, sizeof pci->busId); });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device,
-                                                                      unsigned long long* reasons) {
+nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsigned long long* reasons) {
   return Answered("nvmlDeviceGetCurrentClocksThrottleReasons", device, reasons,
                   [&](const NvmlDevice& facts) { return Give(facts.throttle_reasons, *reasons); });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetTemperature(nvmlDevice_t device, nvmlTemperatureSensors_t sensor,
-                                                     unsigned int* celsius) {
+nvmlReturn_t nvmlDeviceGetTemperature(nvmlDevice_t device, nvmlTemperatureSensors_t sensor, unsigned int* celsius) {
   return Answered("nvmlDeviceGetTemperature", device, celsius, [&](const NvmlDevice& facts) {
     return sensor == NVML_TEMPERATURE_GPU ? Give(facts.temperature_celsius, *celsius) : NVML_ERROR_INVALID_ARGUMENT;
   });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetClock(nvmlDevice_t device, nvmlClockType_t type, nvmlClockId_t id,
-                                               unsigned int* mhz) {
+nvmlReturn_t nvmlDeviceGetClock(nvmlDevice_t device, nvmlClockType_t type, nvmlClockId_t id, unsigned int* mhz) {
   const auto read = [&](const NvmlDevice& facts) {
     if (id != NVML_CLOCK_ID_CURRENT) return NVML_ERROR_NOT_SUPPORTED;
     if (type == NVML_CLOCK_GRAPHICS) return Give(facts.graphics_clock_mhz, *mhz);
@@ -163,12 +169,12 @@ ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetClock(nvmlDevice_t device, nvmlClockTyp
   return Answered("nvmlDeviceGetClock", device, mhz, read, "(" + std::to_string(type) + ")");
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetMemoryBusWidth(nvmlDevice_t device, unsigned int* bits) {
+nvmlReturn_t nvmlDeviceGetMemoryBusWidth(nvmlDevice_t device, unsigned int* bits) {
   return Answered("nvmlDeviceGetMemoryBusWidth", device, bits,
                   [&](const NvmlDevice& facts) { return Give(facts.memory_bus_width_bits, *bits); });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetMemoryInfo(nvmlDevice_t device, nvmlMemory_t* memory) {
+nvmlReturn_t nvmlDeviceGetMemoryInfo(nvmlDevice_t device, nvmlMemory_t* memory) {
   return Answered("nvmlDeviceGetMemoryInfo", device, memory, [&](const NvmlDevice& facts) {
     nvmlMemory_t answer{};
     const nvmlReturn_t total = Give(facts.memory_total_bytes, answer.total);
@@ -180,38 +186,23 @@ ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetMemoryInfo(nvmlDevice_t device, nvmlMem
   });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetUtilizationRates(nvmlDevice_t device, nvmlUtilization_t* rates) {
+nvmlReturn_t nvmlDeviceGetUtilizationRates(nvmlDevice_t device, nvmlUtilization_t* rates) {
   return Answered("nvmlDeviceGetUtilizationRates", device, rates,
                   [&](const NvmlDevice& facts) { return Give(facts.gpu_percent, rates->gpu); });
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetEncoderUtilization(nvmlDevice_t device, unsigned int* percent,
-                                                            unsigned int* sampling_period_us) {
-  return zt::simulation::GiveUtilization("nvmlDeviceGetEncoderUtilization", device, &NvmlDevice::encoder_percent,
-                                         percent, sampling_period_us);
+nvmlReturn_t nvmlDeviceGetEncoderUtilization(nvmlDevice_t device, unsigned int* percent,
+                                             unsigned int* sampling_period_us) {
+  return GiveUtilization("nvmlDeviceGetEncoderUtilization", device, &NvmlDevice::encoder_percent, percent,
+                         sampling_period_us);
 }
 
-ZT_NVML_EXPORT nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* percent,
-                                                            unsigned int* sampling_period_us) {
-  return zt::simulation::GiveUtilization("nvmlDeviceGetDecoderUtilization", device, &NvmlDevice::decoder_percent,
-                                         percent, sampling_period_us);
+nvmlReturn_t nvmlDeviceGetDecoderUtilization(nvmlDevice_t device, unsigned int* percent,
+                                             unsigned int* sampling_period_us) {
+  return GiveUtilization("nvmlDeviceGetDecoderUtilization", device, &NvmlDevice::decoder_percent, percent,
+                         sampling_period_us);
 }
 
 }  // extern "C"
 
-// Each function is of the type by which the collector calls it.
-static_assert(std::is_same_v<decltype(nvmlInit_v2), nvmlInit_v2_t>);
-static_assert(std::is_same_v<decltype(nvmlShutdown), nvmlShutdown_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetCount_v2), nvmlDeviceGetCount_v2_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetHandleByIndex_v2), nvmlDeviceGetHandleByIndex_v2_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetSerial), nvmlDeviceGetSerial_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetPciInfo_v3), nvmlDeviceGetPciInfo_v3_t>);
-static_assert(
-    std::is_same_v<decltype(nvmlDeviceGetCurrentClocksThrottleReasons), nvmlDeviceGetCurrentClocksThrottleReasons_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetTemperature), nvmlDeviceGetTemperature_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetClock), nvmlDeviceGetClock_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetMemoryBusWidth), nvmlDeviceGetMemoryBusWidth_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetMemoryInfo), nvmlDeviceGetMemoryInfo_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetUtilizationRates), nvmlDeviceGetUtilizationRates_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetEncoderUtilization), nvmlDeviceGetEncoderUtilization_t>);
-static_assert(std::is_same_v<decltype(nvmlDeviceGetDecoderUtilization), nvmlDeviceGetDecoderUtilization_t>);
+}  // namespace zt::simulation

@@ -2,7 +2,6 @@
 #include <zt/text/wide_text.h>
 
 #include <string>
-#include <typeinfo>
 
 #include "network/connection_vocabulary.h"
 #include "network/find_by_guid.h"
@@ -25,11 +24,14 @@ constexpr char kListFailure[] = "Failed to retrieve network list.";
 constexpr char kNoMessageStart[] = "The system cannot find message text for error code ";
 constexpr char kNoMessageEnd[] = "\r\n";
 
+// What an error of the network list comes from.
+constexpr char kSource[] = "NetworkListManager";
+
 constexpr char kConnected[] = "Connected";
 
 [[noreturn]] void Throw(const char* description, std::int32_t status) {
   const std::string without_text = kNoMessageStart + std::to_string(status) + kNoMessageEnd;
-  throw common::Error(common::Error::kCallFailed, status, description, typeid(NetworkList).name(),
+  throw common::Error(common::Error::kCallFailed, status, description, kSource,
                       platform::SystemMessage(status).value_or(without_text));
 }
 

@@ -21,6 +21,7 @@ namespace {
 using platform::WlanService;
 
 constexpr char kComFailure[] = "COM initialization failed";
+
 constexpr char kEnumerationFailure[] = "Failed to enumerate WiFi interfaces";
 constexpr char kPassFailure[] = "Error occurred while retrieving WLAN interface statistics: ";
 
@@ -56,8 +57,32 @@ bool ReadSecurity(const WlanService& wlan, const std::wstring& guid, const std::
   return true;
 }
 
+std::vector<std::wstring> ProfileNames(const WlanService& wlan, const std::wstring& guid) {
+  return wlan.ProfileNames(guid).value_or(std::vector<std::wstring>());
+}
+
+// `current`: the name of the profile that the interface is connected with. Returns whether the profile, which is added
+// in either case, shows its settings.
+bool AddProfile(const WlanService& wlan, const std::wstring& guid, const std::wstring& name, const std::string& current,
+                types::NetworkInterfaceInfo& info) {
+  types::WLanProfile profile;
+  profile.profile_name = text::ToUtf8(name);
+  profile.is_current = !current.empty() && profile.profile_name == current;
+  const bool shows_settings = ReadSecurity(wlan, guid, name, profile);
+  info.w_lan_profiles.push_back(std::move(profile));
+  return shows_settings;
+}
+
+// Returns whether the interface told its channel.
+bool ReadChannel(const WlanService& wlan, const std::wstring& guid, types::NetworkInterfaceInfo& info) {
+  const std::optional<std::uint32_t> channel = wlan.Channel(guid);
+  if (channel) info.channel = *channel;
+  return channel.has_value();
+}
+
 }  // namespace
 
+// Every line is logged by this operation itself: lines bear the name of the one that logs them.
 void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
   const platform::ComApartment com;
   if (com.Status() < 0) {
@@ -69,19 +94,11 @@ void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
       types::NetworkInterfaceInfo* const info = FindByGuid(interfaces, text::ToUtf8(guid));
       if (info == nullptr) continue;
       const std::string current = ReadLink(wlan, guid, *info);
-      for (const std::wstring& name : wlan.ProfileNames(guid).value_or(std::vector<std::wstring>())) {
-        types::WLanProfile profile;
-        profile.profile_name = text::ToUtf8(name);
-        profile.is_current = !current.empty() && profile.profile_name == current;
-        if (!ReadSecurity(wlan, guid, name, profile)) {
-          PLOG_ERROR << kWlanProfileFailure << LogText(profile.profile_name);
-        }
-        info->w_lan_profiles.push_back(std::move(profile));
+      for (const std::wstring& name : ProfileNames(wlan, guid)) {
+        if (AddProfile(wlan, guid, name, current, *info)) continue;
+        PLOG_ERROR << kWlanProfileFailure << LogText(info->w_lan_profiles.back().profile_name);
       }
-      if (const std::optional<std::uint32_t> channel = wlan.Channel(guid)) {
-        info->channel = *channel;
-        CalculateChannelInterference(*info);
-      }
+      if (ReadChannel(wlan, guid, *info)) CalculateChannelInterference(*info);
     }
   } catch (const std::exception& failure) {
     PLOG_ERROR << kPassFailure << LogText(failure.what());

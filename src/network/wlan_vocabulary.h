@@ -4,7 +4,7 @@
 #include <string>
 #include <unordered_map>
 
-/// The words for what the WLAN service numbers. Where a number stands twice the first word holds.
+/// The words for what the WLAN service numbers.
 namespace zt::telemetry::collector::performancesamples {
 
 using WlanVocabulary = std::unordered_map<std::uint32_t, std::string>;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
@@ -14,10 +15,11 @@ class ComApartment {
   ComApartment& operator=(const ComApartment&) = delete;
 
   /// The HRESULT of the initialisation; negative is a failure, also on a thread in a single-threaded apartment.
-  std::int32_t Status() const { return status_; }
+  std::int32_t Status() const;
 
  private:
-  std::int32_t status_;
+  struct Apartment;
+  std::unique_ptr<Apartment> apartment_;
 };
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

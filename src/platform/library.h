@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "platform/system_loader.h"
+#include "base/loaded_library.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
@@ -23,7 +23,7 @@ class Library {
   static Library Search(const std::filesystem::path& name, std::uint32_t search_flags);
 
   /// False when the library is missing or cannot be loaded.
-  explicit operator bool() const { return module_ != nullptr; }
+  explicit operator bool() const { return static_cast<bool>(library_); }
 
   /// The function that the library exports as `name`. Null when the library is missing or exports none of that name;
   /// that it is of this type is the caller's word.
@@ -33,13 +33,13 @@ class Library {
   }
 
   /// Gives the library up to the process, which keeps it until its end.
-  void StayLoaded() && { static_cast<void>(module_.release()); }
+  void StayLoaded() && { std::move(library_).StayLoaded(); }
 
  private:
-  explicit Library(UniqueModule module) : module_(std::move(module)) {}
+  explicit Library(base::LoadedLibrary library) : library_(std::move(library)) {}
   void* FindAddress(const char* name) const;
 
-  UniqueModule module_;
+  base::LoadedLibrary library_;
 };
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

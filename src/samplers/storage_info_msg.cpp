@@ -9,8 +9,10 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <vector>
 
+#include "base/trimmed.h"
 #include "samplers/wmi_query.h"
 #include "zt/shared/storage/pcie_storage_drive.h"
 #include "zt/telemetry/common/utils.h"
@@ -62,11 +64,8 @@ bool IsBlank(char character) {
   return std::isspace(static_cast<unsigned char>(character)) != 0;
 }
 
-std::string Trim(std::string text) {
-  while (!text.empty() && IsBlank(text.back())) text.pop_back();
-  std::size_t start = 0;
-  while (start < text.size() && IsBlank(text[start])) ++start;
-  return text.substr(start);
+std::string Trim(std::string_view text) {
+  return std::string(base::TrimmedWhere(text, IsBlank));
 }
 
 // All rows are taken before anything else is asked: the client holds the rows of one query at a time.

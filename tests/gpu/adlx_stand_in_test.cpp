@@ -6,6 +6,7 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
+using namespace adlx;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using tests::FullAmdCard;
@@ -19,13 +20,13 @@ class AdlxStandIn : public testing::Test {
   AdlxStandIn() {
     simulation::UseMachine(tests::WithAmd({FullAmdCard()}));
     library_ = platform::Library::Search("amdadlx64.dll", 0);
-    EXPECT_EQ(library_.Find<ADLXInitialize_t>("ADLXInitialize")(kVersion, &system_), ADLX_OK);
+    EXPECT_EQ(Functions::In(library_).Get<"ADLXInitialize">()(kVersion, &system_), ADLX_OK);
     EXPECT_EQ(system_->GetGPUs(&list_), ADLX_OK);
     EXPECT_EQ(list_->At_GPUList(kFirst, &gpu_), ADLX_OK);
     EXPECT_EQ(system_->GetPerformanceMonitoringServices(&services_), ADLX_OK);
   }
 
-  void Terminate() { library_.Find<ADLXTerminate_t>("ADLXTerminate")(); }
+  void Terminate() { Functions::In(library_).Get<"ADLXTerminate">()(); }
 
   static const std::vector<std::string>& Faults() { return CurrentVendorRecord().faults; }
 
@@ -116,7 +117,7 @@ TEST_F(AdlxStandIn, TellsOfASystemThatIsAskedAfterTheStop) {
 }
 
 TEST_F(AdlxStandIn, TellsOfAStartWithAnotherVersion) {
-  library_.Find<ADLXInitialize_t>("ADLXInitialize")(kVersion + 1, &system_);
+  Functions::In(library_).Get<"ADLXInitialize">()(kVersion + 1, &system_);
   EXPECT_THAT(Faults(), ElementsAre("started with an unknown version"));
 }
 

@@ -258,7 +258,7 @@ TEST(NvmlTexts, EveryListedCodeHasItsText) {
 
 TEST(NvidiaCards, AStartThatFailsIsToldWithTheTextOfItsCode) {
   for (const ListedText& listed : kStatusTexts) {
-    if (listed.value == NVML_SUCCESS) continue;
+    if (listed.value == nvml::NVML_SUCCESS) continue;
     Machine machine = WithNvidia({FullNvidiaCard()});
     machine.nvml->init = static_cast<std::uint32_t>(listed.value);
     EXPECT_EQ(Ask<NvidiaCardInfo>(machine).error, NvmlError(static_cast<std::int64_t>(listed.value), listed.text));

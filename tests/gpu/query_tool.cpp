@@ -4,17 +4,14 @@
 #include <fstream>
 #include <sstream>
 
+#include "base/trimmed.h"
 #include "support/temporary_folder.h"
 
 namespace zt::tests {
 namespace {
 
-constexpr char kBlanks[] = " \t\r";
-
-std::string Trim(const std::string& text) {
-  const std::size_t start = text.find_first_not_of(kBlanks);
-  if (start == std::string::npos) return {};
-  return text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
+std::string Trim(std::string_view text) {
+  return std::string(base::Trimmed(text, " \t\r"));
 }
 
 std::vector<std::string> Split(const std::string& line) {

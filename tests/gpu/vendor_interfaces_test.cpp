@@ -12,6 +12,8 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
+using namespace adlx;
+
 // What a method of any interface is to its caller in a 64-bit program: the object first, then what does not matter
 // here.
 using Slot = std::intptr_t (*)(void* object, void* first, void* second);

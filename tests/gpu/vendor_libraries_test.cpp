@@ -18,6 +18,8 @@ using testing::ElementsAre;
 using tests::FullNvidiaCard;
 using tests::Machine;
 
+using AnyFunction = void();
+
 constexpr std::uint32_t kSearchFlags = 0x1E00;
 
 Library FindAdlx() {
@@ -37,15 +39,19 @@ Machine WithBoth() {
 
 TEST(VendorLibrary, OfTheMachineIsLoadedAndHasItsFunctions) {
   simulation::UseMachine(WithBoth());
-  EXPECT_NE(Library::Load(NvmlStandIn()).Find<nvmlInit_v2_t>("nvmlInit_v2"), nullptr);
-  EXPECT_NE(FindAdlx().Find<ADLXInitialize_t>("ADLXInitialize"), nullptr);
+  const auto nvml = nvml::Functions::In(Library::Load(NvmlStandIn()));
+  EXPECT_TRUE(nvml.IsComplete());
+  EXPECT_NE(nvml.Get<"nvmlInit_v2">(), nullptr);
+  const auto adlx = adlx::Functions::In(FindAdlx());
+  EXPECT_TRUE(adlx.IsComplete());
+  EXPECT_NE(adlx.Get<"ADLXInitialize">(), nullptr);
 }
 
 TEST(VendorLibrary, ThatTheMachineDoesNotHaveIsNotThere) {
   simulation::UseMachine({});
   const Library nvml = Library::Load(NvmlStandIn());
   EXPECT_FALSE(nvml);
-  EXPECT_EQ(nvml.Find<nvmlInit_v2_t>("nvmlInit_v2"), nullptr);
+  EXPECT_EQ(nvml.Find<AnyFunction>("nvmlInit_v2"), nullptr);
   EXPECT_FALSE(FindAdlx());
 }
 
@@ -60,13 +66,13 @@ TEST(VendorLibrary, LacksTheFunctionsThatTheMachineSaysAreMissing) {
   machine.nvml->missing_functions = {"nvmlDeviceGetSerial"};
   simulation::UseMachine(machine);
   const Library nvml = Library::Load(NvmlStandIn());
-  EXPECT_EQ(nvml.Find<nvmlDeviceGetSerial_t>("nvmlDeviceGetSerial"), nullptr);
-  EXPECT_NE(nvml.Find<nvmlDeviceGetClock_t>("nvmlDeviceGetClock"), nullptr);
+  EXPECT_EQ(nvml.Find<AnyFunction>("nvmlDeviceGetSerial"), nullptr);
+  EXPECT_NE(nvml.Find<AnyFunction>("nvmlDeviceGetClock"), nullptr);
 }
 
 TEST(VendorLibrary, HasNoFunctionOfANameThatItDoesNotExport) {
   simulation::UseMachine(WithBoth());
-  EXPECT_EQ(FindAdlx().Find<nvmlInit_v2_t>("nvmlInit_v2"), nullptr);
+  EXPECT_EQ(FindAdlx().Find<AnyFunction>("nvmlInit_v2"), nullptr);
 }
 
 TEST(VendorLibrary, IsFoundInTheSecondPlaceToo) {
@@ -82,7 +88,7 @@ TEST(VendorLibrary, OfNvidiaIsLookedUpOnceAndThenKept) {
   simulation::UseMachine({});
   EXPECT_EQ(BindNvml(), nullptr);
   simulation::UseMachine(WithBoth());
-  const NvmlFunctions* const found = BindNvml();
+  const nvml::Functions* const found = BindNvml();
   ASSERT_NE(found, nullptr);
   simulation::UseMachine({});
   EXPECT_EQ(BindNvml(), found);

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "zt/shared/wmi/wmi_value.h"
+#include "sdk/wmi-client/simulated/wmi_value.h"
+#include "zt/shared/wmi/wmi_status.h"
 
 /// What `ChangeType` makes of a value, as data: the simulated definition and the system's own have to agree on it. In
 /// an English locale.

@@ -14,11 +14,12 @@ namespace zt::tests {
 template <typename Wanted>
 void ExpectConversion(const ChangeTypeCase& expected, const Wanted& untouched) {
   Wanted converted = untouched;
-  EXPECT_EQ(shared::wmi::ChangeType(expected.from, converted), expected.status);
+  // That of the machine: each gives its own for a `WmiValue`.
+  EXPECT_EQ(ChangeType(expected.from, converted), expected.status);
   EXPECT_EQ(converted, expected.status == kSuccess ? std::get<Wanted>(expected.value) : untouched);
 }
 
-/// Checks the library that is linked against each case; a failure names the case by its place in the list.
+/// Checks the machine's `ChangeType` against each case; a failure names the case by its place in the list.
 inline void ExpectConversions(const std::vector<ChangeTypeCase>& cases) {
   for (std::size_t i = 0; i < cases.size(); ++i) {
     SCOPED_TRACE("case " + std::to_string(i));

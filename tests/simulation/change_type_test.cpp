@@ -1,3 +1,5 @@
+#include "sdk/wmi-client/simulated/change_type.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -53,7 +55,7 @@ TEST(ChangeTypeTest, NotANumberFitsNoInteger) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   ExpectConversions({Fails(nan, WantedType::kUInt32, kOverflow), Fails(nan, WantedType::kUInt64, kOverflow)});
   float narrowed = 0;
-  EXPECT_EQ(shared::wmi::ChangeType(nan, narrowed), kSuccess);
+  EXPECT_EQ(shared::wmi::ChangeType(change_type::Double(nan), narrowed), kSuccess);
   EXPECT_TRUE(std::isnan(narrowed));
 }
 

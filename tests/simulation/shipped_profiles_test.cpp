@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <zt/text/wide_text.h>
 
 #include "simulation/profile.h"
 #include "zt/shared/wmi/wmi_client.h"
@@ -77,16 +78,16 @@ TEST(ShippedProfilesTest, TheDrivesOfTheLaptopLeadToTheirLogicalDisks) {
   ASSERT_EQ(drives.ExecQuery(L"SELECT SerialNumber, DeviceID FROM Win32_DiskDrive"), 0);
   std::vector<std::string> disks;
   while (drives.Next()) {
-    std::wstring drive;
-    shared::wmi::WmiValue value;
-    ASSERT_EQ(drives.GetProperty(L"DeviceID", value), 0);
+    std::string drive;
+    ASSERT_EQ(drives.GetValue(L"DeviceID", drive), 0);
     shared::wmi::WMIClient partitions(L"");
-    partitions.ExecQuery(L"ASSOCIATORS OF {Win32_DiskDrive.DeviceID='" + std::get<std::wstring>(value) +
+    partitions.ExecQuery(L"ASSOCIATORS OF {Win32_DiskDrive.DeviceID='" + text::ToWide(drive) +
                          L"'} WHERE ResultClass = Win32_DiskPartition");
     while (partitions.Next()) {
-      ASSERT_EQ(partitions.GetProperty(L"DeviceID", value), 0);
+      std::string partition;
+      ASSERT_EQ(partitions.GetValue(L"DeviceID", partition), 0);
       shared::wmi::WMIClient logical(L"");
-      logical.ExecQuery(L"ASSOCIATORS OF {Win32_DiskPartition.DeviceID='" + std::get<std::wstring>(value) +
+      logical.ExecQuery(L"ASSOCIATORS OF {Win32_DiskPartition.DeviceID='" + text::ToWide(partition) +
                         L"'} WHERE ResultClass = Win32_LogicalDisk");
       while (logical.Next()) logical.GetValue(L"DeviceID", disks.emplace_back());
     }

@@ -12,7 +12,6 @@ namespace {
 using shared::wmi::kPropertyNotFound;
 using shared::wmi::kSuccess;
 using shared::wmi::WMIClient;
-using shared::wmi::WmiValue;
 using simulation::Machine;
 using simulation::WmiRow;
 using ::testing::ElementsAre;
@@ -60,10 +59,10 @@ TEST_F(WqlTest, AClassThatIsNotStatedHasNoRowsAndSucceeds) {
 }
 
 TEST_F(WqlTest, ThereIsNoRowBeforeTheFirstQuery) {
-  WmiValue value = 7;
+  std::uint32_t value = 7;
   EXPECT_FALSE(client_.Next());
-  EXPECT_EQ(client_.GetProperty(L"Name", value), kPropertyNotFound);
-  EXPECT_EQ(value, WmiValue(7));
+  EXPECT_EQ(client_.GetValue(L"Name", value), kPropertyNotFound);
+  EXPECT_EQ(value, 7U);
 }
 
 TEST_F(WqlTest, PastTheLastRowNothingCanBeReadAndNothingFollows) {
@@ -86,11 +85,12 @@ TEST_F(WqlTest, ANewQueryDropsTheRowsOfTheOneBefore) {
 TEST_F(WqlTest, APropertyThatIsNotSelectedCannotBeRead) {
   ASSERT_EQ(client_.ExecQuery(L"SELECT Name, Physical FROM Win32_NetworkAdapter"), kSuccess);
   ASSERT_TRUE(client_.Next());
-  WmiValue value = 7;
-  EXPECT_EQ(client_.GetProperty(L"Index", value), kPropertyNotFound);
-  EXPECT_EQ(value, WmiValue(7));
-  EXPECT_EQ(client_.GetProperty(L"Physical", value), kSuccess);
-  EXPECT_EQ(value, WmiValue(true));
+  std::uint32_t value = 7;
+  EXPECT_EQ(client_.GetValue(L"Index", value), kPropertyNotFound);
+  EXPECT_EQ(value, 7U);
+  std::string physical;
+  EXPECT_EQ(client_.GetValue(L"Physical", physical), kSuccess);
+  EXPECT_EQ(physical, "-1") << "a boolean, of which true is all bits set";
 }
 
 TEST_F(WqlTest, AStarSelectsAllProperties) {
@@ -104,8 +104,9 @@ TEST_F(WqlTest, AStarSelectsAllProperties) {
 TEST_F(WqlTest, ASelectedPropertyThatTheRowDoesNotHaveCannotBeRead) {
   ASSERT_EQ(client_.ExecQuery(L"SELECT Speed FROM Win32_NetworkAdapter"), kSuccess);
   ASSERT_TRUE(client_.Next());
-  WmiValue value;
-  EXPECT_EQ(client_.GetProperty(L"Speed", value), kPropertyNotFound);
+  std::uint64_t value = 7;
+  EXPECT_EQ(client_.GetValue(L"Speed", value), kPropertyNotFound);
+  EXPECT_EQ(value, 7U);
 }
 
 TEST_F(WqlTest, KeywordsAndNamesIgnoreCase) {

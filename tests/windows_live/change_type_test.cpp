@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/simulation/change_type_check.h"
+#include "variant_values.h"
 
 // The system's own conversions and the simulated ones agree on the same list of cases.
 namespace zt::tests {

@@ -13,10 +13,10 @@ namespace zt::tests {
 namespace {
 
 using namespace std::chrono_literals;
+using base::UniqueHandle;
 using shared::battery::ControlOutcome;
 using shared::battery::OpenDevice;
 using shared::battery::SendControl;
-using shared::battery::UniqueHandle;
 
 constexpr std::uint32_t kListen = 0x110008;  // FSCTL_PIPE_LISTEN: done when a client has connected
 constexpr std::uint32_t kPeek = 0x11400C;    // FSCTL_PIPE_PEEK: state, bytes to read, messages, length, then the bytes

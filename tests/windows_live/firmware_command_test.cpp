@@ -7,14 +7,15 @@
 #include <numeric>
 #include <string>
 
+#include "base/time_limit.h"
 #include "fake_services.h"
 #include "zt/com/object_gathering.h"
 
 namespace zt::tests {
 namespace {
 
+using base::kTimedOut;
 using com::ComPtr;
-using com::kWaitTimedOut;
 using shared::ztbios::FirmwareCommand;
 using shared::ztbios::FirmwareReply;
 using shared::ztbios::RunFirmwareCommand;
@@ -148,7 +149,7 @@ TEST_F(FirmwareCommandTest, AReplyThatComesLaterIsWaitedForWithALimit) {
 TEST_F(FirmwareCommandTest, AReplyThatNeverComesTimesOut) {
   services_->pending_method = MakeFake<FakeCallResult>();
   services_->pending_method->status = WBEM_S_TIMEDOUT;
-  EXPECT_EQ(Failure(), kWaitTimedOut);
+  EXPECT_EQ(Failure(), kTimedOut);
 }
 
 TEST_F(FirmwareCommandTest, AFailureThatComesLaterIsTheStatus) {

@@ -3,6 +3,8 @@
 #include <map>
 #include <vector>
 
+#include "base/loaded_library.h"
+#include "support/fake_library.h"
 #include "windows/kernel_figures.h"
 
 // What is made of the graphics kernel's answers about an NPU.
@@ -112,17 +114,18 @@ class NpuKernelFiguresTest : public ::testing::Test {
   Npu Read() {
     Npu npu;
     npu.device_id = "npu";
-    ReadKernelFigures(calls_, kNpuLuid, npu);
+    ReadKernelFigures(Calls::In(library_), kNpuLuid, npu);
     EXPECT_EQ(npu.device_id, "npu");
     EXPECT_FALSE(npu.memory_size);
     return npu;
   }
 
   FakeKernel kernel_;
-  Calls calls_{.open_adapter_from_luid = &Open,
-               .close_adapter = &Close,
-               .query_adapter_info = &Info,
-               .query_statistics = &Statistics};
+  FakeLibrary<Calls> library_ = FakeLibrary<Calls>()
+                                    .Export<"D3DKMTOpenAdapterFromLuid">(&Open)
+                                    .Export<"D3DKMTCloseAdapter">(&Close)
+                                    .Export<"D3DKMTQueryAdapterInfo">(&Info)
+                                    .Export<"D3DKMTQueryStatistics">(&Statistics);
 };
 
 TEST_F(NpuKernelFiguresTest, TellsTemperatureClocksAndMemoryInUse) {
@@ -199,29 +202,29 @@ TEST_F(NpuKernelFiguresTest, WithoutStatisticsTheAdaptersFiguresStay) {
 }
 
 TEST_F(NpuKernelFiguresTest, AMissingEntryPointOnlyCostsItsFigures) {
-  calls_.query_adapter_info = nullptr;
+  library_.Withdraw<"D3DKMTQueryAdapterInfo">();
   EXPECT_FALSE(Read().temperature_celsius);
   EXPECT_TRUE(Read().memory_in_use);
-  calls_.close_adapter = nullptr;
+  library_.Withdraw<"D3DKMTCloseAdapter">();
   EXPECT_TRUE(Read().memory_in_use);
-  calls_.open_adapter_from_luid = nullptr;
+  library_.Withdraw<"D3DKMTOpenAdapterFromLuid">();
   EXPECT_TRUE(Read().memory_in_use);
-  calls_.query_statistics = nullptr;
+  library_.Withdraw<"D3DKMTQueryStatistics">();
   EXPECT_FALSE(Read().memory_in_use);
 }
 
 TEST_F(NpuKernelFiguresTest, AnUnknownAdapterTellsNothing) {
   Npu npu;
-  ReadKernelFigures(calls_, LUID{1, 1}, npu);
+  ReadKernelFigures(Calls::In(library_), LUID{1, 1}, npu);
   EXPECT_FALSE(npu.temperature_celsius);
   EXPECT_FALSE(npu.memory_in_use);
 }
 
 TEST(NpuKernelCallsTest, TheSystemsOwnKernelKnowsNothingOfAnAdapterThatIsNotThere) {
-  const shared::npu::SystemLibrary library(kLibrary);
-  const Calls calls = FindCalls(library);
-  EXPECT_NE(calls.open_adapter_from_luid, nullptr);
-  EXPECT_NE(calls.close_adapter, nullptr);
+  const auto library = base::LoadedLibrary::OfSystem(kLibrary);
+  const auto calls = Calls::In(library);
+  EXPECT_NE(calls.Get<"D3DKMTOpenAdapterFromLuid">(), nullptr);
+  EXPECT_NE(calls.Get<"D3DKMTCloseAdapter">(), nullptr);
   Npu npu;
   ReadKernelFigures(calls, LUID{0x7FFFFFFF, 0x7FFFFFFF}, npu);
   EXPECT_FALSE(npu.temperature_celsius);

@@ -8,20 +8,20 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/loaded_library.h"
 #include "messages/perf_messages.h"
 #include "samplers/npu_msg.h"
 #include "windows/device_instance.h"
-#include "windows/system_library.h"
 #include "zt/shared/npu/npu_info.h"
 
 // The NPUs of this very system, of which Wine has none.
 namespace zt::tests {
 namespace {
 
+using base::LoadedLibrary;
 using nlohmann::json;
 using shared::npu::FindDeviceInstance;
 using shared::npu::NPUInfo;
-using shared::npu::SystemLibrary;
 using telemetry::collector::performancesamples::NPUMsg;
 using telemetry::collector::performancesamples::PerfMessages;
 
@@ -33,18 +33,18 @@ std::string SystemsReport() {
 }
 
 TEST(SystemLibraryTest, AMissingLibraryHasNoFunctions) {
-  const SystemLibrary library(L"zt-no-such-library.dll");
+  const LoadedLibrary library = LoadedLibrary::OfSystem(L"zt-no-such-library.dll");
   EXPECT_EQ(library.Find<AnyFunction>("GetTickCount"), nullptr);
 }
 
 TEST(SystemLibraryTest, FindsAFunctionByItsNameOnly) {
-  const SystemLibrary library(L"kernel32.dll");
+  const LoadedLibrary library = LoadedLibrary::OfSystem(L"kernel32.dll");
   EXPECT_NE(library.Find<AnyFunction>("GetTickCount"), nullptr);
   EXPECT_EQ(library.Find<AnyFunction>("ZtNoSuchFunction"), nullptr);
 }
 
 TEST(SystemsNpusTest, WithoutDxcoreTheReportIsEmpty) {
-  const SystemLibrary dxcore(L"dxcore.dll");
+  const LoadedLibrary dxcore = LoadedLibrary::OfSystem(L"dxcore.dll");
   if (dxcore.Find<AnyFunction>("DXCoreCreateAdapterFactory") != nullptr) GTEST_SKIP() << "this system has DXCore";
   EXPECT_EQ(SystemsReport(), "");
   EXPECT_EQ(NPUInfo().GetStatus(), 0) << "that there is none is no failure";

@@ -6,14 +6,15 @@
 #include <chrono>
 #include <thread>
 
+#include "base/time_limit.h"
 #include "fake_enumerator.h"
 
 namespace zt::tests {
 namespace {
 
+using base::kTimedOut;
 using com::ComPtr;
 using com::GatherObjects;
-using com::kWaitTimedOut;
 using com::WaitLimits;
 using std::chrono::milliseconds;
 using Objects = std::vector<ComPtr<IWbemClassObject>>;
@@ -81,7 +82,7 @@ TEST_F(ObjectGatheringTest, ObjectsThatCameBeforeATimeoutAreProgress) {
 
 TEST_F(ObjectGatheringTest, ATimeoutWithoutObjectsEndsTheEnumeration) {
   enumerator_->answers = {Answer(WBEM_S_TIMEDOUT, 2), Answer(WBEM_S_TIMEDOUT, 0), Answer(WBEM_S_NO_ERROR, 1)};
-  EXPECT_EQ(Gather(), kWaitTimedOut);
+  EXPECT_EQ(Gather(), kTimedOut);
   ExpectObjects(2);
   EXPECT_EQ(enumerator_->calls.size(), 2U);
 }
@@ -131,7 +132,7 @@ TEST_F(ObjectGatheringTest, TheWholeEndsAlthoughObjectsKeepComing) {
     enumerator_->answers.push_back(Answer(WBEM_S_TIMEDOUT, 1));
     enumerator_->answers.back().before = [] { std::this_thread::sleep_for(milliseconds(20)); };
   }
-  EXPECT_EQ(Gather({milliseconds(50), milliseconds(100)}), kWaitTimedOut);
+  EXPECT_EQ(Gather({milliseconds(50), milliseconds(100)}), kTimedOut);
   EXPECT_GE(objects_.size(), 1U);
   EXPECT_LE(objects_.size(), 6U);
 }

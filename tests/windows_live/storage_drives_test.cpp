@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/trimmed.h"
 #include "disk_descriptor.h"
 #include "messages/perf_messages.h"
 #include "samplers/storage_info_msg.h"
@@ -31,11 +32,6 @@ constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
 constexpr std::size_t kMaximumDrives = 32;
 constexpr std::size_t kMaximumIdentityLength = 32;
 
-std::string Trimmed(const std::string& text) {
-  const std::size_t start = text.find_first_not_of(" \t\r\n");
-  return start == std::string::npos ? "" : text.substr(start, text.find_last_not_of(" \t\r\n") - start + 1);
-}
-
 /// The serial numbers that WMI tells, without blanks around.
 std::vector<std::string> WmiSerials() {
   WMIClient wmi(kNamespace);
@@ -44,7 +40,7 @@ std::vector<std::string> WmiSerials() {
   while (wmi.Next()) {
     std::string serial;
     wmi.GetValue(L"SerialNumber", serial);
-    serials.push_back(Trimmed(serial));
+    serials.emplace_back(base::Trimmed(serial, " \t\r\n"));
   }
   return serials;
 }

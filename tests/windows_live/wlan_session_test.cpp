@@ -10,6 +10,8 @@
 #include <new>
 #include <string>
 
+#include "support/fake_library.h"
+
 // How the service's answers are read and given back, over a service of functions that this file makes.
 namespace zt::tests {
 namespace {
@@ -133,8 +135,14 @@ class WlanSessionTest : public testing::Test {
     EXPECT_EQ(service.handles, 0) << "the service's handle was not closed";
   }
 
-  WlanFunctions functions_ = {OpenHandle,     CloseHandleOf, EnumInterfaces, QueryInterface,
-                              GetProfileList, GetProfile,    FreeMemory};
+  WlanFunctions functions_ = WlanFunctions::In(FakeLibrary<WlanFunctions>()
+                                                   .Export<"WlanOpenHandle">(OpenHandle)
+                                                   .Export<"WlanCloseHandle">(CloseHandleOf)
+                                                   .Export<"WlanEnumInterfaces">(EnumInterfaces)
+                                                   .Export<"WlanQueryInterface">(QueryInterface)
+                                                   .Export<"WlanGetProfileList">(GetProfileList)
+                                                   .Export<"WlanGetProfile">(GetProfile)
+                                                   .Export<"WlanFreeMemory">(FreeMemory));
 };
 
 TEST_F(WlanSessionTest, ReadsTheInterfaces) {

@@ -23,7 +23,7 @@ static_assert(sizeof(protocol::Status) == sizeof(BATTERY_STATUS));
 
 // A driver that lets one request run out of time is not asked again: the cycle waits for it.
 SlotReading ReadSlotAt(const std::wstring& path) {
-  const UniqueHandle device = OpenDevice(path);
+  const base::UniqueHandle device = OpenDevice(path);
   if (device == nullptr) {
     const DWORD error = ::GetLastError();
     return {std::nullopt, error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error};  // taken out since it was listed

@@ -1,6 +1,7 @@
 #include "device_control.h"
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 namespace zt::shared::battery {
@@ -20,7 +21,7 @@ struct Request {
 
   std::vector<std::byte> input;
   std::vector<std::byte> output;
-  UniqueHandle done;
+  base::UniqueHandle done;
   OVERLAPPED overlapped{};
 };
 
@@ -38,10 +39,9 @@ ControlOutcome Collect(HANDLE device, Request& request, std::span<std::byte> out
 
 }  // namespace
 
-UniqueHandle OpenDevice(const std::wstring& path) {
-  const HANDLE device = ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr);
-  return UniqueHandle(device != INVALID_HANDLE_VALUE ? device : nullptr);
+base::UniqueHandle OpenDevice(const std::wstring& path) {
+  return base::OwnFile(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                     OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
 }
 
 ControlOutcome SendControl(HANDLE device, std::uint32_t code, std::span<const std::byte> input,

@@ -4,25 +4,19 @@
 
 #include <chrono>
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
 
+#include "base/windows/unique_handle.h"
 #include "battery_reading.h"
 
 namespace zt::shared::battery {
-
-struct HandleCloser {
-  using pointer = HANDLE;
-  void operator()(HANDLE handle) const { ::CloseHandle(handle); }
-};
-using UniqueHandle = std::unique_ptr<void, HandleCloser>;
 
 /// How long a driver may take for one answer.
 inline constexpr std::chrono::milliseconds kAnswerLimit{1'000};
 
 /// Opens a device for reading, with requests that can be waited for (overlapped). Null when it cannot be opened.
-UniqueHandle OpenDevice(const std::wstring& path);
+base::UniqueHandle OpenDevice(const std::wstring& path);
 
 /// Sends one request to a device that was opened for overlapped requests, and waits for its answer at most `limit`. A
 /// request that takes longer is cancelled; its error is ERROR_TIMEOUT.

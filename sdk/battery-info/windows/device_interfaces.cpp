@@ -3,17 +3,12 @@
 #include <setupapi.h>
 
 #include <cstddef>
-#include <memory>
 #include <new>
+
+#include "base/windows/device_list.h"
 
 namespace zt::shared::battery {
 namespace {
-
-struct DeviceListDeleter {
-  using pointer = HDEVINFO;
-  void operator()(HDEVINFO devices) const { ::SetupDiDestroyDeviceInfoList(devices); }
-};
-using DeviceList = std::unique_ptr<void, DeviceListDeleter>;
 
 // Empty where the system does not tell the path.
 std::wstring PathOf(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& device) {
@@ -30,11 +25,10 @@ std::wstring PathOf(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& device) {
 }  // namespace
 
 DeviceInterfaces ListDeviceInterfaces(const GUID& interface_class) {
-  const HDEVINFO listed =
-      ::SetupDiGetClassDevsW(&interface_class, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
-  if (listed == INVALID_HANDLE_VALUE) return {{}, ::GetLastError()};
+  const base::DeviceList devices = base::OwnDevices(
+      ::SetupDiGetClassDevsW(&interface_class, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE));
+  if (devices == nullptr) return {{}, ::GetLastError()};
   DeviceInterfaces found;
-  const DeviceList devices(listed);
   SP_DEVICE_INTERFACE_DATA device{};
   device.cbSize = sizeof(device);
   for (DWORD i = 0; ::SetupDiEnumDeviceInterfaces(devices.get(), nullptr, &interface_class, i, &device) != FALSE; ++i) {

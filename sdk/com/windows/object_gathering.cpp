@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "base/time_limit.h"
+
 namespace zt::com {
 namespace {
 
@@ -26,18 +28,16 @@ HRESULT GatherBatch(IEnumWbemClassObject& enumerator, std::chrono::milliseconds 
 }  // namespace
 
 HRESULT GatherObjects(IEnumWbemClassObject& enumerator, const WaitLimits& limits, Objects& objects) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point deadline = Clock::now() + limits.whole;
-  for (Clock::time_point now = Clock::now(); now < deadline; now = Clock::now()) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - now);
+  const base::TimeLimit limit(limits.whole);
+  for (auto left = limit.Left(); left > left.zero(); left = limit.Left()) {
     ULONG received = 0;
     const HRESULT status = GatherBatch(enumerator, std::min(limits.object, left), objects, received);
     if (FAILED(status)) return status;
     if (status == WBEM_S_FALSE) return S_OK;
     // Fewer objects than asked for came in time. Any is progress; none is a provider that is stuck.
-    if (received == 0) return status == WBEM_S_TIMEDOUT ? kWaitTimedOut : S_OK;
+    if (received == 0) return status == WBEM_S_TIMEDOUT ? base::kTimedOut : S_OK;
   }
-  return kWaitTimedOut;
+  return base::kTimedOut;
 }
 
 }  // namespace zt::com

@@ -36,7 +36,7 @@ HRESULT WmiConnection::Ensure() {
 }
 
 HRESULT WmiConnection::Attempt() {
-  const HRESULT com = apartment_.emplace().Status();
+  const HRESULT com = apartment_.emplace().UseStatus();
   return FAILED(com) ? com : connect_(namespace_, services_);
 }
 

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdint>
 
+#include "base/windows/device_list.h"
+
 namespace zt::shared::npu {
 namespace {
 
@@ -18,22 +20,18 @@ constexpr std::size_t kInstanceCapacity = 256;  // the system's limit is 200
 // All devices that are present, whatever their class: makers file NPUs under several.
 class PresentDevices {
  public:
-  PresentDevices() : set_(::SetupDiGetClassDevsW(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES)) {}
-  ~PresentDevices() {
-    if (IsValid()) ::SetupDiDestroyDeviceInfoList(set_);
-  }
-  PresentDevices(const PresentDevices&) = delete;
-  PresentDevices& operator=(const PresentDevices&) = delete;
+  PresentDevices()
+      : set_(base::OwnDevices(::SetupDiGetClassDevsW(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES))) {}
 
   /// False behind the last one.
   bool Get(DWORD index, SP_DEVINFO_DATA& device) const {
-    return IsValid() && ::SetupDiEnumDeviceInfo(set_, index, &device) != FALSE;
+    return set_ != nullptr && ::SetupDiEnumDeviceInfo(set_.get(), index, &device) != FALSE;
   }
 
   bool IsAdapter(SP_DEVINFO_DATA& device, std::uint64_t luid) const {
     std::uint64_t found = 0;
     DEVPROPTYPE type = 0;
-    const BOOL has_luid = ::SetupDiGetDevicePropertyW(set_, &device, &kAdapterLuid, &type,
+    const BOOL has_luid = ::SetupDiGetDevicePropertyW(set_.get(), &device, &kAdapterLuid, &type,
                                                       reinterpret_cast<BYTE*>(&found), sizeof(found), nullptr, 0);
     return has_luid != FALSE && type == kUnsigned64 && found == luid;
   }
@@ -41,14 +39,12 @@ class PresentDevices {
   std::string Instance(SP_DEVINFO_DATA& device) const {
     std::array<wchar_t, kInstanceCapacity> text{};
     const BOOL succeeded =
-        ::SetupDiGetDeviceInstanceIdW(set_, &device, text.data(), static_cast<DWORD>(text.size()), nullptr);
+        ::SetupDiGetDeviceInstanceIdW(set_.get(), &device, text.data(), static_cast<DWORD>(text.size()), nullptr);
     return succeeded != FALSE ? text::ToUtf8(text.data()) : std::string();
   }
 
  private:
-  bool IsValid() const { return set_ != INVALID_HANDLE_VALUE; }
-
-  HDEVINFO set_;
+  base::DeviceList set_;
 };
 
 std::uint64_t AsNumber(const LUID& luid) {

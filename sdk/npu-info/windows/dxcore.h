@@ -6,13 +6,15 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/function_table.h"
+
 /// The part of DXCore, the system's list of graphics and compute adapters, that tells of NPUs. The compilers' headers
 /// lack it; names, identifiers and the order of the functions are the system's.
 namespace zt::shared::npu::dxcore {
 
 inline constexpr wchar_t kLibrary[] = L"dxcore.dll";
-inline constexpr char kCreateFactoryName[] = "DXCoreCreateAdapterFactory";
-using CreateFactory = HRESULT STDAPICALLTYPE(REFIID iid, void** factory);
+using Functions = base::FunctionTable<
+    base::Optional<"DXCoreCreateAdapterFactory", HRESULT STDAPICALLTYPE(REFIID iid, void** factory)>>;
 
 inline constexpr GUID kFactoryId = {0x78EE5945, 0xC36E, 0x4B13, {0xA6, 0x69, 0x00, 0x5D, 0xD1, 0x1C, 0x0F, 0x06}};
 inline constexpr GUID kAdapterListId = {0x526C7776, 0x40E9, 0x459B, {0xB7, 0x11, 0xF3, 0x2A, 0xD7, 0x6D, 0xFC, 0x28}};

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "windows/system_library.h"
+#include "base/function_table.h"
 
 /// The part of the graphics kernel's interface that tells how adapters are used. The compilers' headers lack it;
 /// numbers and layouts are the system's.
@@ -100,26 +100,10 @@ struct QueryStatistics {
 static_assert(sizeof(QueryStatistics) == 808 && offsetof(QueryStatistics, result) == 24 &&
               offsetof(QueryStatistics, segment) == 800);
 
-/// The entry points, null where this version of Windows lacks them.
-struct Calls {
-  using Open = Status APIENTRY(OpenAdapterFromLuid*);
-  using Close = Status APIENTRY(const CloseAdapter*);
-  using Info = Status APIENTRY(const QueryAdapterInfo*);
-  using Statistics = Status APIENTRY(QueryStatistics*);
-
-  Open* open_adapter_from_luid = nullptr;
-  Close* close_adapter = nullptr;
-  Info* query_adapter_info = nullptr;
-  Statistics* query_statistics = nullptr;
-};
-
-inline Calls FindCalls(const SystemLibrary& library) {
-  return {
-      .open_adapter_from_luid = library.Find<Calls::Open>("D3DKMTOpenAdapterFromLuid"),
-      .close_adapter = library.Find<Calls::Close>("D3DKMTCloseAdapter"),
-      .query_adapter_info = library.Find<Calls::Info>("D3DKMTQueryAdapterInfo"),
-      .query_statistics = library.Find<Calls::Statistics>("D3DKMTQueryStatistics"),
-  };
-}
+/// The entry points. Any may be missing in this version of Windows.
+using Calls = base::FunctionTable<base::Optional<"D3DKMTOpenAdapterFromLuid", Status APIENTRY(OpenAdapterFromLuid*)>,
+                                  base::Optional<"D3DKMTCloseAdapter", Status APIENTRY(const CloseAdapter*)>,
+                                  base::Optional<"D3DKMTQueryAdapterInfo", Status APIENTRY(const QueryAdapterInfo*)>,
+                                  base::Optional<"D3DKMTQueryStatistics", Status APIENTRY(QueryStatistics*)>>;
 
 }  // namespace zt::shared::npu::kernel

@@ -20,23 +20,25 @@ constexpr ULONG kMaximumEngines = 64;
 class Adapter {
  public:
   Adapter(const Calls& calls, const LUID& luid) : calls_(calls) {
-    const bool has_calls = calls.open_adapter_from_luid != nullptr && calls.close_adapter != nullptr;
+    auto* const open = calls.Get<"D3DKMTOpenAdapterFromLuid">();
+    const bool can_be_closed = calls.Get<"D3DKMTCloseAdapter">() != nullptr;
     kernel::OpenAdapterFromLuid request{luid, 0};
-    is_open_ = has_calls && Succeeded(calls.open_adapter_from_luid(&request));
+    is_open_ = open != nullptr && can_be_closed && Succeeded(open(&request));
     handle_ = request.adapter;
   }
   ~Adapter() {
     const kernel::CloseAdapter request{handle_};
-    if (is_open_) calls_.close_adapter(&request);
+    if (is_open_) calls_.Get<"D3DKMTCloseAdapter">()(&request);
   }
   Adapter(const Adapter&) = delete;
   Adapter& operator=(const Adapter&) = delete;
 
   template <typename Info>
   bool Ask(kernel::InfoType type, Info& info) const {
-    if (!is_open_ || calls_.query_adapter_info == nullptr) return false;
+    auto* const query = calls_.Get<"D3DKMTQueryAdapterInfo">();
+    if (!is_open_ || query == nullptr) return false;
     const kernel::QueryAdapterInfo request{handle_, type, &info, sizeof(info)};
-    return Succeeded(calls_.query_adapter_info(&request));
+    return Succeeded(query(&request));
   }
 
  private:
@@ -46,7 +48,8 @@ class Adapter {
 };
 
 bool AskStatistics(const Calls& calls, kernel::QueryStatistics& request) {
-  return calls.query_statistics != nullptr && Succeeded(calls.query_statistics(&request));
+  auto* const query = calls.Get<"D3DKMTQueryStatistics">();
+  return query != nullptr && Succeeded(query(&request));
 }
 
 // The engines share a clock on some NPUs and rest one by one on others: the fastest tells how the NPU runs.

@@ -4,11 +4,11 @@
 
 #include <vector>
 
+#include "base/loaded_library.h"
 #include "npu_report.h"
 #include "windows/device_instance.h"
 #include "windows/dxcore_npus.h"
 #include "windows/kernel_figures.h"
-#include "windows/system_library.h"
 
 namespace zt::shared::npu {
 namespace {
@@ -17,8 +17,8 @@ using com::ComPtr;
 using dxcore::IAdapterFactory;
 
 // S_OK without a factory where Windows has no DXCore.
-HRESULT MakeFactory(const SystemLibrary& library, ComPtr<IAdapterFactory>& factory) {
-  const auto create = library.Find<dxcore::CreateFactory>(dxcore::kCreateFactoryName);
+HRESULT MakeFactory(const base::LoadedLibrary& library, ComPtr<IAdapterFactory>& factory) {
+  auto* const create = dxcore::Functions::In(library).Get<"DXCoreCreateAdapterFactory">();
   if (create == nullptr) return S_OK;
   void* made = nullptr;
   const HRESULT status = create(dxcore::kFactoryId, &made);
@@ -35,12 +35,12 @@ std::string NameDevice(const DxcoreNpu& npu) {
 }  // namespace
 
 MachineReport ReadMachineReport() {
-  const SystemLibrary dxcore_library(dxcore::kLibrary);
-  const SystemLibrary kernel_library(kernel::kLibrary);
+  const auto dxcore_library = base::LoadedLibrary::OfSystem(dxcore::kLibrary);
+  const auto kernel_library = base::LoadedLibrary::OfSystem(kernel::kLibrary);
   ComPtr<IAdapterFactory> factory;
   const HRESULT status = MakeFactory(dxcore_library, factory);
   if (!factory) return {{}, status};
-  const kernel::Calls calls = kernel::FindCalls(kernel_library);
+  const kernel::Calls calls = kernel::Calls::In(kernel_library);
   std::vector<Npu> npus;
   const DxcoreNpus listed = ReadDxcoreNpus(*factory.Get());
   for (const DxcoreNpu& found : listed.npus) {

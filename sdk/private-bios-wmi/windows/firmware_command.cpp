@@ -8,6 +8,8 @@
 #include <chrono>
 #include <utility>
 
+#include "base/time_limit.h"
+
 namespace zt::shared::ztbios {
 namespace {
 
@@ -43,7 +45,7 @@ HRESULT CallWithinLimit(const Call& call, ComPtr<IWbemClassObject>& object) {
     status = com::AuthoriseCalls(pending.Get());
     if (FAILED(status)) return status;
     status = pending->GetResultObject(static_cast<long>(kCallLimit.count()), object.ReleaseAndGetAddressOf());
-    if (status == WBEM_S_TIMEDOUT) return com::kWaitTimedOut;
+    if (status == WBEM_S_TIMEDOUT) return base::kTimedOut;
   }
   if (FAILED(status)) return status;
   return object == nullptr ? kNothingFound : S_OK;

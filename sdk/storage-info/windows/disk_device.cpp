@@ -30,16 +30,12 @@ std::size_t Ask(HANDLE disk, DiskProperty property, std::span<std::uint8_t> answ
 }  // namespace
 
 DiskDevice::DiskDevice(unsigned number)
-    : handle_(::CreateFileW((LR"(\\.\PhysicalDrive)" + std::to_wstring(number)).c_str(), 0,
-                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr)) {}
-
-DiskDevice::~DiskDevice() {
-  if (IsOpen()) ::CloseHandle(handle_);
-}
+    : handle_(base::OwnFile(::CreateFileW((LR"(\\.\PhysicalDrive)" + std::to_wstring(number)).c_str(), 0,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr))) {}
 
 std::vector<std::uint8_t> DiskDevice::Read(DiskProperty property) const {
   if (!IsOpen()) return {};
-  return ReadWholeAnswer([&](std::span<std::uint8_t> answer) { return Ask(handle_, property, answer); });
+  return ReadWholeAnswer([&](std::span<std::uint8_t> answer) { return Ask(handle_.get(), property, answer); });
 }
 
 }  // namespace zt::shared::storage

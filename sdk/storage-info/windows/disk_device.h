@@ -1,9 +1,9 @@
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
 #include <vector>
+
+#include "base/windows/unique_handle.h"
 
 namespace zt::shared::storage {
 
@@ -15,17 +15,14 @@ class DiskDevice {
  public:
   /// `number`: that of "\\.\PhysicalDrive..." . The disk may be gone; then every answer is empty.
   explicit DiskDevice(unsigned number);
-  ~DiskDevice();
-  DiskDevice(const DiskDevice&) = delete;
-  DiskDevice& operator=(const DiskDevice&) = delete;
 
-  bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  bool IsOpen() const { return handle_ != nullptr; }
 
   /// The driver's answer (IOCTL_STORAGE_QUERY_PROPERTY); empty when it has none.
   std::vector<std::uint8_t> Read(DiskProperty property) const;
 
  private:
-  HANDLE handle_;
+  base::UniqueHandle handle_;
 };
 
 }  // namespace zt::shared::storage

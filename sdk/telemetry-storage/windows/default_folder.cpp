@@ -4,7 +4,7 @@
 #include <shlobj.h>
 #include <zt/text/wide_text.h>
 
-#include <memory>
+#include "base/windows/system_memory.h"
 
 namespace zt::shared {
 namespace {
@@ -12,14 +12,10 @@ namespace {
 constexpr char kUsualProgramData[] = R"(C:\ProgramData)";
 constexpr char kOwnFolder[] = R"(\zt\telemetry\)";
 
-struct CoTaskMemDeleter {
-  void operator()(wchar_t* memory) const { ::CoTaskMemFree(memory); }
-};
-
 std::string ProgramData() {
   wchar_t* found = nullptr;
   const HRESULT status = ::SHGetKnownFolderPath(FOLDERID_ProgramData, KF_FLAG_DEFAULT, nullptr, &found);
-  const std::unique_ptr<wchar_t, CoTaskMemDeleter> owner(found);
+  const base::UniqueTaskMemory<wchar_t> owner(found);
   return FAILED(status) ? kUsualProgramData : text::ToUtf8(found);
 }
 

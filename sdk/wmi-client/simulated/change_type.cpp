@@ -1,3 +1,5 @@
+#include "simulated/change_type.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -12,7 +14,7 @@
 #include <variant>
 
 #include "simulated/number_text.h"
-#include "zt/shared/wmi/wmi_value.h"
+#include "zt/shared/wmi/wmi_status.h"
 
 // The conversions of the system's automation library, in an English locale.
 namespace zt::shared::wmi {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "query_observer.h"
+#include "simulated/change_type.h"
 #include "simulation/wql.h"
 
 namespace zt::shared::wmi {
@@ -67,12 +68,18 @@ bool WMIClient::Next() {
   return rows_->Next();
 }
 
-std::int32_t WMIClient::GetProperty(const std::wstring& property, WmiValue& value) const {
+template <typename Value>
+std::int32_t WMIClient::GetProperty(const std::wstring& property, Value& value) const {
   if (rows_->Current() == nullptr) return kPropertyNotFound;
   const simulation::WmiProperty* const found = simulation::FindProperty(*rows_->Current(), text::ToUtf8(property));
   if (found == nullptr) return kPropertyNotFound;
-  value = AsWmiGivesIt(*found);
-  return kSuccess;
+  return ChangeType(AsWmiGivesIt(*found), value);
 }
+
+template std::int32_t WMIClient::GetProperty(const std::wstring& property, bool& value) const;
+template std::int32_t WMIClient::GetProperty(const std::wstring& property, std::uint32_t& value) const;
+template std::int32_t WMIClient::GetProperty(const std::wstring& property, std::uint64_t& value) const;
+template std::int32_t WMIClient::GetProperty(const std::wstring& property, float& value) const;
+template std::int32_t WMIClient::GetProperty(const std::wstring& property, std::wstring& value) const;
 
 }  // namespace zt::shared::wmi

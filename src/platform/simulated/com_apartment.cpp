@@ -6,9 +6,18 @@
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
+struct ComApartment::Apartment {
+  std::int32_t status;
+};
+
 ComApartment::ComApartment()
-    : status_(simulation::CurrentMachine().network.com.value_or(simulation::Failure{}).status) {}
+    : apartment_(std::make_unique<Apartment>(
+          Apartment{simulation::CurrentMachine().network.com.value_or(simulation::Failure{}).status})) {}
 
 ComApartment::~ComApartment() = default;
+
+std::int32_t ComApartment::Status() const {
+  return apartment_->status;
+}
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

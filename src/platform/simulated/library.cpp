@@ -36,7 +36,7 @@ bool IsMissing(const char* name) {
 }  // namespace
 
 Library Library::Load(const std::filesystem::path& file) {
-  return IsInstalled(file) ? Library(LoadModule(file)) : Library();
+  return IsInstalled(file) ? Library(base::LoadedLibrary::OfFile(file)) : Library();
 }
 
 Library Library::Search(const std::filesystem::path& name, std::uint32_t search_flags) {
@@ -45,7 +45,7 @@ Library Library::Search(const std::filesystem::path& name, std::uint32_t search_
 }
 
 void* Library::FindAddress(const char* name) const {
-  return module_ != nullptr && !IsMissing(name) ? FindExport(module_.get(), name) : nullptr;
+  return IsMissing(name) ? nullptr : library_.FindAddress(name);
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

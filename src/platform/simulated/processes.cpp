@@ -3,16 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/simulated/answers.h"
 #include "simulation/machine.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
-
-template <typename T>
-std::optional<T> Given(const simulation::Answer<T>& answer) {
-  const T* const value = std::get_if<T>(&answer);
-  return value != nullptr ? std::optional(*value) : std::nullopt;
-}
 
 const simulation::Process* Find(std::uint32_t id) {
   const auto& processes = simulation::CurrentMachine().processes;
@@ -57,15 +52,15 @@ std::optional<ProcessMemory> Process::Memory() const {
 }
 
 std::optional<std::uint32_t> Process::ExitCode() const {
-  return Given(handle_->process.exit_code);
+  return simulation::Given(handle_->process.exit_code);
 }
 
 std::uint32_t Process::PollEnd() const {
-  return Given(handle_->process.wait).value_or(kWaitFailed);
+  return simulation::Given(handle_->process.wait).value_or(kWaitFailed);
 }
 
 std::optional<bool> Process::IsElevated() const {
-  return handle_->process.token ? std::nullopt : Given(handle_->process.elevated);
+  return handle_->process.token ? std::nullopt : simulation::Given(handle_->process.elevated);
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

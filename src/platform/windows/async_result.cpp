@@ -2,6 +2,8 @@
 
 #include <thread>
 
+#include "base/time_limit.h"
+
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
 
@@ -25,18 +27,18 @@ HRESULT WaitFor(IUnknown& operation, std::chrono::milliseconds limit) {
   ComPtr<abi::IAsyncInfo> info;
   const HRESULT found = operation.QueryInterface(abi::kAsyncInfoId, reinterpret_cast<void**>(info.GetAddressOf()));
   if (FAILED(found)) return found;
-  const auto deadline = std::chrono::steady_clock::now() + limit;
+  const base::TimeLimit time(limit);
   while (true) {
     abi::AsyncState state = abi::AsyncState::kStarted;
     const HRESULT asked = info->get_Status(&state);
     if (FAILED(asked)) return asked;
     if (state == abi::AsyncState::kCompleted) return S_OK;
     if (state != abi::AsyncState::kStarted) return ErrorOf(*info.Get());
-    if (std::chrono::steady_clock::now() >= deadline) break;
+    if (time.IsOver()) break;
     std::this_thread::sleep_for(kPollInterval);
   }
   info->Cancel();
-  return kOperationTimedOut;
+  return base::kTimedOut;
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

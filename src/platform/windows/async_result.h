@@ -10,11 +10,8 @@ namespace zt::telemetry::collector::performancesamples::platform {
 
 inline constexpr std::chrono::milliseconds kSensorWaitLimit{1'000};
 
-/// The status of an operation that came to its limit: HRESULT_FROM_WIN32(ERROR_TIMEOUT).
-inline constexpr HRESULT kOperationTimedOut = static_cast<HRESULT>(0x800705B4);
-
 /// Waits until the asynchronous operation is done, at most `limit`, and cancels it then. Returns S_OK when it
-/// completed, `kOperationTimedOut` at the limit, else the error that it ended with.
+/// completed, `base::kTimedOut` at the limit, else the error that it ended with.
 HRESULT WaitFor(IUnknown& operation, std::chrono::milliseconds limit);
 
 /// Starts an operation by `start`, which takes where to put it, waits for it as `WaitFor` does, and takes its result:

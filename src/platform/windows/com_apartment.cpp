@@ -1,14 +1,19 @@
 #include "platform/com_apartment.h"
 
-#include <objbase.h>
+#include "base/windows/com_apartment.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
-ComApartment::ComApartment() : status_(::CoInitializeEx(nullptr, COINIT_MULTITHREADED)) {}
+struct ComApartment::Apartment {
+  base::ComApartment com;
+};
 
-ComApartment::~ComApartment() {
-  // Every success counts, also the one that says "initialised before"; a refusal does not.
-  if (SUCCEEDED(status_)) ::CoUninitialize();
+ComApartment::ComApartment() : apartment_(std::make_unique<Apartment>()) {}
+
+ComApartment::~ComApartment() = default;
+
+std::int32_t ComApartment::Status() const {
+  return apartment_->com.Status();
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

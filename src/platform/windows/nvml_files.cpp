@@ -3,7 +3,7 @@
 #include <windows.h>
 #include <shlobj.h>
 
-#include <memory>
+#include "base/windows/system_memory.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
@@ -11,15 +11,11 @@ namespace {
 constexpr wchar_t kFileName[] = L"nvml.dll";
 constexpr wchar_t kClassicFolder[] = LR"(NVIDIA Corporation\NVSMI)";
 
-struct CoTaskMemDeleter {
-  void operator()(wchar_t* memory) const { ::CoTaskMemFree(memory); }
-};
-
 // Not from the environment, which whoever starts the host can change.
 std::filesystem::path KnownFolder(const KNOWNFOLDERID& folder) {
   wchar_t* found = nullptr;
   const HRESULT status = ::SHGetKnownFolderPath(folder, KF_FLAG_DEFAULT, nullptr, &found);
-  const std::unique_ptr<wchar_t, CoTaskMemDeleter> owner(found);
+  const base::UniqueTaskMemory<wchar_t> owner(found);
   return FAILED(status) ? std::filesystem::path() : std::filesystem::path(found);
 }
 

@@ -13,7 +13,7 @@ template <typename Reading, typename Statics, typename Read>
 Reading ReadSensor(std::wstring_view class_name, const IID& statics_id, const Read& read) {
   const WindowsRuntime runtime;
   if (!runtime.IsThere()) return {};
-  const RuntimeApartment apartment(runtime);
+  const base::ComApartment apartment = runtime.Enter();
   if (FAILED(apartment.Status())) return {Reading::Outcome::kFailed, {}, apartment.Status()};
   Microsoft::WRL::ComPtr<Statics> statics;
   const HRESULT found = runtime.FindStatics(class_name, statics_id, statics);

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "platform/windows/unique_handle.h"
+#include "base/windows/unique_handle.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
@@ -23,15 +23,15 @@ std::uint64_t Units(const FILETIME& time) {
   return std::uint64_t{time.dwHighDateTime} << 32U | time.dwLowDateTime;
 }
 
-UniqueHandle OpenToken(HANDLE process) {
+base::UniqueHandle OpenToken(HANDLE process) {
   HANDLE token = nullptr;
-  return UniqueHandle(::OpenProcessToken(process, TOKEN_QUERY, &token) != FALSE ? token : nullptr);
+  return base::UniqueHandle(::OpenProcessToken(process, TOKEN_QUERY, &token) != FALSE ? token : nullptr);
 }
 
 }  // namespace
 
 struct Process::Handle {
-  UniqueHandle process;
+  base::UniqueHandle process;
 };
 
 Process::Process(std::unique_ptr<Handle> handle) : handle_(std::move(handle)) {}
@@ -41,7 +41,7 @@ Process::Process(Process&&) noexcept = default;
 Process& Process::operator=(Process&&) noexcept = default;
 
 std::optional<Process> Process::Open(std::uint32_t id, ProcessAccess access) {
-  UniqueHandle process(::OpenProcess(static_cast<DWORD>(access), FALSE, id));
+  base::UniqueHandle process(::OpenProcess(static_cast<DWORD>(access), FALSE, id));
   if (!process) return std::nullopt;
   return Process(std::make_unique<Handle>(Handle{std::move(process)}));
 }
@@ -72,7 +72,7 @@ std::uint32_t Process::PollEnd() const {
 }
 
 std::optional<bool> Process::IsElevated() const {
-  const UniqueHandle token = OpenToken(handle_->process.get());
+  const base::UniqueHandle token = OpenToken(handle_->process.get());
   if (!token) return std::nullopt;
   TOKEN_ELEVATION elevation{};
   DWORD length = 0;

@@ -1,5 +1,7 @@
 #include "platform/windows/sensor_reading.h"
 
+#include "base/time_limit.h"
+
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
 
@@ -11,13 +13,13 @@ HingeReading ReadHingeAngle(abi::IHingeAngleSensorStatics& sensors, std::chrono:
   using Outcome = HingeReading::Outcome;
   ComPtr<abi::IHingeAngleSensor> sensor;
   HRESULT status = Await([&](auto** operation) { return sensors.GetDefaultAsync(operation); }, limit, sensor);
-  if (status == kOperationTimedOut) return {Outcome::kSensorTimedOut};
+  if (status == base::kTimedOut) return {Outcome::kSensorTimedOut};
   if (FAILED(status)) return {Outcome::kFailed, 0, status};
   if (sensor.Get() == nullptr) return {Outcome::kNoSensor};
 
   ComPtr<abi::IHingeAngleReading> reading;
   status = Await([&](auto** operation) { return sensor->GetCurrentReadingAsync(operation); }, limit, reading);
-  if (status == kOperationTimedOut) return {Outcome::kReadingTimedOut};
+  if (status == base::kTimedOut) return {Outcome::kReadingTimedOut};
   if (FAILED(status)) return {Outcome::kFailed, 0, status};
   if (reading.Get() == nullptr) return {Outcome::kNoReading};
 

@@ -1,37 +1,17 @@
 #include "platform/windows/windows_runtime.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
-namespace {
 
-constexpr wchar_t kLibrary[] = L"combase.dll";
-
-}  // namespace
-
-WindowsRuntime::WindowsRuntime() : library_(::LoadLibraryExW(kLibrary, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {
-  if (library_ == nullptr) return;
-  LookUp("RoInitialize", initialize_);
-  LookUp("RoUninitialize", uninitialize_);
-  LookUp("RoGetActivationFactory", get_activation_factory_);
-  LookUp("WindowsCreateStringReference", create_string_reference_);
-}
-
-template <typename Function>
-void WindowsRuntime::LookUp(const char* name, Function& function) const {
-  function = reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(library_.get(), name)));
-}
-
-bool WindowsRuntime::IsThere() const {
-  return initialize_ != nullptr && uninitialize_ != nullptr && get_activation_factory_ != nullptr &&
-         create_string_reference_ != nullptr;
-}
+WindowsRuntime::WindowsRuntime()
+    : library_(base::LoadedLibrary::OfSystem("combase.dll")), functions_(Functions::In(library_)) {}
 
 HRESULT WindowsRuntime::FindStatics(std::wstring_view class_name, const IID& id, void** statics) const {
   HSTRING_HEADER header{};
   HSTRING name = nullptr;
-  const HRESULT named =
-      create_string_reference_(class_name.data(), static_cast<UINT32>(class_name.size()), &header, &name);
+  const HRESULT named = functions_.Get<"WindowsCreateStringReference">()(
+      class_name.data(), static_cast<UINT32>(class_name.size()), &header, &name);
   if (FAILED(named)) return named;
-  const HRESULT found = get_activation_factory_(name, id, statics);
+  const HRESULT found = functions_.Get<"RoGetActivationFactory">()(name, id, statics);
   return found == REGDB_E_CLASSNOTREG || found == E_NOINTERFACE ? S_OK : found;
 }
 

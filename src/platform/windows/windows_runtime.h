@@ -5,8 +5,11 @@
 #include <winstring.h>
 #include <wrl/client.h>
 
-#include <memory>
 #include <string_view>
+
+#include "base/function_table.h"
+#include "base/loaded_library.h"
+#include "base/windows/com_apartment.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
@@ -16,11 +19,12 @@ class WindowsRuntime {
   WindowsRuntime();
 
   /// False where the system has no Windows Runtime; nothing else is called then.
-  bool IsThere() const;
+  bool IsThere() const { return functions_.IsComplete(); }
 
-  /// Initialises the calling thread, multithreaded. Every success is to be followed by one `Uninitialize`.
-  HRESULT Initialize() const { return initialize_(RO_INIT_MULTITHREADED); }
-  void Uninitialize() const { uninitialize_(); }
+  /// Initialises the calling thread, multithreaded, for as long as what is returned lives; not longer than this object.
+  base::ComApartment Enter() const {
+    return {functions_.Get<"RoInitialize">()(RO_INIT_MULTITHREADED), functions_.Get<"RoUninitialize">()};
+  }
 
   /// The statics of a class by its name, as the interface `id`. `class_name` ends with a zero. Null with S_OK where the
   /// system has no such class, or an older one without the interface.
@@ -30,39 +34,16 @@ class WindowsRuntime {
   }
 
  private:
-  struct LibraryReleaser {
-    using pointer = HMODULE;
-    void operator()(HMODULE library) const { ::FreeLibrary(library); }
-  };
+  using Functions =
+      base::FunctionTable<base::Required<"RoInitialize", decltype(::RoInitialize)>,
+                          base::Required<"RoUninitialize", decltype(::RoUninitialize)>,
+                          base::Required<"RoGetActivationFactory", decltype(::RoGetActivationFactory)>,
+                          base::Required<"WindowsCreateStringReference", decltype(::WindowsCreateStringReference)>>;
 
   HRESULT FindStatics(std::wstring_view class_name, const IID& id, void** statics) const;
-  template <typename Function>
-  void LookUp(const char* name, Function& function) const;
 
-  std::unique_ptr<void, LibraryReleaser> library_;
-  decltype(&::RoInitialize) initialize_ = nullptr;
-  decltype(&::RoUninitialize) uninitialize_ = nullptr;
-  decltype(&::RoGetActivationFactory) get_activation_factory_ = nullptr;
-  decltype(&::WindowsCreateStringReference) create_string_reference_ = nullptr;
-};
-
-/// The Windows Runtime on the calling thread for as long as this object lives; left as found. Goes on the thread that
-/// made it, after everything that was used under it.
-class RuntimeApartment {
- public:
-  explicit RuntimeApartment(const WindowsRuntime& runtime) : runtime_(runtime), status_(runtime.Initialize()) {}
-  ~RuntimeApartment() {
-    // Every success counts, also the one that says "initialised before"; a refusal does not.
-    if (SUCCEEDED(status_)) runtime_.Uninitialize();
-  }
-  RuntimeApartment(const RuntimeApartment&) = delete;
-  RuntimeApartment& operator=(const RuntimeApartment&) = delete;
-
-  HRESULT Status() const { return status_; }
-
- private:
-  const WindowsRuntime& runtime_;
-  HRESULT status_;
+  base::LoadedLibrary library_;
+  Functions functions_;
 };
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

@@ -3,22 +3,19 @@
 #include <windows.h>
 #include <wlanapi.h>
 
-#include "platform/library.h"
+#include "base/function_table.h"
+#include "base/loaded_library.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
 /// The functions of the WLAN service's library.
-struct WlanFunctions {
-  decltype(&::WlanOpenHandle) open_handle = nullptr;
-  decltype(&::WlanCloseHandle) close_handle = nullptr;
-  decltype(&::WlanEnumInterfaces) enum_interfaces = nullptr;
-  decltype(&::WlanQueryInterface) query_interface = nullptr;
-  decltype(&::WlanGetProfileList) get_profile_list = nullptr;
-  decltype(&::WlanGetProfile) get_profile = nullptr;
-  decltype(&::WlanFreeMemory) free_memory = nullptr;
-
-  bool AreAllThere() const;
-};
+using WlanFunctions = base::FunctionTable<base::Required<"WlanOpenHandle", decltype(::WlanOpenHandle)>,
+                                          base::Required<"WlanCloseHandle", decltype(::WlanCloseHandle)>,
+                                          base::Required<"WlanEnumInterfaces", decltype(::WlanEnumInterfaces)>,
+                                          base::Required<"WlanQueryInterface", decltype(::WlanQueryInterface)>,
+                                          base::Required<"WlanGetProfileList", decltype(::WlanGetProfileList)>,
+                                          base::Required<"WlanGetProfile", decltype(::WlanGetProfile)>,
+                                          base::Required<"WlanFreeMemory", decltype(::WlanFreeMemory)>>;
 
 /// The library, looked up when it is used: a server need not have it, and the module loads there too.
 class WlanLibrary {
@@ -29,7 +26,7 @@ class WlanLibrary {
   const WlanFunctions& Functions() const { return functions_; }
 
  private:
-  Library library_;
+  base::LoadedLibrary library_;
   WlanFunctions functions_;
 };
 

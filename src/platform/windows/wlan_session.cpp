@@ -34,13 +34,13 @@ std::wstring TextOf(const wchar_t (&field)[kSize]) {
 WlanSession::WlanSession(const WlanFunctions& functions) : functions_(functions) {
   DWORD negotiated_version = 0;
   HANDLE handle = nullptr;
-  if (!functions_.AreAllThere()) return;
-  status_ = functions_.open_handle(kClientVersion, nullptr, &negotiated_version, &handle);
+  if (!functions_.IsComplete()) return;
+  status_ = functions_.Get<"WlanOpenHandle">()(kClientVersion, nullptr, &negotiated_version, &handle);
   if (status_ == ERROR_SUCCESS) handle_ = handle;
 }
 
 WlanSession::~WlanSession() {
-  if (handle_ != nullptr) functions_.close_handle(handle_, nullptr);
+  if (handle_ != nullptr) functions_.Get<"WlanCloseHandle">()(handle_, nullptr);
 }
 
 template <typename T>
@@ -48,7 +48,7 @@ WlanSession::Owned<T> WlanSession::Query(const std::wstring& interface_guid, WLA
   const GUID guid = ToGuid(interface_guid);
   DWORD size = 0;
   void* data = nullptr;
-  const DWORD status = functions_.query_interface(handle_, &guid, question, nullptr, &size, &data, nullptr);
+  const DWORD status = functions_.Get<"WlanQueryInterface">()(handle_, &guid, question, nullptr, &size, &data, nullptr);
   Owned<T> answer = Own(static_cast<T*>(status == ERROR_SUCCESS ? data : nullptr));
   if (size < sizeof(T)) answer.reset();
   return answer;
@@ -56,7 +56,7 @@ WlanSession::Owned<T> WlanSession::Query(const std::wstring& interface_guid, WLA
 
 std::optional<std::vector<std::wstring>> WlanSession::Interfaces() const {
   WLAN_INTERFACE_INFO_LIST* received = nullptr;
-  if (functions_.enum_interfaces(handle_, nullptr, &received) != ERROR_SUCCESS) return std::nullopt;
+  if (functions_.Get<"WlanEnumInterfaces">()(handle_, nullptr, &received) != ERROR_SUCCESS) return std::nullopt;
   const auto list = Own(received);
   std::vector<std::wstring> guids;
   for (DWORD i = 0; list != nullptr && i < list->dwNumberOfItems; ++i) {
@@ -80,7 +80,7 @@ std::optional<WlanConnection> WlanSession::CurrentConnection(const std::wstring&
 std::optional<std::vector<std::wstring>> WlanSession::ProfileNames(const std::wstring& interface_guid) const {
   const GUID guid = ToGuid(interface_guid);
   WLAN_PROFILE_INFO_LIST* received = nullptr;
-  if (functions_.get_profile_list(handle_, &guid, nullptr, &received) != ERROR_SUCCESS) return std::nullopt;
+  if (functions_.Get<"WlanGetProfileList">()(handle_, &guid, nullptr, &received) != ERROR_SUCCESS) return std::nullopt;
   const auto list = Own(received);
   if (list == nullptr) return std::nullopt;
   const WLAN_PROFILE_INFO* const first = list->ProfileInfo;
@@ -93,7 +93,8 @@ std::optional<WlanProfile> WlanSession::Profile(const std::wstring& interface_gu
   const GUID guid = ToGuid(interface_guid);
   wchar_t* received = nullptr;
   DWORD flags = 0;  // nothing is asked for that needs rights, such as the key in plain text
-  const DWORD status = functions_.get_profile(handle_, &guid, name.c_str(), nullptr, &received, &flags, nullptr);
+  const DWORD status =
+      functions_.Get<"WlanGetProfile">()(handle_, &guid, name.c_str(), nullptr, &received, &flags, nullptr);
   const auto xml = Own(status == ERROR_SUCCESS ? received : nullptr);
   if (xml == nullptr) return std::nullopt;
   return WlanProfile{xml.get(), flags};

@@ -33,7 +33,7 @@ class WlanSession {
  private:
   struct Releaser {
     const WlanFunctions* functions;
-    void operator()(void* memory) const { functions->free_memory(memory); }
+    void operator()(void* memory) const { functions->Get<"WlanFreeMemory">()(memory); }
   };
   /// What the service handed out.
   template <typename T>

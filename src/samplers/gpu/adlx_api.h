@@ -2,22 +2,27 @@
 
 #include <cstdint>
 
+#include "base/function_table.h"
+
 // What the collector uses of AMD's device library (ADLX), declared here. Every interface is a table of methods whose
 // order is the interface: a method that nobody here calls is deleted and only keeps its slot, since its parameters are
 // not declared; a call of it does not compile, and one through the table ends the program. What comes after the last
 // one used is left out. The methods are __stdcall and the functions __cdecl, which are one and the same in 64-bit
 // programs.
 
-/// Result of the functions and of most methods. Those below `ADLX_FAIL` are successes. Values that are not listed
-/// occur.
-enum ADLX_RESULT : int {
-  ADLX_OK = 0,
-  ADLX_ALREADY_ENABLED = 1,
-  ADLX_ALREADY_INITIALIZED = 2,
-  ADLX_FAIL = 3,
-  ADLX_INVALID_ARGS = 4,
-  ADLX_NOT_SUPPORTED = 12,
-};
+/// Result of the functions and of most methods. Global, unlike all else that is declared here: errors carry its name as
+/// the run-time type information spells it.
+enum ADLX_RESULT : int;
+
+namespace zt::telemetry::collector::performancesamples::adlx {
+
+/// Results; those below `ADLX_FAIL` are successes. Others occur.
+inline constexpr ADLX_RESULT ADLX_OK{0};
+inline constexpr ADLX_RESULT ADLX_ALREADY_ENABLED{1};
+inline constexpr ADLX_RESULT ADLX_ALREADY_INITIALIZED{2};
+inline constexpr ADLX_RESULT ADLX_FAIL{3};
+inline constexpr ADLX_RESULT ADLX_INVALID_ARGS{4};
+inline constexpr ADLX_RESULT ADLX_NOT_SUPPORTED{12};
 
 inline bool Succeeded(ADLX_RESULT result) {
   return result < ADLX_FAIL;
@@ -149,12 +154,16 @@ class IADLXSystem {
   ~IADLXSystem() = default;
 };
 
-// Each function's type; the function is exported without the "_t".
-using ADLXQueryFullVersion_t = ADLX_RESULT(std::uint64_t* version);
-using ADLXQueryVersion_t = ADLX_RESULT(const char** version);
-/// `version`: that of the interface which the caller was written against.
-using ADLXInitialize_t = ADLX_RESULT(std::uint64_t version, IADLXSystem** system);
-using ADLXInitializeWithIncompatibleDriver_t = ADLX_RESULT(std::uint64_t version, IADLXSystem** system);
-using ADLXInitializeWithCallerAdl_t = ADLX_RESULT(std::uint64_t version, IADLXSystem** system, void** adl_mapping,
-                                                  void* adl_context, void (*free_adl_memory)(void** buffer));
-using ADLXTerminate_t = ADLX_RESULT();
+/// The library's functions. The `version` of those that start it is that of the interface which the caller was written
+/// against.
+using Functions = base::FunctionTable<
+    base::Required<"ADLXQueryFullVersion", ADLX_RESULT(std::uint64_t* version)>,
+    base::Required<"ADLXQueryVersion", ADLX_RESULT(const char** version)>,
+    base::Required<"ADLXInitialize", ADLX_RESULT(std::uint64_t version, IADLXSystem** system)>,
+    base::Required<"ADLXInitializeWithIncompatibleDriver", ADLX_RESULT(std::uint64_t version, IADLXSystem** system)>,
+    base::Required<"ADLXInitializeWithCallerAdl",
+                   ADLX_RESULT(std::uint64_t version, IADLXSystem** system, void** adl_mapping, void* adl_context,
+                               void (*free_adl_memory)(void** buffer))>,
+    base::Required<"ADLXTerminate", ADLX_RESULT()>>;
+
+}  // namespace zt::telemetry::collector::performancesamples::adlx

@@ -7,6 +7,7 @@ namespace zt::telemetry::collector::performancesamples {
 namespace {
 
 using common::Error;
+using namespace adlx;
 
 constexpr char kLibraryName[] = "amdadlx64.dll";
 // The folders of the application, of the user and of the system, and the default ones; never the current folder.
@@ -22,7 +23,8 @@ constexpr char kNotStarted[] = "Error while initializing ADLX lib";
 ADLXHelper::ADLXHelper() = default;
 
 ADLXHelper::~ADLXHelper() {
-  if (terminate_ != nullptr) terminate_();
+  auto* const terminate = functions_.Get<"ADLXTerminate">();
+  if (terminate != nullptr) terminate();
 }
 
 Error ADLXHelper::Start() {
@@ -34,23 +36,16 @@ Error ADLXHelper::Start() {
 bool ADLXHelper::FindLibrary() {
   if (!library_) {
     library_ = platform::Library::Search(kLibraryName, kSearchFlags);
-    query_full_version_ = library_.Find<ADLXQueryFullVersion_t>("ADLXQueryFullVersion");
-    query_version_ = library_.Find<ADLXQueryVersion_t>("ADLXQueryVersion");
-    initialize_with_caller_adl_ = library_.Find<ADLXInitializeWithCallerAdl_t>("ADLXInitializeWithCallerAdl");
-    initialize_with_incompatible_driver_ =
-        library_.Find<ADLXInitializeWithIncompatibleDriver_t>("ADLXInitializeWithIncompatibleDriver");
-    initialize_ = library_.Find<ADLXInitialize_t>("ADLXInitialize");
-    terminate_ = library_.Find<ADLXTerminate_t>("ADLXTerminate");
+    functions_ = Functions::In(library_);
   }
-  return query_full_version_ != nullptr && query_version_ != nullptr && initialize_with_caller_adl_ != nullptr &&
-         initialize_with_incompatible_driver_ != nullptr && initialize_ != nullptr && terminate_ != nullptr;
+  return functions_.IsComplete();
 }
 
 ADLX_RESULT ADLXHelper::Initialize() {
   const char* version = nullptr;
-  query_version_(&version);
+  functions_.Get<"ADLXQueryVersion">()(&version);
   version_ = version != nullptr ? version : "";
-  const ADLX_RESULT result = initialize_(kVersion, &system_);
+  const ADLX_RESULT result = functions_.Get<"ADLXInitialize">()(kVersion, &system_);
   return system_ == nullptr && Succeeded(result) ? ADLX_FAIL : result;
 }
 

@@ -26,7 +26,7 @@ class ZT_COLLECTOR_EXPORT ADLXHelper {
   bool IsLoaded() const { return static_cast<bool>(library_); }
 
   /// Not null once the start succeeded.
-  IADLXSystem* System() const { return system_; }
+  adlx::IADLXSystem* System() const { return system_; }
 
   /// The library's version, as it names it; empty before the start.
   const std::string& Version() const { return version_; }
@@ -36,14 +36,9 @@ class ZT_COLLECTOR_EXPORT ADLXHelper {
   ADLX_RESULT Initialize();
 
   platform::Library library_;
-  ADLXQueryFullVersion_t* query_full_version_ = nullptr;
-  ADLXQueryVersion_t* query_version_ = nullptr;
-  ADLXInitializeWithCallerAdl_t* initialize_with_caller_adl_ = nullptr;
-  ADLXInitializeWithIncompatibleDriver_t* initialize_with_incompatible_driver_ = nullptr;
-  ADLXInitialize_t* initialize_ = nullptr;
-  ADLXTerminate_t* terminate_ = nullptr;
+  adlx::Functions functions_;
   std::string version_;
-  IADLXSystem* system_ = nullptr;
+  adlx::IADLXSystem* system_ = nullptr;
 };
 
 }  // namespace zt::telemetry::collector::performancesamples

@@ -7,7 +7,7 @@
 namespace zt::telemetry::collector::performancesamples {
 
 struct AdlxReleaser {
-  void operator()(IADLXInterface* reference) const { reference->Release(); }
+  void operator()(adlx::IADLXInterface* reference) const { reference->Release(); }
 };
 
 /// Owns one reference to an interface.
@@ -21,9 +21,9 @@ ADLX_RESULT Obtain(AdlxPointer<Interface>& pointer, Call call) {
   Interface* reference = nullptr;
   const ADLX_RESULT result = call(&reference);
   // What a failed call leaves there is nobody's reference.
-  if (!Succeeded(result)) return result;
+  if (!adlx::Succeeded(result)) return result;
   pointer.reset(reference);
-  return reference != nullptr ? result : ADLX_FAIL;
+  return reference != nullptr ? result : adlx::ADLX_FAIL;
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

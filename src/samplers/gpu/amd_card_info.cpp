@@ -13,6 +13,7 @@ namespace {
 
 using common::Error;
 using types::GraphicCardInfo;
+using namespace adlx;
 using Services = IADLXPerformanceMonitoringServices;
 using Support = IADLXGPUMetricsSupport;
 using Metrics = IADLXGPUMetrics;

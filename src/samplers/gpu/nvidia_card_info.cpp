@@ -15,6 +15,7 @@ namespace {
 
 using common::Error;
 using types::GraphicCardInfo;
+using namespace nvml;
 
 // With the end of the text.
 constexpr unsigned int kSerialCapacity = 30;
@@ -25,11 +26,13 @@ constexpr double kBytesPerMegabyte = 1'000'000.0;
 // The card in hand. Never cleared: as long as it is set, some object has opened a card.
 nvmlDevice_t module_wide_handle = nullptr;
 
-// The library, for what runs only once it was found.
-const NvmlFunctions& Nvml() {
-  static constexpr NvmlFunctions kNone;
-  const NvmlFunctions* const nvml = BindNvml();
-  return nvml != nullptr ? *nvml : kNone;
+// Calls a function of the library. One that the library does not export fails, as one that the card does not support,
+// and so does every one where there is no library.
+template <base::EntryName name, typename... Arguments>
+nvmlReturn_t Call(Arguments... arguments) {
+  const Functions* const library = BindNvml();
+  auto* const function = library != nullptr ? library->Get<name>() : nullptr;
+  return function != nullptr ? function(arguments...) : NVML_ERROR_FUNCTION_NOT_FOUND;
 }
 
 // False for a failure, which `error` then tells.
@@ -40,14 +43,13 @@ bool Check(nvmlReturn_t status, Error& error) {
 }
 
 nvmlReturn_t Start() {
-  const NvmlFunctions* const nvml = BindNvml();
-  return nvml != nullptr ? nvml->init() : NVML_ERROR_LIBRARY_NOT_FOUND;
+  return BindNvml() != nullptr ? Call<"nvmlInit_v2">() : NVML_ERROR_LIBRARY_NOT_FOUND;
 }
 
 // Taken as a signed number: a count below zero is no card, like that of a failed call, and not one of billions.
 int CountCards() {
   unsigned int count = 0;
-  Call(Nvml().device_count, &count);
+  Call<"nvmlDeviceGetCount_v2">(&count);
   return static_cast<int>(count);
 }
 
@@ -68,15 +70,15 @@ std::uint32_t BusNumber(std::string_view bus_id) {
   return DecimalNumber(bus_id.substr(first + 1, second - first - 1));
 }
 
-float ReadClock(const NvmlFunctions& nvml, nvmlClockType_t type) {
+float ReadClock(nvmlClockType_t type) {
   unsigned int mhz = 0;
-  Call(nvml.clock, module_wide_handle, type, NVML_CLOCK_ID_CURRENT, &mhz);
+  Call<"nvmlDeviceGetClock">(module_wide_handle, type, NVML_CLOCK_ID_CURRENT, &mhz);
   return static_cast<float>(mhz);
 }
 
-void ReadMemory(const NvmlFunctions& nvml, GraphicCardInfo& card) {
+void ReadMemory(GraphicCardInfo& card) {
   nvmlMemory_t memory{};
-  Call(nvml.memory_info, module_wide_handle, &memory);
+  Call<"nvmlDeviceGetMemoryInfo">(module_wide_handle, &memory);
   // Without any memory, as after a failed reading, there is no such share: 0 / 0 is NaN.
   card.memory_controller_utilization_percent =
       static_cast<float>(memory.used) / static_cast<float>(memory.total) * 100.0F;
@@ -84,11 +86,11 @@ void ReadMemory(const NvmlFunctions& nvml, GraphicCardInfo& card) {
 }
 
 // Of the encoder or the decoder.
-template <typename Function>
-float ReadUtilization(Function* function) {
+template <base::EntryName function>
+float ReadUtilization() {
   unsigned int percent = 0;
   unsigned int sampling_period_us = 0;
-  Call(function, module_wide_handle, &percent, &sampling_period_us);
+  Call<function>(module_wide_handle, &percent, &sampling_period_us);
   return static_cast<float>(percent);
 }
 
@@ -97,7 +99,7 @@ float ReadUtilization(Function* function) {
 NvidiaCardInfo::NvidiaCardInfo() = default;
 
 NvidiaCardInfo::~NvidiaCardInfo() {
-  if (module_wide_handle != nullptr) Call(Nvml().shutdown);
+  if (module_wide_handle != nullptr) Call<"nvmlShutdown">();
 }
 
 Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
@@ -106,7 +108,7 @@ Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   const int count = CountCards();
   for (int index = 0; index < count; ++index) {
     const auto number = static_cast<unsigned int>(index);
-    if (!Check(Call(Nvml().handle_by_index, number, &module_wide_handle), error)) continue;
+    if (!Check(Call<"nvmlDeviceGetHandleByIndex_v2">(number, &module_wide_handle), error)) continue;
     GraphicCardInfo card;
     RetrieveBoardInfo(&card);
     RetrievePerformanceInfo(&card);
@@ -117,31 +119,30 @@ Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
 
 void NvidiaCardInfo::RetrieveBoardInfo(GraphicCardInfo* card) {
   char serial[kSerialCapacity] = {};
-  if (Call(Nvml().serial, module_wide_handle, &serial[0], kSerialCapacity) == NVML_SUCCESS) {
+  if (Call<"nvmlDeviceGetSerial">(module_wide_handle, &serial[0], kSerialCapacity) == NVML_SUCCESS) {
     card->serial_number = TextIn(serial);
   }
   nvmlPciInfo_t pci{};
-  Call(Nvml().pci_info, module_wide_handle, &pci);
+  Call<"nvmlDeviceGetPciInfo_v3">(module_wide_handle, &pci);
   card->bus_number = BusNumber(TextIn(pci.busId));
 }
 
 void NvidiaCardInfo::RetrievePerformanceInfo(GraphicCardInfo* card) {
-  const NvmlFunctions& nvml = Nvml();
   unsigned long long reasons = kNoAnswer;
-  Call(nvml.throttle_reasons, module_wide_handle, &reasons);
+  Call<"nvmlDeviceGetCurrentClocksThrottleReasons">(module_wide_handle, &reasons);
   card->status_text = DescribeThrottleReasons(reasons);
-  Call(nvml.temperature, module_wide_handle, NVML_TEMPERATURE_GPU, &card->temperature_celsius);
-  card->memory_clock_mhz = ReadClock(nvml, NVML_CLOCK_MEM);
-  card->gpu_clock_mhz = ReadClock(nvml, NVML_CLOCK_GRAPHICS);
+  Call<"nvmlDeviceGetTemperature">(module_wide_handle, NVML_TEMPERATURE_GPU, &card->temperature_celsius);
+  card->memory_clock_mhz = ReadClock(NVML_CLOCK_MEM);
+  card->gpu_clock_mhz = ReadClock(NVML_CLOCK_GRAPHICS);
   unsigned int bus_width_bits = 0;
-  Call(nvml.memory_bus_width, module_wide_handle, &bus_width_bits);
+  Call<"nvmlDeviceGetMemoryBusWidth">(module_wide_handle, &bus_width_bits);
   card->memory_bandwidth_gb = static_cast<float>(bus_width_bits);
-  ReadMemory(nvml, *card);
+  ReadMemory(*card);
   nvmlUtilization_t rates{};
-  Call(nvml.utilization_rates, module_wide_handle, &rates);
+  Call<"nvmlDeviceGetUtilizationRates">(module_wide_handle, &rates);
   card->gpu_utilization_percent = static_cast<float>(rates.gpu);
-  card->encoder_utilization_percent = ReadUtilization(nvml.encoder_utilization);
-  card->decoder_utilization_percent = ReadUtilization(nvml.decoder_utilization);
+  card->encoder_utilization_percent = ReadUtilization<"nvmlDeviceGetEncoderUtilization">();
+  card->decoder_utilization_percent = ReadUtilization<"nvmlDeviceGetDecoderUtilization">();
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

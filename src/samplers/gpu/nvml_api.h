@@ -2,23 +2,29 @@
 
 #include <cstddef>
 
+#include "base/function_table.h"
+
 // What the collector uses of NVIDIA's management library (NVML), declared here with the names, layouts and calling
 // convention of its C interface. All functions return a status; those that read write through their pointers.
+
+/// Status of every function. Global, unlike all else that is declared here: errors carry its name as the run-time type
+/// information spells it.
+enum nvmlReturn_t : int;
+
+namespace zt::telemetry::collector::performancesamples::nvml {
 
 /// Opaque: an open card.
 using nvmlDevice_t = struct nvmlDevice_st*;
 
-/// Status of every function. Values that are not listed occur.
-enum nvmlReturn_t : int {
-  NVML_SUCCESS = 0,
-  NVML_ERROR_UNINITIALIZED = 1,
-  NVML_ERROR_INVALID_ARGUMENT = 2,
-  NVML_ERROR_NOT_SUPPORTED = 3,
-  NVML_ERROR_INSUFFICIENT_SIZE = 7,
-  NVML_ERROR_DRIVER_NOT_LOADED = 9,
-  NVML_ERROR_LIBRARY_NOT_FOUND = 12,
-  NVML_ERROR_FUNCTION_NOT_FOUND = 13,
-};
+/// The statuses that are told apart here. Others occur.
+inline constexpr nvmlReturn_t NVML_SUCCESS{0};
+inline constexpr nvmlReturn_t NVML_ERROR_UNINITIALIZED{1};
+inline constexpr nvmlReturn_t NVML_ERROR_INVALID_ARGUMENT{2};
+inline constexpr nvmlReturn_t NVML_ERROR_NOT_SUPPORTED{3};
+inline constexpr nvmlReturn_t NVML_ERROR_INSUFFICIENT_SIZE{7};
+inline constexpr nvmlReturn_t NVML_ERROR_DRIVER_NOT_LOADED{9};
+inline constexpr nvmlReturn_t NVML_ERROR_LIBRARY_NOT_FOUND{12};
+inline constexpr nvmlReturn_t NVML_ERROR_FUNCTION_NOT_FOUND{13};
 
 enum nvmlTemperatureSensors_t : int { NVML_TEMPERATURE_GPU = 0 };
 enum nvmlClockType_t : int { NVML_CLOCK_GRAPHICS = 0, NVML_CLOCK_MEM = 2 };
@@ -50,22 +56,25 @@ struct nvmlUtilization_t {
 };
 static_assert(sizeof(nvmlUtilization_t) == 8);
 
-// Each function's type; the function is exported without the "_t".
-using nvmlInit_v2_t = nvmlReturn_t();
-using nvmlShutdown_t = nvmlReturn_t();
-using nvmlDeviceGetCount_v2_t = nvmlReturn_t(unsigned int* count);
-using nvmlDeviceGetHandleByIndex_v2_t = nvmlReturn_t(unsigned int index, nvmlDevice_t* device);
-using nvmlDeviceGetSerial_t = nvmlReturn_t(nvmlDevice_t device, char* serial, unsigned int capacity);
-using nvmlDeviceGetPciInfo_v3_t = nvmlReturn_t(nvmlDevice_t device, nvmlPciInfo_t* pci);
-using nvmlDeviceGetCurrentClocksThrottleReasons_t = nvmlReturn_t(nvmlDevice_t device, unsigned long long* reasons);
-using nvmlDeviceGetTemperature_t = nvmlReturn_t(nvmlDevice_t device, nvmlTemperatureSensors_t sensor,
-                                                unsigned int* celsius);
-using nvmlDeviceGetClock_t = nvmlReturn_t(nvmlDevice_t device, nvmlClockType_t type, nvmlClockId_t id,
-                                          unsigned int* mhz);
-using nvmlDeviceGetMemoryBusWidth_t = nvmlReturn_t(nvmlDevice_t device, unsigned int* bits);
-using nvmlDeviceGetMemoryInfo_t = nvmlReturn_t(nvmlDevice_t device, nvmlMemory_t* memory);
-using nvmlDeviceGetUtilizationRates_t = nvmlReturn_t(nvmlDevice_t device, nvmlUtilization_t* rates);
-using nvmlDeviceGetEncoderUtilization_t = nvmlReturn_t(nvmlDevice_t device, unsigned int* percent,
-                                                       unsigned int* sampling_period_us);
-using nvmlDeviceGetDecoderUtilization_t = nvmlReturn_t(nvmlDevice_t device, unsigned int* percent,
-                                                       unsigned int* sampling_period_us);
+/// The library's functions. Drivers differ in which of the optional ones they have.
+using Functions = base::FunctionTable<
+    base::Required<"nvmlInit_v2", nvmlReturn_t()>, base::Required<"nvmlShutdown", nvmlReturn_t()>,
+    base::Required<"nvmlDeviceGetCount_v2", nvmlReturn_t(unsigned int* count)>,
+    base::Required<"nvmlDeviceGetHandleByIndex_v2", nvmlReturn_t(unsigned int index, nvmlDevice_t* device)>,
+    base::Optional<"nvmlDeviceGetSerial", nvmlReturn_t(nvmlDevice_t device, char* serial, unsigned int capacity)>,
+    base::Optional<"nvmlDeviceGetPciInfo_v3", nvmlReturn_t(nvmlDevice_t device, nvmlPciInfo_t* pci)>,
+    base::Optional<"nvmlDeviceGetCurrentClocksThrottleReasons",
+                   nvmlReturn_t(nvmlDevice_t device, unsigned long long* reasons)>,
+    base::Optional<"nvmlDeviceGetTemperature",
+                   nvmlReturn_t(nvmlDevice_t device, nvmlTemperatureSensors_t sensor, unsigned int* celsius)>,
+    base::Optional<"nvmlDeviceGetClock",
+                   nvmlReturn_t(nvmlDevice_t device, nvmlClockType_t type, nvmlClockId_t id, unsigned int* mhz)>,
+    base::Optional<"nvmlDeviceGetMemoryBusWidth", nvmlReturn_t(nvmlDevice_t device, unsigned int* bits)>,
+    base::Optional<"nvmlDeviceGetMemoryInfo", nvmlReturn_t(nvmlDevice_t device, nvmlMemory_t* memory)>,
+    base::Optional<"nvmlDeviceGetUtilizationRates", nvmlReturn_t(nvmlDevice_t device, nvmlUtilization_t* rates)>,
+    base::Optional<"nvmlDeviceGetEncoderUtilization",
+                   nvmlReturn_t(nvmlDevice_t device, unsigned int* percent, unsigned int* sampling_period_us)>,
+    base::Optional<"nvmlDeviceGetDecoderUtilization",
+                   nvmlReturn_t(nvmlDevice_t device, unsigned int* percent, unsigned int* sampling_period_us)>>;
+
+}  // namespace zt::telemetry::collector::performancesamples::nvml

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <typeinfo>
 
+#include "samplers/rounding.h"
 #include "samplers/wmi_query.h"
 #include "zt/telemetry/common/error.h"
 
@@ -26,13 +27,6 @@ constexpr std::int64_t kOwnCondition = -1;  // code of an error that is not a ca
 constexpr double kMebibytesPerByte = 1.0 / 1048576;
 // Of a count of operations: its field says kB, and has always carried the count divided by 1024.
 constexpr double kThousandsPerOperation = 0.0009765625;
-
-// Halves away from zero. In double precision, unlike the other samplers' rounding: single precision would change
-// counts above 2^24.
-double RoundToTwoDecimals(double value) {
-  constexpr double kFactor = 100;
-  return std::round(value * kFactor) / kFactor;
-}
 
 // The figures here are below 2^32, as they come from 32 bits.
 std::uint32_t WholePart(double value) {
@@ -63,14 +57,15 @@ std::shared_ptr<WMIProcessInfo> FindProcessOfRow(const WMIClient& wmi, const Pro
   return process;
 }
 
+// Rounded in double precision, unlike the other samplers' figures: single precision would change counts above 2^24.
 void ConvertUnits(WMIProcessInfo& process) {
   const double working_set_bytes = std::trunc(static_cast<double>(process.working_set));
   process.working_set = static_cast<float>(RoundToTwoDecimals(working_set_bytes * kMebibytesPerByte));
   process.peak_working_set = WholePart(RoundToTwoDecimals(process.peak_working_set * kMebibytesPerByte));
   process.io_writes_kb = WholePart(RoundToTwoDecimals(process.io_writes * kThousandsPerOperation));
-  process.io_writes = WholePart(RoundToTwoDecimals(process.io_writes));
+  process.io_writes = WholePart(RoundToTwoDecimals(static_cast<double>(process.io_writes)));
   process.io_reads_kb = WholePart(RoundToTwoDecimals(process.io_reads * kThousandsPerOperation));
-  process.io_reads = WholePart(RoundToTwoDecimals(process.io_reads));
+  process.io_reads = WholePart(RoundToTwoDecimals(static_cast<double>(process.io_reads)));
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

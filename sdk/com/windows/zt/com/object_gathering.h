@@ -15,10 +15,7 @@ struct WaitLimits {
   std::chrono::milliseconds whole{15'000};
 };
 
-/// The status of a wait that came to its limit.
-inline constexpr HRESULT kWaitTimedOut = static_cast<HRESULT>(0x800705B4);  // HRESULT_FROM_WIN32(ERROR_TIMEOUT)
-
-/// Adds the objects of `enumerator` to `objects` until its end. Returns S_OK at the end, `kWaitTimedOut` when a limit
+/// Adds the objects of `enumerator` to `objects` until its end. Returns S_OK at the end, `base::kTimedOut` when a limit
 /// is reached, else the enumerator's error; the objects that came before a failure stay.
 HRESULT GatherObjects(IEnumWbemClassObject& enumerator, const WaitLimits& limits,
                       std::vector<ComPtr<IWbemClassObject>>& objects);

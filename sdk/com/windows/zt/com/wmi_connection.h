@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "zt/com/com_apartment.h"
+#include "base/windows/com_apartment.h"
 #include "zt/com/com_handles.h"
 
 namespace zt::com {
@@ -37,7 +37,7 @@ class WmiConnection {
 
   std::wstring namespace_;
   Connect connect_;
-  std::optional<ComApartment> apartment_;  // before what is used under it, which goes first
+  std::optional<base::ComApartment> apartment_;  // before what is used under it, which goes first
   ComPtr<IWbemServices> services_;
   std::optional<HRESULT> outcome_;
 };

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "zt/shared/wmi/wmi_value.h"
+#include "zt/shared/wmi/wmi_status.h"
 #include "zt/zt_wmi_client_export.h"
 
 namespace zt::shared::wmi {
@@ -33,12 +33,9 @@ class ZT_WMI_CLIENT_EXPORT WMIClient {
   /// Goes to the next row, to the first one after a query; false when there is none.
   bool Next();
 
-  /// The property of the current row as WMI gives it. Returns the HRESULT; on failure (no such property, no current
-  /// row) `value` is left as it was.
-  std::int32_t GetProperty(const std::wstring& property, WmiValue& value) const;
-
-  /// The property converted to the wanted type by `ChangeType`; texts as UTF-8. Returns the HRESULT of the reading or
-  /// of the conversion; on failure `value` is left as it was.
+  /// The property of the current row, converted to the wanted type as the system's `VariantChangeType` (flags 0) does;
+  /// texts as UTF-8. Returns the HRESULT of the reading (`kPropertyNotFound` also without a current row) or of the
+  /// conversion (`kTypeMismatch` for arrays, too); on failure `value` is left as it was.
   std::int32_t GetValue(const std::wstring& property, bool& value) const;
   std::int32_t GetValue(const std::wstring& property, std::uint32_t& value) const;
   std::int32_t GetValue(const std::wstring& property, std::uint64_t& value) const;
@@ -47,6 +44,11 @@ class ZT_WMI_CLIENT_EXPORT WMIClient {
 
  private:
   class Rows;
+
+  // As `GetValue`: of a boolean, a number or a wide text.
+  template <typename Value>
+  std::int32_t GetProperty(const std::wstring& property, Value& value) const;
+
   std::unique_ptr<Rows> rows_;
 };
 
