@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "host/seed/sample_schema.h"
 #include "store/sqlite_handles.h"
 
 namespace zt::bench {
@@ -10,21 +11,6 @@ namespace {
 namespace store = telemetry::collector::performancesamples;
 
 constexpr int kMinutesPerDay = 24 * 60;
-
-constexpr const char* kTables = R"(
-CREATE TABLE ThermalData(
-    id INTEGER PRIMARY KEY, date_time TEXT, cpu_temp REAL, ext_sensor_temp REAL, loc_sensor_temp REAL,
-    fan1_current_tach_speed INTEGER, fan1_target_tach_speed INTEGER, fan1_speed_step INTEGER,
-    fan2_current_tach_speed INTEGER, fan2_target_tach_speed INTEGER, fan2_speed_step INTEGER);
-CREATE TABLE NetworkData(
-    id INTEGER PRIMARY KEY, date_time TEXT, interface_device_id TEXT, network_trust_level TEXT, is_managed INTEGER,
-    channel INTEGER, radio_type TEXT, nominal_speed REAL, tx_rate REAL, rx_rate REAL, signal_strength REAL,
-    bytes_received INTEGER, bytes_sent INTEGER, co_channel_interference_count INTEGER,
-    adjacent_channel_interference_count INTEGER, is_vpn_connected INTEGER, has_network_access INTEGER,
-    has_internet_access INTEGER, tcp_ipv4_current_connections INTEGER, tcp_ipv4_failed_connections INTEGER,
-    tcp_ipv4_errors_received INTEGER, tcp_ipv6_failed_connections INTEGER, profile_name_hash BLOB,
-    profile_authentication TEXT, profile_encryption TEXT);
-)";
 
 // ?1: the number of minutes. The figures only have to differ from row to row.
 constexpr const char* kThermalRows = R"(
@@ -53,6 +39,10 @@ void Expect(bool done, const char* step) {
   if (!done) throw std::runtime_error(std::string("The backlog could not be written: ") + step);
 }
 
+void CreateTable(sqlite3* database, const std::string& name, const std::string& columns) {
+  Expect(store::Run(database, "CREATE TABLE " + name + "(" + columns + ")"), sqlite3_errmsg(database));
+}
+
 void InsertRows(sqlite3* database, const char* sql, int minutes) {
   const store::Statement statement = store::Prepare(database, sql);
   Expect(statement != nullptr, sqlite3_errmsg(database));
@@ -67,7 +57,8 @@ void WriteBacklog(const std::string& path, int days) {
   const int outcome = sqlite3_open(path.c_str(), &handle);
   const store::Database database(handle);
   Expect(outcome == SQLITE_OK, path.c_str());
-  Expect(store::Run(handle, kTables), sqlite3_errmsg(handle));
+  CreateTable(handle, telemetry::host::kThermalTable, telemetry::host::kThermalColumns);
+  CreateTable(handle, telemetry::host::kNetworkTable, telemetry::host::kNetworkColumns);
   InsertRows(handle, kThermalRows, days * kMinutesPerDay);
   InsertRows(handle, kNetworkRows, days * kMinutesPerDay);
 }

@@ -11,8 +11,8 @@ namespace zt::telemetry::host {
 namespace {
 
 constexpr char kDomainNetwork[] = "Domain Authenticated";
-constexpr std::int64_t kWiredSpeed = 1000;
-constexpr std::int64_t kVpnSpeed = 100;
+constexpr double kWiredSpeed = 1000;
+constexpr double kVpnSpeed = 100;
 constexpr double kBusiestMegabytesAMinute = 60;
 
 // Where the machine's user is, and the Wi-Fi network there.
@@ -27,7 +27,7 @@ struct Place {
   std::int64_t channel;
   std::int64_t co_channel;
   std::int64_t adjacent_channel;
-  std::int64_t speed;
+  double speed;
   double signal;
 };
 
@@ -155,20 +155,19 @@ void NetworkSimulation::AddWired(NetworkSample& sample) const {
   sample.network_trust_level = kDomainNetwork;
   sample.is_managed = 1;
   sample.nominal_speed = kWiredSpeed;
-  sample.tx_rate = static_cast<double>(kWiredSpeed);
-  sample.rx_rate = static_cast<double>(kWiredSpeed);
+  sample.tx_rate = kWiredSpeed;
+  sample.rx_rate = kWiredSpeed;
 }
 
 void NetworkSimulation::AddWiFi(NetworkSample& sample) {
   const Place& place = PlaceAt(MinuteOfDay(sample.time));
-  const auto speed = static_cast<double>(place.speed);
   sample.network_trust_level = place.trust_level;
   sample.is_managed = place.managed;
   sample.channel = place.channel;
   sample.radio_type = place.radio_type;
   sample.nominal_speed = place.speed;
-  sample.tx_rate = Tenths(speed * random_.Between(0.6, 0.9));
-  sample.rx_rate = Tenths(speed * random_.Between(0.7, 1.0));
+  sample.tx_rate = Tenths(place.speed * random_.Between(0.6, 0.9));
+  sample.rx_rate = Tenths(place.speed * random_.Between(0.7, 1.0));
   sample.signal_strength = Whole(place.signal + random_.Between(-4, 4));
   sample.co_channel_interference_count = place.co_channel;
   sample.adjacent_channel_interference_count = place.adjacent_channel;
@@ -181,8 +180,8 @@ void NetworkSimulation::AddVpn(NetworkSample& sample) const {
   sample.network_trust_level = kDomainNetwork;
   sample.is_managed = 1;
   sample.nominal_speed = kVpnSpeed;
-  sample.tx_rate = static_cast<double>(kVpnSpeed);
-  sample.rx_rate = static_cast<double>(kVpnSpeed);
+  sample.tx_rate = kVpnSpeed;
+  sample.rx_rate = kVpnSpeed;
 }
 
 // `share`: the interface's part of what the machine sends and receives.

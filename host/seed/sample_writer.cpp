@@ -6,6 +6,7 @@
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/program_environment.h"
+#include "host/seed/sample_schema.h"
 #include "host/utc_time.h"
 
 namespace zt::telemetry::host {
@@ -22,8 +23,7 @@ struct Column {
       field;
 };
 
-constexpr char kThermalTable[] = "ThermalData";
-const std::array kThermalColumns = std::to_array<Column<ThermalSample>>({
+const std::array kThermalFields = std::to_array<Column<ThermalSample>>({
     {"date_time", &ThermalSample::time},
     {"cpu_temp", &ThermalSample::cpu_temp},
     {"ext_sensor_temp", &ThermalSample::ext_sensor_temp},
@@ -36,8 +36,7 @@ const std::array kThermalColumns = std::to_array<Column<ThermalSample>>({
     {"fan2_speed_step", &ThermalSample::fan2_speed_step},
 });
 
-constexpr char kNetworkTable[] = "NetworkData";
-const std::array kNetworkColumns = std::to_array<Column<NetworkSample>>({
+const std::array kNetworkFields = std::to_array<Column<NetworkSample>>({
     {"date_time", &NetworkSample::time},
     {"interface_device_id", &NetworkSample::interface_device_id},
     {"network_trust_level", &NetworkSample::network_trust_level},
@@ -64,36 +63,8 @@ const std::array kNetworkColumns = std::to_array<Column<NetworkSample>>({
     {"profile_encryption", &NetworkSample::profile_encryption},
 });
 
-struct DeclaredType {
-  template <typename Sample>
-  const char* operator()(std::chrono::sys_seconds Sample::*) const {
-    return "TEXT";
-  }
-  template <typename Sample>
-  const char* operator()(std::int64_t Sample::*) const {
-    return "INTEGER";
-  }
-  template <typename Sample>
-  const char* operator()(double Sample::*) const {
-    return "REAL";
-  }
-  template <typename Sample>
-  const char* operator()(std::string Sample::*) const {
-    return "TEXT";
-  }
-  template <typename Sample>
-  const char* operator()(Blob Sample::*) const {
-    return "BLOB";
-  }
-};
-
-template <typename Columns>
-std::string CreateTable(const std::string& table, const Columns& columns) {
-  std::string list;
-  for (const auto& column : columns) {
-    list += (list.empty() ? "" : ", ") + std::string(column.name) + " " + std::visit(DeclaredType(), column.field);
-  }
-  return "CREATE TABLE IF NOT EXISTS " + table + " (" + list + ")";
+std::string CreateTable(const std::string& table, const std::string& columns) {
+  return "CREATE TABLE IF NOT EXISTS " + table + " (" + columns + ")";
 }
 
 template <typename Columns>
@@ -138,16 +109,16 @@ SampleWriter::SampleWriter(const std::filesystem::path& database) : file_(databa
   Execute("BEGIN IMMEDIATE");
   Execute(CreateTable(kThermalTable, kThermalColumns));
   Execute(CreateTable(kNetworkTable, kNetworkColumns));
-  insert_thermal_ = Prepare(InsertInto(kThermalTable, kThermalColumns));
-  insert_network_ = Prepare(InsertInto(kNetworkTable, kNetworkColumns));
+  insert_thermal_ = Prepare(InsertInto(kThermalTable, kThermalFields));
+  insert_network_ = Prepare(InsertInto(kNetworkTable, kNetworkFields));
 }
 
 void SampleWriter::Add(const ThermalSample& sample) {
-  Insert(insert_thermal_.get(), kThermalColumns, sample);
+  Insert(insert_thermal_.get(), kThermalFields, sample);
 }
 
 void SampleWriter::Add(const NetworkSample& sample) {
-  Insert(insert_network_.get(), kNetworkColumns, sample);
+  Insert(insert_network_.get(), kNetworkFields, sample);
 }
 
 void SampleWriter::Commit() {

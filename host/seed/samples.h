@@ -32,7 +32,7 @@ struct NetworkSample {
   std::int64_t is_managed = 0;
   std::int64_t channel = 0;
   std::string radio_type;
-  std::int64_t nominal_speed = 0;
+  double nominal_speed = 0;
   double tx_rate = 0;
   double rx_rate = 0;
   std::int64_t signal_strength = 0;

@@ -2,160 +2,146 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <utility>
+
+#include "contract_annotations.pb.h"
 
 namespace zt::telemetry::host {
 namespace {
 
-// Labels and units tell what a field carries, which is not always what its name says (see contracts/).
-const RecordLayout kUpload = {
-    "zt.telemetry.contract.upload.log.PcLogPerformanceSamplesAsCDM",
-    "collection_id",
-    "local_time",
-    "sample_points_actual",
-    {
-        {"Processors",
-         "hw_info.cpus_info",
-         {{"processor", "device_id"},
-          {"load", "utilization_percent", Form::kNumber, " %"},
-          {"temperatures", "temperature_sensors_info", Form::kList, " °C"}}},
-        {"System board",
-         "hw_info.system_board_info",
-         {{"temperatures", "temperature_sensors_info", Form::kList, " °C"}}},
-        {"Fans",
-         "hw_info.fans_info",
-         {{"fan", "fan_id", Form::kNumber}, {"averages", "fan_statistics_info", Form::kList}}},
-        {"Batteries",
-         "hw_info.batteries_info",
-         {{"serial number", "battery_serial_number"},
-          {"tracking number", "battery_ct_number"},
-          {"state", "charge_state"},
-          {"charge", "remaining_charge_capacity_percent", Form::kNumber, " %"},
-          {"remaining", "remaining_charge_capacity", Form::kNumber, " mWh"},
-          {"full", "full_charge_capacity", Form::kNumber, " mWh"},
-          {"health", "full_charge_capacity_percent", Form::kNumber, " %"},
-          {"charging", "charge_rate_mw", Form::kNumber, " mW"},
-          {"discharging", "discharge_rate_mw", Form::kNumber, " mW"},
-          {"voltage", "voltage", Form::kNumber, " mV"},
-          {"of design voltage", "voltage_percent", Form::kNumber, " times"},
-          {"current", "electric_current", Form::kNumber},
-          {"cycles", "cycle_count", Form::kNumber},
-          {"max. error", "max_error_percent", Form::kNumber, " %"},
-          {"status", "battery_status", Form::kList}}},
-        {"Device state", "hw_info.device_state", {{"mode", "device_mode"}}},
-        {"Memory",
-         "hw_info.system_memory_info",
-         {{"physical memory in use", "used_physical_memory_kb", Form::kNumber, " kB"},
-          {"share of physical memory", "utilization_physical_percent", Form::kNumber, " %"},
-          {"virtual memory in use", "used_virtual_memory_kb", Form::kKibibytes},
-          {"virtual memory", "total_virtual_memory_kb", Form::kKibibytes}}},
-        {"Graphics cards",
-         "hw_info.gpus_info",
-         {{"bus", "bus_id"},
-          {"identity", "graphics_card_serial_number"},
-          {"load", "gpus_utilization_percent", Form::kNumber, " %"},
-          {"clock", "gpus_clock_mhz", Form::kNumber, " MHz"},
-          {"temperature", "temperature_celsius", Form::kNumber, " °C"},
-          {"memory used", "memory_used_mb", Form::kNumber, " MB"},
-          {"memory in use", "memory_controller_utilization_percent", Form::kNumber, " %"},
-          {"memory clock", "memory_clock_mhz", Form::kNumber, " MHz"},
-          {"memory bus", "memory_bandwidth_gb", Form::kNumber, " bits"},
-          {"encoder", "encoder_utilization_percent", Form::kNumber, " %"},
-          {"decoder", "decoder_utilization_percent", Form::kNumber, " %"},
-          {"video engine", "video_engine_utilization_percent", Form::kNumber, " %"},
-          {"clocks held down by", "performance_capped_reason"}}},
-        {"NPUs",
-         "hw_info.npus_info",
-         {{"device", "device_id"},
-          {"clock", "npus_clock_mhz", Form::kNumber, " Hz"},
-          {"memory used", "memory_used_mb", Form::kNumber, " MiB"},
-          {"memory", "memory_bandwidth_gb", Form::kNumber, " GiB"},
-          {"memory full", "memory_controller_utilization_percent", Form::kNumber, " %"},
-          {"memory clock", "memory_clock_mhz", Form::kNumber, " Hz"},
-          {"temperatures", "temperature_sensors_info", Form::kList, " °C"}}},
-        {"Storage drives",
-         "hw_info.storage_drives_info",
-         {{"drive", "drive_serial_number"}, {"used", "utilization_percent", Form::kNumber, " %"}}},
-        {"Processes",
-         "operating_system_info.resource_intensive_processes_info",
-         {{"process", "executable_file_id"},
-          {"status", "status"},
-          {"CPU", "resource_utilization_info.cpu_utilization_percent", Form::kNumber, " %"},
-          {"CPU time", "resource_utilization_info.total_cpu_time_seconds", Form::kNumber, " s"},
-          {"memory", "resource_utilization_info.memory_utilization_mb", Form::kNumber, " MiB"},
-          {"peak", "resource_utilization_info.memory_utilization_peak_mb", Form::kNumber, " MiB"},
-          {"reads", "resource_utilization_info.io_reads", Form::kNumber},
-          {"reads/1024", "resource_utilization_info.io_reads_kb", Form::kOmitted},
-          {"writes", "resource_utilization_info.io_writes", Form::kNumber},
-          {"writes/1024", "resource_utilization_info.io_writes_kb", Form::kOmitted},
-          {"priority", "base_priority", Form::kNumber},
-          {"elevated", "is_elevated", Form::kYesNo},
-          {"window", "has_window_title", Form::kYesNo},
-          {"started", "start_time"}}},
-        {"Session",
-         "operating_system_info.operating_session_info",
-         {{"since the last start", "time_since_last_boot_minutes", Form::kMinutes},
-          {"since the last input", "time_since_last_logon_minutes", Form::kMinutes},
-          {"touch contacts", "max_user_input_delay_ms", Form::kNumber}}},
-        {"Network",
-         "hw_info.network_info",
-         {{"network access", "has_network_access", Form::kYesNo},
-          {"internet access", "has_internet_access", Form::kYesNo},
-          {"VPN", "is_vpn_connected", Form::kYesNo},
-          {"IPv4 connections", "tcp_i_p_v4_stats_info.current_connections", Form::kNumber},
-          {"IPv4 connections failed", "tcp_i_p_v4_stats_info.failed_connections", Form::kNumber},
-          {"IPv4 errors received", "tcp_i_p_v4_stats_info.errors_received", Form::kNumber},
-          {"IPv6 connections failed", "tcp_i_p_v6_stats_info.failed_connections", Form::kNumber}}},
-        {"Network interfaces",
-         "hw_info.network_info.interfaces_info",
-         {{"interface", "device_id"},
-          {"name", "network_adapter_name"},
-          {"type", "network_adapter_type"},
-          {"trust", "network_trust_level"},
-          {"managed", "is_managed_network"},
-          {"radio", "radio_type"},
-          {"channel", "channel", Form::kNumber},
-          {"signal", "signal_strength", Form::kSigned, " dBm"},
-          {"same channel", "co_channel_interference_count", Form::kNumber},
-          {"overlapping channels", "adjacent_channel_interference_count", Form::kNumber},
-          {"nominal speed", "nominal_speed", Form::kNumber},
-          {"receive rate", "receive_rate", Form::kNumber},
-          {"transmission rate", "transmission_rate", Form::kNumber},
-          {"received", "bytes_received", Form::kBytes},
-          {"sent", "bytes_sent", Form::kBytes},
-          {"Wi-Fi profiles", "w_lan_profiles", Form::kList}}},
-    }};
+using google::protobuf::Descriptor;
+using google::protobuf::FieldDescriptor;
 
-const RecordLayout kAmdPmf = {
-    "zt.telemetry.contract.storage.device_performance.AmdPmfSamples",
-    "",
-    "local_time",
-    "",
-    {{"Platform management",
-      "",
-      {{"device mode", "device_mode"},
-       {"smallest memory clock", "memory_clock_mhz", Form::kNumber, " MHz"},
-       {"battery charge", "battery_remaining_capacity_percent", Form::kNumber, " %"},
-       {"battery charge rate", "battery_charge_rate_mw", Form::kNumber, " mW"},
-       {"battery full charge capacity", "battery_full_charge_capacity_mwh", Form::kNumber, " mWh"},
-       {"battery further capacity", "battery_further_capacity_mwh", Form::kNumber, " mWh"}}}}};
+// Numbers in these units are easier to read in larger ones.
+constexpr std::array kScaledUnits = std::to_array<std::pair<std::string_view, Form>>({
+    {"min", Form::kMinutes},
+    {"KiB", Form::kKibibytes},
+    {"B", Form::kBytes},
+});
 
-const RecordLayout kThermalBios = {"zt.telemetry.contract.storage.device_performance.ThermalZTBiosSamples",
-                                   "",
-                                   "",
-                                   "",
-                                   {{"Firmware temperatures",
-                                     "",
-                                     {{"battery", "battery_temperature", Form::kNumber, " °C"},
-                                      {"graphics card", "gpu_temperature", Form::kNumber, " °C"}}}}};
+const contract::Shown& ShownAs(const FieldDescriptor& field) {
+  return field.options().GetExtension(contract::shown);
+}
 
-const std::array<const RecordLayout*, 3> kLayouts = {&kUpload, &kAmdPmf, &kThermalBios};
+const contract::Section& SectionOf(const Descriptor& message) {
+  return message.options().GetExtension(contract::section);
+}
+
+bool IsSection(const FieldDescriptor& field) {
+  return field.message_type() != nullptr && !SectionOf(*field.message_type()).title().empty();
+}
+
+// What has no place of its own comes last.
+std::uint32_t Rank(std::uint32_t place) {
+  return place != 0 ? place : std::numeric_limits<std::uint32_t>::max();
+}
+
+std::vector<const FieldDescriptor*> FieldsByPlace(const Descriptor& message) {
+  std::vector<const FieldDescriptor*> fields;
+  for (int i = 0; i < message.field_count(); ++i) fields.push_back(message.field(i));
+  std::stable_sort(fields.begin(), fields.end(), [](const FieldDescriptor* one, const FieldDescriptor* two) {
+    return Rank(ShownAs(*one).place()) < Rank(ShownAs(*two).place());
+  });
+  return fields;
+}
+
+Form NumberForm(const contract::Shown& shown) {
+  if (shown.signed_bits()) return Form::kSigned;
+  const auto* const scaled = std::find_if(kScaledUnits.begin(), kScaledUnits.end(),
+                                          [&shown](const auto& unit) { return unit.first == shown.unit(); });
+  return scaled != kScaledUnits.end() ? scaled->second : Form::kNumber;
+}
+
+Form FormOf(const FieldDescriptor& field) {
+  if (ShownAs(field).hidden()) return Form::kOmitted;
+  if (field.is_repeated()) return Form::kList;
+  if (field.cpp_type() == FieldDescriptor::CPPTYPE_BOOL) return Form::kYesNo;
+  return field.cpp_type() == FieldDescriptor::CPPTYPE_STRING ? Form::kText : NumberForm(ShownAs(field));
+}
+
+std::string Joined(const std::string& path, std::string_view rest) {
+  return path.empty() ? std::string(rest) : path + "." + std::string(rest);
+}
+
+// Walks through the message types of a record.
+class LayoutReader {
+ public:
+  RecordLayout Read(const Descriptor& record) {
+    AddSection(record, "");
+    std::stable_sort(ranked_.begin(), ranked_.end(),
+                     [](const Ranked& one, const Ranked& two) { return one.rank < two.rank; });
+    for (Ranked& ranked : ranked_) layout_.sections.push_back(std::move(ranked.section));
+    return std::move(layout_);
+  }
+
+ private:
+  struct Ranked {
+    Section section;
+    std::uint32_t rank;
+  };
+
+  // The section of `message`, which lies at `path` of the record, and those below it.
+  void AddSection(const Descriptor& message, const std::string& path) {
+    Section section{SectionOf(message).title(), path, {}};
+    AddFields(message, "", section);
+    if (!section.title.empty()) ranked_.push_back({std::move(section), Rank(SectionOf(message).place())});
+  }
+
+  // The fields of `message`, which lies at `path` of the section.
+  void AddFields(const Descriptor& message, const std::string& path, Section& section) {
+    if (std::find(around_.begin(), around_.end(), &message) != around_.end()) return;  // a type that holds itself
+    around_.push_back(&message);
+    for (const FieldDescriptor* field : FieldsByPlace(message)) {
+      AddField(*field, Joined(path, field->name()), section);
+    }
+    around_.pop_back();
+  }
+
+  void AddField(const FieldDescriptor& field, const std::string& path, Section& section) {
+    if (IsSection(field)) return AddSection(*field.message_type(), Joined(section.path, path));
+    if (field.message_type() != nullptr && !field.is_repeated()) {
+      return AddFields(*field.message_type(), path, section);
+    }
+    if (std::string* const heading = HeadingPath(ShownAs(field).heading()); heading != nullptr) {
+      *heading = Joined(section.path, path);
+    } else if (!LabelOf(field).empty()) {
+      section.figures.push_back({LabelOf(field), path, FormOf(field), UnitText(field)});
+    }
+  }
+
+  // Where the path of such a field belongs, null for one that is in no heading.
+  std::string* HeadingPath(contract::Heading heading) {
+    switch (heading) {
+      case contract::IDENTITY:
+        return &layout_.id_path;
+      case contract::TIME:
+        return &layout_.time_path;
+      case contract::NUMBER_OF_SAMPLES:
+        return &layout_.samples_path;
+      default:
+        return nullptr;
+    }
+  }
+
+  RecordLayout layout_;
+  std::vector<Ranked> ranked_;
+  std::vector<const Descriptor*> around_;
+};
 
 }  // namespace
 
-const RecordLayout* FindRecordLayout(std::string_view message) {
-  const auto found = std::find_if(kLayouts.begin(), kLayouts.end(),
-                                  [message](const RecordLayout* layout) { return layout->message == message; });
-  return found != kLayouts.end() ? *found : nullptr;
+RecordLayout LayoutOf(const Descriptor& record) {
+  return LayoutReader().Read(record);
+}
+
+std::string UnitText(const FieldDescriptor& field) {
+  const std::string& unit = ShownAs(field).unit();
+  return unit.empty() ? unit : " " + unit;
+}
+
+std::string_view LabelOf(const FieldDescriptor& field) {
+  return ShownAs(field).label();
 }
 
 }  // namespace zt::telemetry::host

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <google/protobuf/descriptor.h>
+
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -20,34 +23,40 @@ enum class Form {
 
 /// One figure of a section.
 struct Figure {
+  /// Lives as long as the descriptor from which the figure was read.
   std::string_view label;
   /// Names of fields joined by dots, from the section's message on.
-  std::string_view path;
+  std::string path;
   Form form = Form::kText;
-  /// Written behind the number.
-  std::string_view unit = {};
+  /// Written behind the number, the blank before it included.
+  std::string unit = {};
 };
 
 /// A message of a record, or the entries of a repeated one, as a table.
 struct Section {
   std::string_view title;
   /// From the record on; empty for the record itself.
-  std::string_view path;
+  std::string path;
   std::vector<Figure> figures;
 };
 
-/// A record: the fields of its heading, and its sections in the order in which they are shown.
+/// A record: the fields of its heading, empty where it has none, and its sections in the order in which they are shown.
 struct RecordLayout {
-  std::string_view message;
-  /// Empty where the record has none.
-  std::string_view id_path;
-  std::string_view time_path;
-  std::string_view samples_path;
+  std::string id_path;
+  std::string time_path;
+  std::string samples_path;
   std::vector<Section> sections;
 };
 
-/// The layout of a record type by its full message name, null for a type that is not known here. A new field needs one
-/// line in the layout; until then it is shown by its name.
-const RecordLayout* FindRecordLayout(std::string_view message);
+/// The layout of a record type, read from the annotations of the contract (contracts/contract_annotations.proto). A
+/// field without a label has no place in it and is shown by its name; a record type without annotations has an empty
+/// layout.
+RecordLayout LayoutOf(const google::protobuf::Descriptor& record);
+
+/// Behind a number in the unit of `field`: the unit and a blank before it, empty where it has none.
+std::string UnitText(const google::protobuf::FieldDescriptor& field);
+
+/// What people call `field`, empty where it has no label.
+std::string_view LabelOf(const google::protobuf::FieldDescriptor& field);
 
 }  // namespace zt::telemetry::host

@@ -86,17 +86,14 @@ std::string Shortened(const std::string& text) {
   return text.size() <= kLongestListText ? text : text.substr(0, kLongestListText) + "…";
 }
 
-// A flag that is set is told by its name: "active" for is_active.
+// A flag that is set is told by what it is called.
 std::string FlagText(const Place& place) {
-  constexpr std::string_view kIs = "is_";
   if (!place.message->GetReflection()->GetBool(*place.message, place.field)) return {};
-  std::string name(place.field->name());
-  if (name.starts_with(kIs)) name.erase(0, kIs.size());
-  std::replace(name.begin(), name.end(), '_', ' ');
-  return name;
+  const std::string_view label = LabelOf(*place.field);
+  return std::string(label.empty() ? std::string_view(place.field->name()) : label);
 }
 
-std::string EntryText(const Message& entry, std::string_view unit) {
+std::string EntryText(const Message& entry) {
   std::string texts;
   std::string numbers;
   std::vector<const FieldDescriptor*> fields;
@@ -104,7 +101,7 @@ std::string EntryText(const Message& entry, std::string_view unit) {
   for (const FieldDescriptor* field : fields) {
     const Place place{&entry, field};
     if (IsNumber(*field)) {
-      numbers.append(" ").append(NumberText(NumberAt(place))).append(unit);
+      numbers.append(" ").append(NumberText(NumberAt(place))).append(UnitText(*field));
     } else {
       const bool flag = field->cpp_type() == FieldDescriptor::CPPTYPE_BOOL;
       const std::string text = flag ? FlagText(place) : Shortened(PlainText(place, -1));
@@ -115,33 +112,31 @@ std::string EntryText(const Message& entry, std::string_view unit) {
   return text.empty() ? text : text.substr(1);
 }
 
-std::string ListText(const Place& place, std::string_view unit) {
+std::string ListText(const Place& place) {
   std::string text;
   const auto* const reflection = place.message->GetReflection();
   const bool messages = place.field->cpp_type() == FieldDescriptor::CPPTYPE_MESSAGE;
   for (int i = 0; i < reflection->FieldSize(*place.message, place.field); ++i) {
     if (i > 0) text += ", ";
-    text += messages ? EntryText(reflection->GetRepeatedMessage(*place.message, place.field, i), unit)
-                     : PlainText(place, i);
+    text += messages ? EntryText(reflection->GetRepeatedMessage(*place.message, place.field, i)) : PlainText(place, i);
   }
   return text;
 }
 
 std::string ScalarText(const Place& place, const Figure& figure) {
-  const std::string unit(figure.unit);
   const bool number = IsNumber(*place.field);
-  if (number && figure.form == Form::kNumber) return NumberText(NumberAt(place)) + unit;
+  if (number && figure.form == Form::kNumber) return NumberText(NumberAt(place)) + figure.unit;
   if (number && figure.form == Form::kMinutes) return MinutesText(NumberAt(place));
   if (number && figure.form == Form::kKibibytes) return KibibytesText(NumberAt(place));
   if (number && figure.form == Form::kBytes) return BytesText(NumberAt(place));
   const auto* const reflection = place.message->GetReflection();
   if (place.field->cpp_type() == FieldDescriptor::CPPTYPE_UINT32 && figure.form == Form::kSigned) {
-    return NumberText(static_cast<std::int32_t>(reflection->GetUInt32(*place.message, place.field))) + unit;
+    return NumberText(static_cast<std::int32_t>(reflection->GetUInt32(*place.message, place.field))) + figure.unit;
   }
   if (place.field->cpp_type() == FieldDescriptor::CPPTYPE_BOOL && figure.form == Form::kYesNo) {
     return reflection->GetBool(*place.message, place.field) ? "yes" : "no";
   }
-  return PlainText(place, -1) + unit;
+  return PlainText(place, -1) + figure.unit;
 }
 
 void AddOtherFields(const Message& message, const std::string& prefix, const std::vector<std::string_view>& known,
@@ -157,7 +152,7 @@ void AddOtherFields(const Message& message, const std::string& prefix, const std
     if (holds_known && !field->is_repeated()) {
       AddOtherFields(message.GetReflection()->GetMessage(message, field), path + ".", known, others);
     } else {
-      others.emplace_back(path, field->is_repeated() ? ListText(place, "") : PlainText(place, -1));
+      others.emplace_back(path, field->is_repeated() ? ListText(place) : PlainText(place, -1));
     }
   }
 }
@@ -167,11 +162,11 @@ void AddOtherFields(const Message& message, const std::string& prefix, const std
 std::optional<std::string> FigureText(const Message& message, const Figure& figure) {
   const Place place = Follow(message, figure.path);
   if (figure.form == Form::kOmitted || !IsSet(place)) return std::nullopt;
-  return place.field->is_repeated() ? ListText(place, figure.unit) : ScalarText(place, figure);
+  return place.field->is_repeated() ? ListText(place) : ScalarText(place, figure);
 }
 
 std::string TextAt(const Message& message, std::string_view path) {
-  return FigureText(message, {path, path}).value_or("");
+  return FigureText(message, {path, std::string(path)}).value_or("");
 }
 
 std::vector<const Message*> MessagesAt(const Message& message, std::string_view path) {

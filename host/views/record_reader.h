@@ -12,9 +12,8 @@
 
 namespace zt::telemetry::host {
 
-/// The figure's value in `message` as people read it; nothing when the field is unset, the list empty or the
-/// figure not to be shown. A path that
-/// the message type does not have counts as unset.
+/// The figure's value in `message` as people read it; nothing when the field is unset, the list empty or the figure not
+/// to be shown. A path that the message type does not have counts as unset.
 std::optional<std::string> FigureText(const google::protobuf::Message& message, const Figure& figure);
 
 /// The text at `path`, empty when unset.

@@ -18,8 +18,6 @@ constexpr std::size_t kWidth = 120;
 constexpr std::size_t kTitleIndent = 2;
 constexpr std::size_t kTableIndent = 4;
 
-const RecordLayout kUnknownRecord = {};
-
 bool ToTheRight(Form form) {
   return form != Form::kText && form != Form::kList && form != Form::kYesNo;
 }
@@ -83,8 +81,7 @@ std::string Joined(std::string_view path, std::string_view rest) {
 
 // What the record holds beyond its layout. The entries of a repeated section are looked into one by one.
 std::string OtherFieldsText(const RecordLayout& layout, const Message& record) {
-  std::vector<std::string> known = {std::string(layout.id_path), std::string(layout.time_path),
-                                    std::string(layout.samples_path)};
+  std::vector<std::string> known = {layout.id_path, layout.time_path, layout.samples_path};
   std::vector<std::vector<Cell>> rows;
   const auto add = [&rows](std::string_view where, const auto& others) {
     for (const auto& [path, text] : others) rows.push_back({{Joined(where, path)}, {Printable(text)}});
@@ -106,8 +103,7 @@ std::string OtherFieldsText(const RecordLayout& layout, const Message& record) {
 }  // namespace
 
 std::string SectionsText(const Message& record) {
-  const RecordLayout* const found = FindRecordLayout(record.GetTypeName());
-  const RecordLayout& layout = found != nullptr ? *found : kUnknownRecord;
+  const RecordLayout layout = LayoutOf(*record.GetDescriptor());
   std::string text;
   for (const Section& section : layout.sections) text += SectionText(section, record);
   return text + OtherFieldsText(layout, record);

@@ -22,8 +22,6 @@ using google::protobuf::Message;
 constexpr std::string_view kStored = "STORED";
 constexpr std::string_view kSent = "SENT";
 
-const RecordLayout kUnknownRecord = {};
-
 // "2026-03-07T12:20:42.000Z" carries local time: shown without the "T" and the "Z" that says otherwise.
 std::string TimeText(std::string time) {
   constexpr std::size_t kDateLength = 10;
@@ -32,7 +30,8 @@ std::string TimeText(std::string time) {
   return time;
 }
 
-std::string Heading(std::string_view hand_over, const Message& record, const RecordLayout& layout) {
+std::string Heading(std::string_view hand_over, const Message& record) {
+  const RecordLayout layout = LayoutOf(*record.GetDescriptor());
   std::string heading(hand_over);
   heading.append(" ").append(record.GetDescriptor()->name());
   if (const std::string id = TextAt(record, layout.id_path); !id.empty()) heading += "  " + id;
@@ -75,10 +74,7 @@ void TextReport::ShowSentText(const std::string& text) {
 }
 
 void TextReport::ShowRecord(std::string_view hand_over, const Message& record) {
-  const RecordLayout* const found = FindRecordLayout(record.GetTypeName());
-  const RecordLayout& layout = found != nullptr ? *found : kUnknownRecord;
-  std::string text = Heading(hand_over, record, layout);
-  Write(text + SectionsText(record) + "\n");
+  Write(Heading(hand_over, record) + SectionsText(record) + "\n");
 }
 
 void TextReport::Write(const std::string& text) {

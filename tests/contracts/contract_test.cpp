@@ -1,10 +1,10 @@
-// The records against the list of what was agreed, both ways.
-#include <gmock/gmock.h>
+// The records against what was agreed, both ways: agreed_records.txt.
 #include <google/protobuf/descriptor.pb.h>
 #include <gtest/gtest.h>
 
-#include "contracts/agreed_fields.h"
+#include "agreed_records.h"
 #include "contracts/descriptors.h"
+#include "contracts/record_listing.h"
 
 namespace zt::tests {
 namespace {
@@ -13,10 +13,15 @@ using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 
+void ExpectTheSame(const std::vector<std::string>& built, const std::vector<std::string>& agreed) {
+  ASSERT_FALSE(agreed.empty());
+  EXPECT_EQ(Without(agreed, built), "") << "put it back: what was agreed stays";
+  EXPECT_EQ(Without(built, agreed), "") << "new: scripts/contract adds it to tests/contracts/agreed_records.txt";
+}
+
 struct Contract {
   const char* name;
   const FileDescriptor& (*file)();
-  const std::vector<AgreedMessage>& (*messages)();
 };
 
 void PrintTo(const Contract& contract, std::ostream* out) {
@@ -26,39 +31,20 @@ void PrintTo(const Contract& contract, std::ostream* out) {
 class ContractTest : public testing::TestWithParam<Contract> {
  protected:
   std::vector<const Descriptor*> Messages() const { return tests::Messages(GetParam().file()); }
+  std::string Agreed() const { return PartOf(kAgreedRecords, std::string(GetParam().file().name())); }
+  std::string Built() const { return ListingOf(GetParam().file()); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Contracts, ContractTest,
-                         testing::Values(Contract{"Upload", UploadFile, UploadMessages},
-                                         Contract{"Storage", StorageFile, StorageMessages}),
+                         testing::Values(Contract{"Upload", UploadFile}, Contract{"Storage", StorageFile}),
                          [](const auto& contract) { return contract.param.name; });
 
 TEST_P(ContractTest, HoldsTheAgreedMessagesAndNoOther) {
-  std::vector<std::string> agreed;
-  for (const AgreedMessage& message : GetParam().messages()) agreed.push_back(message.name);
-  std::vector<std::string> found;
-  for (const Descriptor* message : Messages()) found.push_back(NameInPackage(*message));
-  EXPECT_THAT(found, testing::UnorderedElementsAreArray(agreed));
+  ExpectTheSame(LinesOf(Built(), "message"), LinesOf(Agreed(), "message"));
 }
 
 TEST_P(ContractTest, HoldsTheAgreedFieldsWithTheirTypesAndJsonNamesAndNoOther) {
-  const auto line = [](const std::string& message, const AgreedField& field) {
-    return message + "." + field.name + ": " + (field.repeated ? "list of " : "") + field.type + ", \"" +
-           field.json_name + "\"";
-  };
-  std::vector<std::string> agreed;
-  for (const AgreedMessage& message : GetParam().messages()) {
-    for (const AgreedField& field : message.fields) agreed.push_back(line(message.name, field));
-  }
-  std::vector<std::string> found;
-  for (const Descriptor* message : Messages()) {
-    for (int i = 0; i < message->field_count(); ++i) {
-      const FieldDescriptor& field = *message->field(i);
-      found.push_back(line(NameInPackage(*message), {std::string(field.name()), TypeName(field),
-                                                     std::string(field.json_name()), field.is_repeated()}));
-    }
-  }
-  EXPECT_THAT(found, testing::UnorderedElementsAreArray(agreed));
+  ExpectTheSame(FieldsOf(Built()), FieldsOf(Agreed()));
 }
 
 TEST_P(ContractTest, TellsUnsetFromZeroInEveryFieldThatIsNoList) {
@@ -81,8 +67,10 @@ TEST_P(ContractTest, HasNoFieldsOutsideItsMessages) {
 }
 
 TEST(ContractPackageTest, ARecordsPackageIsThatOfItsReaders) {
-  EXPECT_EQ(UploadFile().package(), "zt.telemetry.contract.upload.log");
-  EXPECT_EQ(StorageFile().package(), "zt.telemetry.contract.storage.device_performance");
+  for (const FileDescriptor* file : {&UploadFile(), &StorageFile()}) {
+    const std::string agreed = PartOf(kAgreedRecords, std::string(file->name()));
+    EXPECT_EQ(LinesOf(ListingOf(*file), "file"), LinesOf(agreed, "file")) << file->name();
+  }
 }
 
 TEST(ContractPresenceTest, AZeroThatWasSetSurvivesTheWayToItsReader) {

@@ -17,6 +17,13 @@ void PrintTo(const Definition& definition, std::ostream* out) {
   *out << definition.name;
 }
 
+// What a trigger inserts: a key of its own, and the other columns as they come.
+std::string NewValues() {
+  std::string values;
+  for (const std::string& name : NamesOf(kColumns)) values += name == "id" ? "NULL" : ", NEW." + name;
+  return values;
+}
+
 const Definition kDefinitions[] = {
     {"ColumnsWithoutTypes",
      [](auto& store) { store.CreateTables(WithoutTypes(tests::kThermalColumns), WithoutTypes(kColumns)); }},
@@ -33,14 +40,8 @@ const Definition kDefinitions[] = {
     {"StrictTablesWithAnyInterface",
      [](auto& store) {
        CreateWithNetworkColumns(store,
-                                "id INTEGER PRIMARY KEY, date_time TEXT, interface_device_id ANY, network_trust_level "
-                                "ANY, is_managed ANY, channel ANY, radio_type ANY, nominal_speed ANY, tx_rate ANY, "
-                                "rx_rate ANY, signal_strength ANY, bytes_received ANY, bytes_sent ANY, "
-                                "co_channel_interference_count ANY, adjacent_channel_interference_count ANY, "
-                                "is_vpn_connected ANY, has_network_access ANY, has_internet_access ANY, "
-                                "tcp_ipv4_current_connections ANY, tcp_ipv4_failed_connections ANY, "
-                                "tcp_ipv4_errors_received ANY, tcp_ipv6_failed_connections ANY, profile_name_hash ANY, "
-                                "profile_authentication ANY, profile_encryption ANY",
+                                Replaced(Replaced(WithTypes(kColumns, "ANY"), "id ANY", "id INTEGER PRIMARY KEY"),
+                                         "date_time ANY", "date_time TEXT"),
                                 " STRICT");
      }},
     {"AColumnNamedLikeTheRowNumber",
@@ -98,15 +99,8 @@ const Definition kDefinitions[] = {
        CreateWithNetworkColumns(store, kColumns);
        store.Execute("ALTER TABLE NetworkData RENAME TO Samples");
        store.Execute("CREATE VIEW NetworkData AS SELECT * FROM Samples ORDER BY rx_rate");
-       store.Execute(
-           "CREATE TRIGGER into_samples INSTEAD OF INSERT ON NetworkData BEGIN INSERT INTO Samples SELECT "
-           "NULL, NEW.date_time, NEW.interface_device_id, NEW.network_trust_level, NEW.is_managed, "
-           "NEW.channel, NEW.radio_type, NEW.nominal_speed, NEW.tx_rate, NEW.rx_rate, NEW.signal_strength, "
-           "NEW.bytes_received, NEW.bytes_sent, NEW.co_channel_interference_count, "
-           "NEW.adjacent_channel_interference_count, NEW.is_vpn_connected, NEW.has_network_access, "
-           "NEW.has_internet_access, NEW.tcp_ipv4_current_connections, NEW.tcp_ipv4_failed_connections, "
-           "NEW.tcp_ipv4_errors_received, NEW.tcp_ipv6_failed_connections, NEW.profile_name_hash, "
-           "NEW.profile_authentication, NEW.profile_encryption; END");
+       store.Execute("CREATE TRIGGER into_samples INSTEAD OF INSERT ON NetworkData BEGIN INSERT INTO Samples SELECT " +
+                     NewValues() + "; END");
      }},
     {"TextsInUtf16",
      [](auto& store) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "store/store_test.h"
+#include "store/table_definitions.h"
 #include "support/sql_trace.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -44,10 +45,7 @@ TEST_F(RepetitionsTest, AnotherProfileOrInterfaceIsKeptToo) {
 
 TEST_F(RepetitionsTest, ASampleWhoseTimeIsNoTextIsAlwaysKept) {
   store_.Execute("DROP TABLE NetworkData");
-  store_.Execute("CREATE TABLE NetworkData(" + [] {
-    std::string columns = tests::kNetworkColumns;
-    return columns.replace(columns.find("date_time TEXT"), sizeof "date_time TEXT" - 1, "date_time");
-  }() + ")");
+  store_.Execute("CREATE TABLE NetworkData(" + Replaced(kColumns, "date_time TEXT", "date_time") + ")");
   Add(3, "2026-03-07T10:00:30");
   store_.Execute("UPDATE NetworkData SET date_time = 2461106.9");
   EXPECT_EQ(Kept(), 3);

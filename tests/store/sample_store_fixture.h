@@ -8,25 +8,15 @@
 #include <string>
 #include <utility>
 
+#include "host/seed/sample_schema.h"
+
 namespace zt::tests {
 
 /// Column values as SQL literals, by column name: {"cpu_temp", "51.5"}, {"date_time", "'2026-03-07T12:00:30.000Z'"}.
 using Literals = std::map<std::string, std::string>;
 
-inline constexpr const char* kThermalColumns =
-    "id INTEGER PRIMARY KEY AUTOINCREMENT, date_time TEXT NOT NULL, cpu_temp REAL, ext_sensor_temp REAL, "
-    "loc_sensor_temp REAL, fan1_current_tach_speed INTEGER, fan1_target_tach_speed INTEGER, fan1_speed_step INTEGER, "
-    "fan2_current_tach_speed INTEGER, fan2_target_tach_speed INTEGER, fan2_speed_step INTEGER";
-
-inline constexpr const char* kNetworkColumns =
-    "id INTEGER PRIMARY KEY AUTOINCREMENT, date_time TEXT NOT NULL, interface_device_id TEXT, network_trust_level "
-    "TEXT, "
-    "is_managed INTEGER, channel INTEGER, radio_type TEXT, nominal_speed REAL, tx_rate REAL, rx_rate REAL, "
-    "signal_strength REAL, bytes_received INTEGER, bytes_sent INTEGER, co_channel_interference_count INTEGER, "
-    "adjacent_channel_interference_count INTEGER, is_vpn_connected INTEGER, has_network_access INTEGER, "
-    "has_internet_access INTEGER, tcp_ipv4_current_connections INTEGER, tcp_ipv4_failed_connections INTEGER, "
-    "tcp_ipv4_errors_received INTEGER, tcp_ipv6_failed_connections INTEGER, profile_name_hash BLOB, "
-    "profile_authentication TEXT, profile_encryption TEXT";
+using telemetry::host::kNetworkColumns;
+using telemetry::host::kThermalColumns;
 
 /// A sample database as the host keeps it, open as a writer. What fails in here fails the test.
 class SampleStore {

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "store/store_test.h"
+#include "store/table_definitions.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -231,10 +232,7 @@ TEST_F(SummaryQueryTest, BytesThatAreNoUtf8ArriveAsTheyWereStored) {
 
 TEST_F(SummaryQueryTest, ReadingsThatAreTextsAreReadAsNumbers) {
   tests::SampleStore store(path_);
-  store.CreateTables(
-      "date_time, cpu_temp, ext_sensor_temp, loc_sensor_temp, fan1_current_tach_speed, "
-      "fan1_target_tach_speed, fan1_speed_step, fan2_current_tach_speed, fan2_target_tach_speed, "
-      "fan2_speed_step");
+  store.CreateTables(WithoutTypes(tests::kThermalColumns));
   store.AddThermal("2026-03-07T12:00:30.000Z", {{"cpu_temp", "'51.5'"}, {"loc_sensor_temp", "'hot'"}});
   EXPECT_THAT(Thermal().at(0), Contains(Pair("cpu_temp_avg", "51.5")));
   EXPECT_THAT(Thermal().at(0), Contains(Pair("loc_sensor_avg", "0.0")));

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "store/sample_store_fixture.h"
 
@@ -17,15 +18,28 @@ inline std::string Replaced(std::string text, const std::string& from, const std
   return text.replace(at, from.size(), to);
 }
 
-inline std::string WithoutTypes(const std::string& columns) {
-  std::string result;
+inline std::vector<std::string> NamesOf(const std::string& columns) {
+  std::vector<std::string> names;
   for (std::size_t start = 0; start < columns.size();) {
     const std::size_t end = std::min(columns.find(", ", start), columns.size());
     const std::string column = columns.substr(start, end - start);
-    result += (start == 0 ? "" : ", ") + column.substr(0, column.find(' '));
+    names.push_back(column.substr(0, column.find(' ')));
     start = end + 2;
   }
+  return names;
+}
+
+/// The same columns, each of `type` and without anything else that is said of it; without a type where it is empty.
+inline std::string WithTypes(const std::string& columns, const std::string& type) {
+  std::string result;
+  for (const std::string& name : NamesOf(columns)) {
+    result += (result.empty() ? "" : ", ") + name + (type.empty() ? "" : " " + type);
+  }
   return result;
+}
+
+inline std::string WithoutTypes(const std::string& columns) {
+  return WithTypes(columns, "");
 }
 
 inline void CreateWithNetworkColumns(tests::SampleStore& store, const std::string& columns, const char* options = "") {
