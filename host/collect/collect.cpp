@@ -13,6 +13,7 @@
 #include "host/machine_choice.h"
 #include "host/program_environment.h"
 #include "host/query_recorder.h"
+#include "host/seed/sample_schema.h"
 #include "host/views/json_lines.h"
 #include "host/views/text_report.h"
 #include "zt/shared/telemetry_storage.h"
@@ -21,8 +22,6 @@ namespace zt::telemetry::host {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr char kDatabaseName[] = "ssm.db";
 
 // The summaries empty the tables that they have sent: a database that could not be written would be sent again and
 // again.

@@ -8,6 +8,7 @@
 
 #include "host/files.h"
 #include "host/program_environment.h"
+#include "host/seed/sample_schema.h"
 #include "host/sqlite_handles.h"
 #include "host/views/figures.h"
 
@@ -18,10 +19,9 @@ using inspection::SourceReport;
 using inspection::SourceState;
 
 constexpr char kSource[] = "Stored samples";
-constexpr char kDatabaseName[] = "ssm.db";
 constexpr char kThermalCount[] = "SELECT COUNT(*) FROM ThermalData";
 constexpr char kNetworkCount[] = "SELECT COUNT(*) FROM NetworkData";
-constexpr int kBusyLimitMs = 200;  // as long as a collection waits for a writer
+constexpr int kReaderPatienceMs = 200;  // as long as a collection waits for a writer
 
 [[noreturn]] void FailWith(sqlite3* database) {
   throw std::runtime_error(sqlite3_errmsg(database));
@@ -32,7 +32,7 @@ Database Open(const std::filesystem::path& file) {
   const int result = sqlite3_open_v2(ToText(file).c_str(), &opened, SQLITE_OPEN_READONLY, nullptr);
   Database database(opened);
   if (result != SQLITE_OK) FailWith(opened);
-  sqlite3_busy_timeout(opened, kBusyLimitMs);
+  sqlite3_busy_timeout(opened, kReaderPatienceMs);
   return database;
 }
 

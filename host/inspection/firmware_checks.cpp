@@ -47,7 +47,7 @@ class FirmwareReadings : public PerfMessages {
   }
 };
 
-constexpr std::array kChecks = {
+constexpr std::array kFirmwareChecks = {
     Check{"Serial number", AskSerialNumber},
     Check{"Firmware temperatures", [](samples::Clients& clients) { return FirmwareReadings(clients).Ask(); }},
 };
@@ -55,7 +55,7 @@ constexpr std::array kChecks = {
 }  // namespace
 
 std::span<const Check> FirmwareChecks() {
-  return kChecks;
+  return kFirmwareChecks;
 }
 
 }  // namespace zt::telemetry::host::inspection

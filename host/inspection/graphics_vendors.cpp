@@ -84,7 +84,7 @@ Answer AskIntel(samples::Clients& clients) {
   return {is_absent ? SourceState::kAbsent : SourceState::kFailed, samples::OutcomeText(outcome)};
 }
 
-constexpr std::array kChecks = {
+constexpr std::array kVendorChecks = {
     Check{"NVIDIA graphics", AskNvidia},
     Check{"AMD graphics", AskAmd},
     Check{"Intel graphics", AskIntel},
@@ -93,7 +93,7 @@ constexpr std::array kChecks = {
 }  // namespace
 
 std::span<const Check> GraphicsVendors() {
-  return kChecks;
+  return kVendorChecks;
 }
 
 }  // namespace zt::telemetry::host::inspection

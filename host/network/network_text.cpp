@@ -15,7 +15,6 @@ using inspection::NetworkReport;
 using inspection::types::NetworkInterfaceInfo;
 using Rows = std::vector<std::vector<Cell>>;
 
-constexpr std::size_t kWidth = 120;
 constexpr std::size_t kIndent = 2;
 const std::vector<std::string> kNoHeadings = {"", ""};
 // A disconnected adapter tells the largest signed number, or none.
@@ -29,7 +28,7 @@ Cell Text(const std::string& text) {
   return {text.empty() ? "-" : Printable(text), false};
 }
 
-Cell Figure(std::string text) {
+Cell FigureCell(std::string text) {
   return {std::move(text), true};
 }
 
@@ -57,7 +56,7 @@ std::string ConnectionText(const NetworkReport& report) {
                    {{Text("Network access"), Text(YesNo(report.has_network_access))},
                     {Text("Internet access"), Text(YesNo(report.has_internet_access))},
                     {Text("VPN"), Text(YesNo(report.is_vpn_connected))}},
-                   kIndent, kWidth);
+                   kIndent, kTextWidth);
 }
 
 std::string InterfacesText(const InterfacesByName& interfaces) {
@@ -66,12 +65,12 @@ std::string InterfacesText(const InterfacesByName& interfaces) {
   for (const auto& [name, info] : interfaces) {
     rows.push_back({Text(name), Text(info.net_connection_id), Text(info.connection_status),
                     Text(YesNo(info.has_internet_access)), Text(info.network_category),
-                    Figure(NominalSpeedText(info.nominal_speed)),
-                    Figure(BytesText(static_cast<double>(info.bytes_received))),
-                    Figure(BytesText(static_cast<double>(info.bytes_sent))), Text(YesNo(info.dhcp_enabled))});
+                    FigureCell(NominalSpeedText(info.nominal_speed)),
+                    FigureCell(BytesText(static_cast<double>(info.bytes_received))),
+                    FigureCell(BytesText(static_cast<double>(info.bytes_sent))), Text(YesNo(info.dhcp_enabled))});
   }
   return TableText({"interface", "connection", "status", "internet", "network", "speed", "received", "sent", "DHCP"},
-                   rows, kIndent, kWidth);
+                   rows, kIndent, kTextWidth);
 }
 
 bool IsWifi(const NetworkInterfaceInfo& info) {
@@ -87,7 +86,7 @@ std::string LinkText(const NetworkInterfaceInfo& info) {
                     {Text("Transmission rate"), Text(RateText(info.transmission_rate))},
                     {Text("Channels that coincide"), Text(NumberText(info.co_channel_interference_count))},
                     {Text("Channels that overlap"), Text(NumberText(info.adjacent_channel_interference_count))}},
-                   kIndent, kWidth);
+                   kIndent, kTextWidth);
 }
 
 std::string ProfilesText(const NetworkInterfaceInfo& info) {
@@ -97,7 +96,7 @@ std::string ProfilesText(const NetworkInterfaceInfo& info) {
     rows.push_back({Text(profile.profile_name), Text(profile.authentication), Text(profile.encryption),
                     Text(YesNo(profile.is_current))});
   }
-  return "\n" + TableText({"profile", "authentication", "encryption", "in use"}, rows, kIndent, kWidth);
+  return "\n" + TableText({"profile", "authentication", "encryption", "in use"}, rows, kIndent, kTextWidth);
 }
 
 std::string WifiText(const InterfacesByName& interfaces) {
@@ -111,10 +110,11 @@ std::string WifiText(const InterfacesByName& interfaces) {
 std::string TcpText(const NetworkReport& report) {
   return TableText(
       {"", "connections", "failed attempts", "segments in error"},
-      {{Text("IPv4"), Figure(NumberText(report.tcp_ipv4.current_connections)),
-        Figure(NumberText(report.tcp_ipv4.failed_connections)), Figure(NumberText(report.tcp_ipv4.errors_received))},
-       {Text("IPv6"), Figure("-"), Figure(NumberText(report.tcp_ipv6.failed_connections)), Figure("-")}},
-      kIndent, kWidth);
+      {{Text("IPv4"), FigureCell(NumberText(report.tcp_ipv4.current_connections)),
+        FigureCell(NumberText(report.tcp_ipv4.failed_connections)),
+        FigureCell(NumberText(report.tcp_ipv4.errors_received))},
+       {Text("IPv6"), FigureCell("-"), FigureCell(NumberText(report.tcp_ipv6.failed_connections)), FigureCell("-")}},
+      kIndent, kTextWidth);
 }
 
 }  // namespace

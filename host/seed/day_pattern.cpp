@@ -8,7 +8,6 @@ namespace {
 // At each full hour from midnight on; between two hours the load changes evenly. Quiet nights let the fans stop.
 constexpr std::array<double, 24> kLoadAtHour = {0.04, 0.03, 0.02, 0.02, 0.02, 0.03, 0.08, 0.25, 0.50, 0.70, 0.80, 0.75,
                                                 0.35, 0.60, 0.85, 0.90, 0.75, 0.50, 0.30, 0.35, 0.40, 0.30, 0.15, 0.06};
-constexpr int kMinutesPerHour = 60;
 
 }  // namespace
 

@@ -4,6 +4,8 @@
 
 namespace zt::telemetry::host {
 
+inline constexpr int kMinutesPerHour = 60;
+
 /// How busy the machine is at a time of the day, 0 (asleep) to 1, the same every day.
 double LoadAt(std::chrono::sys_seconds time);
 

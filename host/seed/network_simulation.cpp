@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "host/seed/day_pattern.h"
+#include "host/seed/rounding.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -63,15 +64,6 @@ constexpr std::size_t kProfileHashBytes = 32;
 
 const Place& PlaceAt(int minute) {
   return *std::find_if(kDay.begin(), kDay.end(), [minute](const Place& place) { return minute < place.until_minute; });
-}
-
-std::int64_t Whole(double value) {
-  return static_cast<std::int64_t>(std::lround(value));
-}
-
-// To a tenth, as link rates are reported.
-double Tenths(double value) {
-  return static_cast<double>(std::lround(value * 10)) / 10;
 }
 
 Blob ProfileHash(std::uint64_t profile) {

@@ -5,6 +5,8 @@
 // readings of sensors and the rates are declared as numbers with a fraction; whoever writes whole ones may.
 namespace zt::telemetry::host {
 
+inline constexpr char kDatabaseName[] = "ssm.db";
+
 inline constexpr char kThermalTable[] = "ThermalData";
 inline constexpr char kThermalColumns[] =
     "id INTEGER PRIMARY KEY AUTOINCREMENT, "

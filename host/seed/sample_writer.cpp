@@ -12,7 +12,7 @@
 namespace zt::telemetry::host {
 namespace {
 
-constexpr int kBusyLimitMs = 5000;
+constexpr int kWriterPatienceMs = 5000;
 
 // A column of a table, and the field of a sample that it holds.
 template <typename Sample>
@@ -105,7 +105,7 @@ struct Binder {
 }  // namespace
 
 SampleWriter::SampleWriter(const std::filesystem::path& database) : file_(database), database_(Open()) {
-  sqlite3_busy_timeout(database_.get(), kBusyLimitMs);
+  sqlite3_busy_timeout(database_.get(), kWriterPatienceMs);
   Execute("BEGIN IMMEDIATE");
   Execute(CreateTable(kThermalTable, kThermalColumns));
   Execute(CreateTable(kNetworkTable, kNetworkColumns));

@@ -7,7 +7,9 @@
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/program_environment.h"
+#include "host/seed/day_pattern.h"
 #include "host/seed/network_simulation.h"
+#include "host/seed/sample_schema.h"
 #include "host/seed/sample_writer.h"
 #include "host/seed/thermal_simulation.h"
 #include "host/utc_time.h"
@@ -18,8 +20,6 @@ namespace {
 
 namespace chrono = std::chrono;
 
-constexpr char kDatabaseName[] = "ssm.db";
-constexpr std::uint64_t kMinutesPerHour = 60;
 // The form of a sample's time has four digits for the year.
 constexpr chrono::sys_days kEarliest = chrono::year{1} / chrono::January / 1;
 // Keeps the two kinds of samples apart although both start from one number.

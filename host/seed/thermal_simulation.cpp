@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/seed/day_pattern.h"
+#include "host/seed/rounding.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -19,10 +20,6 @@ constexpr double kSpeedPerDegree = 90;
 constexpr double kTargetGranularity = 100;
 constexpr double kFanInertia = 0.35;  // part of the way to its target that a fan does in a minute
 constexpr double kTachometerNoise = 25;
-
-std::int64_t Whole(double value) {
-  return static_cast<std::int64_t>(std::lround(value));
-}
 
 }  // namespace
 

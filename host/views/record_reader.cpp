@@ -15,12 +15,12 @@ using google::protobuf::Message;
 constexpr std::size_t kLongestListText = 16;  // longer texts of a list (hashes) are shown by their beginning
 
 // A field in the message that directly holds it; null descriptor when there is none.
-struct Place {
+struct FieldPlace {
   const Message* message = nullptr;
   const FieldDescriptor* field = nullptr;
 };
 
-Place Follow(const Message& message, std::string_view path) {
+FieldPlace Follow(const Message& message, std::string_view path) {
   const std::size_t dot = path.find('.');
   const FieldDescriptor* const field = message.GetDescriptor()->FindFieldByName(std::string(path.substr(0, dot)));
   if (field == nullptr || dot == std::string_view::npos) return {&message, field};
@@ -28,7 +28,7 @@ Place Follow(const Message& message, std::string_view path) {
   return Follow(message.GetReflection()->GetMessage(message, field), path.substr(dot + 1));
 }
 
-bool IsSet(const Place& place) {
+bool IsSet(const FieldPlace& place) {
   if (place.field == nullptr) return false;
   const auto* const reflection = place.message->GetReflection();
   if (place.field->is_repeated()) return reflection->FieldSize(*place.message, place.field) > 0;
@@ -49,7 +49,7 @@ bool IsNumber(const FieldDescriptor& field) {
   }
 }
 
-double NumberAt(const Place& place) {
+double NumberAt(const FieldPlace& place) {
   const auto* const reflection = place.message->GetReflection();
   switch (place.field->cpp_type()) {
     case FieldDescriptor::CPPTYPE_INT32:
@@ -68,7 +68,7 @@ double NumberAt(const Place& place) {
 }
 
 // A value in the contract's own notation; `index` is -1 for a singular field.
-std::string PlainText(const Place& place, int index) {
+std::string PlainText(const FieldPlace& place, int index) {
   const auto* const reflection = place.message->GetReflection();
   if (place.field->cpp_type() == FieldDescriptor::CPPTYPE_STRING) {
     return index < 0 ? reflection->GetString(*place.message, place.field)
@@ -87,7 +87,7 @@ std::string Shortened(const std::string& text) {
 }
 
 // A flag that is set is told by what it is called.
-std::string FlagText(const Place& place) {
+std::string FlagText(const FieldPlace& place) {
   if (!place.message->GetReflection()->GetBool(*place.message, place.field)) return {};
   const std::string_view label = LabelOf(*place.field);
   return std::string(label.empty() ? std::string_view(place.field->name()) : label);
@@ -99,7 +99,7 @@ std::string EntryText(const Message& entry) {
   std::vector<const FieldDescriptor*> fields;
   entry.GetReflection()->ListFields(entry, &fields);
   for (const FieldDescriptor* field : fields) {
-    const Place place{&entry, field};
+    const FieldPlace place{&entry, field};
     if (IsNumber(*field)) {
       numbers.append(" ").append(NumberText(NumberAt(place))).append(UnitText(*field));
     } else {
@@ -112,7 +112,7 @@ std::string EntryText(const Message& entry) {
   return text.empty() ? text : text.substr(1);
 }
 
-std::string ListText(const Place& place) {
+std::string ListText(const FieldPlace& place) {
   std::string text;
   const auto* const reflection = place.message->GetReflection();
   const bool messages = place.field->cpp_type() == FieldDescriptor::CPPTYPE_MESSAGE;
@@ -123,7 +123,7 @@ std::string ListText(const Place& place) {
   return text;
 }
 
-std::string ScalarText(const Place& place, const Figure& figure) {
+std::string ScalarText(const FieldPlace& place, const Figure& figure) {
   const bool number = IsNumber(*place.field);
   if (number && figure.form == Form::kNumber) return NumberText(NumberAt(place)) + figure.unit;
   if (number && figure.form == Form::kMinutes) return MinutesText(NumberAt(place));
@@ -146,7 +146,7 @@ void AddOtherFields(const Message& message, const std::string& prefix, const std
   for (const FieldDescriptor* field : fields) {
     const std::string path = prefix + std::string(field->name());
     if (std::find(known.begin(), known.end(), path) != known.end()) continue;
-    const Place place{&message, field};
+    const FieldPlace place{&message, field};
     const bool holds_known =
         std::any_of(known.begin(), known.end(), [&](std::string_view name) { return name.starts_with(path + "."); });
     if (holds_known && !field->is_repeated()) {
@@ -160,7 +160,7 @@ void AddOtherFields(const Message& message, const std::string& prefix, const std
 }  // namespace
 
 std::optional<std::string> FigureText(const Message& message, const Figure& figure) {
-  const Place place = Follow(message, figure.path);
+  const FieldPlace place = Follow(message, figure.path);
   if (figure.form == Form::kOmitted || !IsSet(place)) return std::nullopt;
   return place.field->is_repeated() ? ListText(place) : ScalarText(place, figure);
 }
@@ -171,7 +171,7 @@ std::string TextAt(const Message& message, std::string_view path) {
 
 std::vector<const Message*> MessagesAt(const Message& message, std::string_view path) {
   if (path.empty()) return {&message};
-  const Place place = Follow(message, path);
+  const FieldPlace place = Follow(message, path);
   if (!IsSet(place) || place.field->cpp_type() != FieldDescriptor::CPPTYPE_MESSAGE) return {};
   const auto* const reflection = place.message->GetReflection();
   if (!place.field->is_repeated()) return {&reflection->GetMessage(*place.message, place.field)};

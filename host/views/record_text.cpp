@@ -14,7 +14,6 @@ namespace {
 using google::protobuf::Message;
 
 constexpr char kOtherFields[] = "Other fields";
-constexpr std::size_t kWidth = 120;
 constexpr std::size_t kTitleIndent = 2;
 constexpr std::size_t kTableIndent = 4;
 
@@ -33,7 +32,7 @@ std::string SingleMessageTable(const Section& section, const Message& message) {
     const std::optional<std::string> text = FigureText(message, figure);
     if (text.has_value()) rows.push_back({{std::string(figure.label)}, {Printable(*text)}});
   }
-  return TableText({"", ""}, rows, kTableIndent, kWidth);
+  return TableText({"", ""}, rows, kTableIndent, kTextWidth);
 }
 
 // Several messages: a row for each, a column for each figure that one of them has.
@@ -52,7 +51,7 @@ std::string ListTable(const Section& section, const std::vector<const Message*>&
     headings.emplace_back(figure.label);
     for (std::size_t i = 0; i < rows.size(); ++i) rows[i].push_back(column[i]);
   }
-  return TableText(headings, rows, kTableIndent, kWidth);
+  return TableText(headings, rows, kTableIndent, kTextWidth);
 }
 
 bool IsRepeated(const Section& section, const Message& record) {
@@ -97,7 +96,7 @@ std::string OtherFieldsText(const RecordLayout& layout, const Message& record) {
     for (const Message* entry : MessagesAt(record, section.path)) add(section.path, OtherFields(*entry, of_section));
   }
   add("", OtherFields(record, {known.begin(), known.end()}));
-  return rows.empty() ? "" : Titled(kOtherFields, TableText({"", ""}, rows, kTableIndent, kWidth));
+  return rows.empty() ? "" : Titled(kOtherFields, TableText({"", ""}, rows, kTableIndent, kTextWidth));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@ struct Cell {
   std::string text;
   bool to_the_right = false;
 };
+
+/// Characters in a line of the program's tables.
+inline constexpr std::size_t kTextWidth = 120;
 
 /// Rows of cells under headings, each line indented by `indent` blanks and ended by a line break; empty headings give
 /// no heading line. Columns that do not fit into `width` characters follow in further tables, which repeat the first

@@ -15,7 +15,7 @@ constexpr std::uint32_t kThermalCommandType = 40;
 constexpr auto kThermalReplySize = static_cast<std::uint32_t>(ThermalReply().size());
 
 // What a firmware query without a client ends with: E_POINTER.
-constexpr std::uint32_t kNoClient = 0x80004003;
+constexpr std::uint32_t kNoFirmwareClient = 0x80004003;
 
 // Set when the collector that records are handed to was deleted and no other has taken its place.
 bool handle_is_gone = false;
@@ -77,7 +77,7 @@ std::string PerfMessages::GetCurrentLocalTime(const std::string& local_time_with
 }
 
 std::uint32_t PerfMessages::GetThermalDataFromPrivateBiosWmi(int selector, void* reply) {
-  if (private_bios_wmi_ == nullptr) return kNoClient;
+  if (private_bios_wmi_ == nullptr) return kNoFirmwareClient;
   const std::array<std::uint8_t, 4> request = {static_cast<std::uint8_t>(selector), 0, 0, 0};
   std::uint32_t return_code = 0;
   const std::int32_t status = private_bios_wmi_->ExecuteCommand(

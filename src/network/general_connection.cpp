@@ -18,7 +18,7 @@ namespace {
 using platform::ListedNetwork;
 using platform::NetworkList;
 
-constexpr char kComFailure[] = "Failed to initialize COM.";
+constexpr char kConnectionsComFailure[] = "Failed to initialize COM.";
 constexpr char kManagerFailure[] = "Failed to create NetworkListManager instance.";
 constexpr char kListFailure[] = "Failed to retrieve network list.";
 constexpr char kNoMessageStart[] = "The system cannot find message text for error code ";
@@ -68,7 +68,7 @@ void ReadCounters(types::NetworkInterfaceInfo& info) {
 void NetworkInfoMsg::HandleGeneralConnInfo(types::NetworkInterfaces& interfaces) {
   const platform::ComApartment com;  // outlives the networks
   if (com.Status() < 0) {
-    PLOG_ERROR << kComFailure << std::to_string(com.Status());
+    PLOG_ERROR << kConnectionsComFailure << std::to_string(com.Status());
     return;
   }
   const NetworkList list = RequireNetworks();

@@ -20,7 +20,7 @@ constexpr wchar_t kConfigurationsQueryStart[] = L"SELECT * from Win32_NetworkAda
 constexpr wchar_t kNameField[] = L"Name";
 constexpr wchar_t kDescriptionField[] = L"Description";
 
-constexpr char kUnknown[] = "Unknown";
+constexpr char kUnknownText[] = "Unknown";
 constexpr auto kNoStatus = static_cast<std::uint32_t>(-1);
 
 // A condition that any of the names meets. The names stand in it as they are, quotation marks included.
@@ -65,7 +65,7 @@ std::string ReadConnectionStatus(const WMIClient& wmi) {
   std::uint32_t status = kNoStatus;
   wmi.GetValue(L"NetConnectionStatus", status);
   const auto known = kConnectionStatusTexts.find(static_cast<std::int32_t>(status));
-  return known != kConnectionStatusTexts.end() ? known->second : kUnknown;
+  return known != kConnectionStatusTexts.end() ? known->second : kUnknownText;
 }
 
 void ReadAdapter(const WMIClient& wmi, types::NetworkInterfaceInfo& info) {

@@ -20,7 +20,7 @@ namespace {
 
 using platform::WlanService;
 
-constexpr char kComFailure[] = "COM initialization failed";
+constexpr char kWlanComFailure[] = "COM initialization failed";
 
 constexpr char kEnumerationFailure[] = "Failed to enumerate WiFi interfaces";
 constexpr char kPassFailure[] = "Error occurred while retrieving WLAN interface statistics: ";
@@ -86,7 +86,7 @@ bool ReadChannel(const WlanService& wlan, const std::wstring& guid, types::Netwo
 void NetworkInfoMsg::HandleWlanInfo(types::NetworkInterfaces& interfaces) {
   const platform::ComApartment com;
   if (com.Status() < 0) {
-    PLOG_ERROR << kComFailure;
+    PLOG_ERROR << kWlanComFailure;
   }
   try {
     const WlanService wlan = Require(WlanService::Open().service, kWlanOpenFailure);

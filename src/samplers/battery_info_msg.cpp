@@ -28,7 +28,7 @@ constexpr std::uint8_t kNoBattery = 128;
 constexpr std::uint8_t kUnknownStatus = 255;
 
 constexpr std::array<unsigned char, 2> kIndices = {0, 1};
-constexpr unsigned long long kMostTextBytes = 32;
+constexpr unsigned long long kMostBatteryTextBytes = 32;
 
 // The record's fields are unsigned: a negative figure of the library keeps its bits.
 std::uint32_t Bits(std::int32_t value) {
@@ -60,7 +60,7 @@ struct StoredFigures {
 };
 
 std::string CutText(const char* text) {
-  return Utils::AdjustString(text, kMostTextBytes);
+  return Utils::AdjustString(text, kMostBatteryTextBytes);
 }
 
 // The storage records hold one battery: the last one read.

@@ -7,6 +7,7 @@
 #include <typeinfo>
 
 #include "platform/posture_sensors.h"
+#include "samplers/own_condition.h"
 #include "samplers/wmi_query.h"
 #include "zt/telemetry/common/error.h"
 
@@ -17,7 +18,7 @@ using common::Error;
 using platform::HingeReading;
 using platform::OrientationReading;
 
-constexpr char kUnknown[] = "positionUnknown";
+constexpr char kUnknownPosture[] = "positionUnknown";
 constexpr char kClamshell[] = "positionClamshell";
 constexpr char kTablet[] = "positionTablet";
 constexpr char kNoOrientationSensor[] = "Invalid";
@@ -53,7 +54,6 @@ constexpr char kReadingTimedOut[] = "Timed out while reading angle sensor.";
 constexpr char kNoReading[] = "Invalid reading. No hinge angle reading available.";
 constexpr char kHingeFailed[] = "Error while reading the hinge angle sensor";
 constexpr char kOrientationFailed[] = "Error while reading the orientation sensor";
-constexpr std::int64_t kOwnCondition = -1;
 
 constexpr wchar_t kKeyboardsQuery[] = L"SELECT Present, Status FROM Win32_PnPEntity WHERE PNPClass='Keyboard'";
 constexpr char kKeyboardsFailed[] = "Error while querying Win32_PnPEntity";
@@ -129,7 +129,7 @@ std::string DeviceStateInfoMsg::InferFromKeyboardStatus() {
   if (status != shared::wmi::kSuccess) {
     throw Error(Error::kCallFailed, status, kKeyboardsFailed, kKeyboardsSource, "");
   }
-  std::string posture = kUnknown;
+  std::string posture = kUnknownPosture;
   while (wmi_client_->Next()) {
     if (!IsKeyboardWell(*wmi_client_)) return kTablet;
     posture = kClamshell;

@@ -17,7 +17,7 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-constexpr std::array kNames = {"ThermalData", "NetworkData"};
+constexpr std::array kSampleTables = {"ThermalData", "NetworkData"};
 constexpr const char* kRowNumber = "_rowid_";
 // The query groups by the hour it computes, unless the table has a column of that name.
 constexpr const char* kHourColumn = "hour_window";
@@ -27,7 +27,7 @@ constexpr std::string_view kProfileSource = "FROM NetworkData np";
 // Rows of a run: enough that its start costs nothing, few enough to be sorted in the processor's own memory.
 constexpr std::int64_t kRowsOfARun = 4000;
 
-constexpr int kNotFound = -1;
+constexpr int kNoTable = -1;
 
 // A view or a virtual table has no rows of its own whose order could be kept.
 bool IsOrdinaryTable(sqlite3* database, const std::string& table) {
@@ -43,7 +43,7 @@ int FindColumn(sqlite3_stmt* columns, const char* name) {
     const char* column = sqlite3_column_name(columns, i);
     if (column != nullptr && sqlite3_stricmp(column, name) == 0) return i;
   }
-  return kNotFound;
+  return kNoTable;
 }
 
 // The query, with the table of profiles in the place of the samples. Empty when it has no such place.
@@ -75,12 +75,12 @@ bool AddProfile(sqlite3_stmt* insertion, sqlite3_stmt* sample, int first_column)
 }  // namespace
 
 bool LinearSummary::Inspect(Table table) {
-  if (!IsOrdinaryTable(database_, kNames[table])) return false;
-  const Statement columns = Prepare(database_, std::string("SELECT * FROM main.") + kNames[table] + ";");
-  if (!columns || FindColumn(columns.get(), kHourColumn) != kNotFound) return false;
+  if (!IsOrdinaryTable(database_, kSampleTables[table])) return false;
+  const Statement columns = Prepare(database_, std::string("SELECT * FROM main.") + kSampleTables[table] + ";");
+  if (!columns || FindColumn(columns.get(), kHourColumn) != kNoTable) return false;
   const Statement numbers =
-      Prepare(database_, std::string("SELECT ") + kRowNumber + " FROM main." + kNames[table] + ";");
-  sources_[table].has_row_numbers = numbers && FindColumn(columns.get(), kRowNumber) == kNotFound;
+      Prepare(database_, std::string("SELECT ") + kRowNumber + " FROM main." + kSampleTables[table] + ";");
+  sources_[table].has_row_numbers = numbers && FindColumn(columns.get(), kRowNumber) == kNoTable;
   return true;
 }
 
@@ -96,7 +96,7 @@ bool LinearSummary::ReadHours(Table table) {
   // Without an index, so that the rows come in the table's own order.
   const Statement samples =
       Prepare(database_, "SELECT " + row_number + ", " + kHour + ", date_time" + compared + " FROM main." +
-                             kNames[table] + " NOT INDEXED WHERE zt_is_news(date_time" + compared + ");");
+                             kSampleTables[table] + " NOT INDEXED WHERE zt_is_news(date_time" + compared + ");");
   const Statement insertion = network ? PrepareProfileInsertion(database_) : nullptr;
   if (!samples || (network && !insertion)) return false;
   std::string last_hour;
@@ -125,15 +125,15 @@ bool LinearSummary::ReadSamples() {
 
 bool LinearSummary::Show(Table table) {
   Source& source = sources_[table];
-  const std::string first = std::string("zt_first_of_") + kNames[table];
-  const std::string last = std::string("zt_last_of_") + kNames[table];
+  const std::string first = std::string("zt_first_of_") + kSampleTables[table];
+  const std::string last = std::string("zt_last_of_") + kSampleTables[table];
   const std::string rows = source.has_row_numbers
                                ? std::string(kRowNumber) + " BETWEEN " + first + "() AND " + last + "()"
                                : first + "() < " + last + "()";
   return AddBound(database_, first, source.shown.first) && AddBound(database_, last, source.shown.last) &&
-         performancesamples::Run(database_, std::string("CREATE TEMP VIEW ") + kNames[table] +
-                                                " AS SELECT * FROM main." + kNames[table] + " NOT INDEXED WHERE " +
-                                                rows + ";");
+         performancesamples::Run(database_, std::string("CREATE TEMP VIEW ") + kSampleTables[table] +
+                                                " AS SELECT * FROM main." + kSampleTables[table] +
+                                                " NOT INDEXED WHERE " + rows + ";");
 }
 
 std::vector<RowRange> LinearSummary::Ranges(Table table) const {

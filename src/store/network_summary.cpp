@@ -23,7 +23,7 @@ constexpr unsigned long long kDeviceIdLimit = 128;
 constexpr unsigned long long kTrustLevelLimit = 32;
 constexpr unsigned long long kRadioTypeLimit = 32;
 constexpr unsigned long long kProfileTextLimit = 128;
-constexpr char kIdSuffix[] = "-NE";
+constexpr char kNetworkIdSuffix[] = "-NE";
 
 // The readers below look a key up by inserting it: a missing one reads as null, which is no number and no text, and
 // raises the JSON library's type error like any other wrong type. Fractions are converted here, since the library's own
@@ -135,11 +135,11 @@ bool FillHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
   AddInterfaces(hour, network);
   SetTcpStatistics(hour, network);
   SetFlags(hour, network);
-  StampHour(row, kIdSuffix, Unsigned32(hour, "num_samples"), record);
+  StampHour(row, kNetworkIdSuffix, Unsigned32(hour, "num_samples"), record);
   return true;
 }
 
-void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
+void ResetNetworkHour(PcLogPerformanceSamplesAsCDM& record) {
   ClearStamps(record);
   auto& network = *record.mutable_hw_info()->mutable_network_info();
   network.clear_interfaces_info();
@@ -160,7 +160,7 @@ void SendNetworkHours(const std::vector<SummaryRow>& hours, const SendRecord& se
     } catch (const std::exception&) {
       // An hour that breaks midway is dropped whole: half of its figures would pass for all of them.
     }
-    ResetHour(record);
+    ResetNetworkHour(record);
   }
 }
 

@@ -9,8 +9,8 @@ namespace {
 
 constexpr const char* kSampleTable = "NetworkData";
 constexpr const char* kTypes = "zt_types";
-constexpr std::array kNames = {"interface_device_id", "profile_name_hash", "profile_authentication",
-                               "profile_encryption"};
+constexpr std::array kProfileColumns = {"interface_device_id", "profile_name_hash", "profile_authentication",
+                                        "profile_encryption"};
 
 // A table made from a query has the types that decide how values compare, in words that can be used again; its
 // collations are lost.
@@ -51,7 +51,7 @@ std::string Definition(sqlite3* database, const char* column) {
 bool MakeProfileTable(sqlite3* database) {
   if (!Run(database, MakeTypes())) return false;
   std::string definitions = "date_time";
-  for (const char* column : kNames) {
+  for (const char* column : kProfileColumns) {
     const std::string definition = Definition(database, column);
     if (definition.empty()) return false;
     definitions += ", " + definition;

@@ -17,7 +17,7 @@ using shared::wmi::WMIClient;
 
 constexpr wchar_t kProcessorQuery[] = L"SELECT DeviceID, LoadPercentage FROM Win32_Processor";
 constexpr std::size_t kMaxProcessors = 32;
-constexpr char kIdSuffix[] = "-TH";
+constexpr char kThermalIdSuffix[] = "-TH";
 
 struct Processor {
   std::string device_id;
@@ -113,7 +113,7 @@ std::uint32_t NumberOfSamples(const SummaryRow& row) {
 }
 
 // The processor entry keeps its id and load for the next hour; everything that belongs to the hour goes.
-void ResetHour(PcLogPerformanceSamplesAsCDM& record) {
+void ResetThermalHour(PcLogPerformanceSamplesAsCDM& record) {
   ClearStamps(record);
   auto& hw_info = *record.mutable_hw_info();
   if (!hw_info.cpus_info().empty()) hw_info.mutable_cpus_info(0)->clear_temperature_sensors_info();
@@ -145,10 +145,10 @@ void SendThermalHours(const std::vector<SummaryRow>& hours, shared::wmi::WMIClie
     Guarded([&] { AddBoardTemperatures(hour, hw_info); });
     Guarded([&] { AddFans(hour, hw_info); });
     Guarded([&] {
-      StampHour(hour, kIdSuffix, NumberOfSamples(hour), record);
+      StampHour(hour, kThermalIdSuffix, NumberOfSamples(hour), record);
       send(record);
     });
-    ResetHour(record);
+    ResetThermalHour(record);
   }
 }
 

@@ -36,7 +36,7 @@ Error ADLXHelper::Start() {
 bool ADLXHelper::FindLibrary() {
   if (!library_) {
     library_ = platform::Library::Search(kLibraryName, kSearchFlags);
-    functions_ = Functions::In(library_);
+    functions_ = adlx::Functions::In(library_);
   }
   return functions_.IsComplete();
 }

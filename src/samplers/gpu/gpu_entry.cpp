@@ -10,7 +10,7 @@ namespace {
 
 using common::Utils;
 
-constexpr unsigned long long kMostTextBytes = 64;
+constexpr unsigned long long kMostCardTextBytes = 64;
 
 }  // namespace
 
@@ -24,13 +24,13 @@ void FillEntry(const types::GraphicCardInfo& card,
   if (!std::isnan(card.memory_controller_utilization_percent)) {
     entry.set_memory_controller_utilization_percent(card.memory_controller_utilization_percent);
   }
-  entry.set_performance_capped_reason(Utils::AdjustString(card.status_text, kMostTextBytes));
+  entry.set_performance_capped_reason(Utils::AdjustString(card.status_text, kMostCardTextBytes));
   entry.set_decoder_utilization_percent(card.decoder_utilization_percent);
   entry.set_encoder_utilization_percent(card.encoder_utilization_percent);
   entry.set_video_engine_utilization_percent(card.video_engine_utilization_percent);
   entry.set_bus_id(Utils::AdjustString(std::to_string(card.bus_number)));
   entry.set_temperature_celsius(card.temperature_celsius);
-  entry.set_graphics_card_serial_number(Utils::AdjustString(card.serial_number, kMostTextBytes));
+  entry.set_graphics_card_serial_number(Utils::AdjustString(card.serial_number, kMostCardTextBytes));
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

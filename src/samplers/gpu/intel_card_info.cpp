@@ -21,7 +21,7 @@ constexpr wchar_t kSerialQuery[] = L"SELECT SerialNumber FROM Win32_BIOS";
 constexpr wchar_t kTemperatureQuery[] =
     LR"(SELECT Temperature FROM Win32_PerfFormattedData_Counters_ThermalZoneInformation WHERE Name = "\\_TZ.CPUZ")";
 
-constexpr char kNotFound[] = "Intel GPU not found";
+constexpr char kNoIntelGpu[] = "Intel GPU not found";
 // 273 and not 273.15: whole kelvin to whole degrees.
 constexpr std::uint32_t kFreezingPointKelvin = 273;
 
@@ -64,7 +64,7 @@ Error IntelCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
 
 Error IntelCardInfo::AddCard(std::vector<GraphicCardInfo>& cards) {
   if (!HasRow(wmi_, kPresenceQuery)) {
-    return {Error::kCallFailed, kNoIntelAdapter, kNotFound, typeid(IntelCardInfo).name(), ""};
+    return {Error::kCallFailed, kNoIntelAdapter, kNoIntelGpu, typeid(IntelCardInfo).name(), ""};
   }
   GraphicCardInfo card;
   // The machine's serial number: integrated graphics has none of its own.

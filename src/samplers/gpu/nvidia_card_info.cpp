@@ -30,7 +30,7 @@ nvmlDevice_t module_wide_handle = nullptr;
 // and so does every one where there is no library.
 template <base::EntryName name, typename... Arguments>
 nvmlReturn_t Call(Arguments... arguments) {
-  const Functions* const library = BindNvml();
+  const nvml::Functions* const library = BindNvml();
   auto* const function = library != nullptr ? library->Get<name>() : nullptr;
   return function != nullptr ? function(arguments...) : NVML_ERROR_FUNCTION_NOT_FOUND;
 }

@@ -18,7 +18,7 @@ constexpr char kCannotOpen[] = "Unable to open process. ProcessId: ";
 constexpr char kRunning[] = "running";
 constexpr char kNotResponding[] = "notResponding";
 constexpr char kTerminated[] = "terminated";
-constexpr char kUnknown[] = "unknown";
+constexpr char kUnknownUser[] = "unknown";
 
 platform::Process OpenForQuery(const std::string& process_id) {
   const std::optional<std::uint32_t> id = ProcessIdNumber(process_id);
@@ -30,7 +30,7 @@ platform::Process OpenForQuery(const std::string& process_id) {
 
 std::string StatusOf(const platform::Process& process) {
   const std::optional<std::uint32_t> exit_code = process.ExitCode();
-  if (!exit_code) return kUnknown;
+  if (!exit_code) return kUnknownUser;
   if (*exit_code != platform::kStillActive) return kTerminated;
   switch (process.PollEnd()) {
     case platform::kWaitTimedOut:
@@ -40,7 +40,7 @@ std::string StatusOf(const platform::Process& process) {
     case platform::kWaitAbandoned:
       return kNotResponding;
     default:
-      return kUnknown;
+      return kUnknownUser;
   }
 }
 

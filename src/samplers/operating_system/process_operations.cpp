@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <typeinfo>
 
+#include "samplers/own_condition.h"
 #include "samplers/rounding.h"
 #include "samplers/wmi_query.h"
 #include "zt/telemetry/common/error.h"
@@ -16,13 +17,13 @@ namespace {
 using common::Error;
 using shared::wmi::WMIClient;
 
-constexpr wchar_t kQuery[] = L"SELECT ProcessId, WriteOperationCount, ReadOperationCount FROM Win32_Process WHERE ";
+constexpr wchar_t kOperationsQuery[] =
+    L"SELECT ProcessId, WriteOperationCount, ReadOperationCount FROM Win32_Process WHERE ";
 constexpr wchar_t kIdEquals[] = L"ProcessId=";
 constexpr wchar_t kOr[] = L" OR ";
 
 constexpr char kNoId[] = "ProcessId value could not be read...";
 constexpr char kUnknownProcess[] = "unknown Win32_Process entry found...";
-constexpr std::int64_t kOwnCondition = -1;  // code of an error that is not a call's
 
 constexpr double kMebibytesPerByte = 1.0 / 1048576;
 // Of a count of operations: its field says kB, and has always carried the count divided by 1024.
@@ -36,7 +37,7 @@ std::uint32_t WholePart(double value) {
 }  // namespace
 
 std::wstring OperationsQuery(const ProcessList& processes) {
-  std::wstring query = kQuery;
+  std::wstring query = kOperationsQuery;
   for (const auto& process : processes) {
     if (process != processes.front()) query += kOr;
     query += kIdEquals + text::ToWide(process->process_id);

@@ -10,7 +10,7 @@ namespace {
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_OperatingSystemInfo_OperatingSystemProcessInfo;
 using contract::upload::log::ProcessResourceUtilizationInfo;
 
-constexpr int kMostProcesses = 20;
+constexpr int kMostSentProcesses = 20;
 constexpr unsigned long long kMostNameBytes = 256;
 
 bool IsMeasured(const WMIProcessInfo& process) {
@@ -47,7 +47,7 @@ void AddProcesses(const ProcessList& processes,
   int accepted = 0;
   for (const auto& process : processes) {
     if (!IsMeasured(*process)) continue;
-    if (++accepted > kMostProcesses) return;
+    if (++accepted > kMostSentProcesses) return;
     Fill(*process, *section.add_resource_intensive_processes_info());
   }
 }

@@ -18,15 +18,15 @@ namespace {
 
 using shared::wmi::WMIClient;
 
-constexpr wchar_t kQuery[] =
+constexpr wchar_t kTableQuery[] =
     L"SELECT Name, IDProcess, PercentProcessorTime, PriorityBase FROM Win32_PerfFormattedData_PerfProc_Process";
 // One "f" short of the class: the text that logs have always had.
-constexpr char kQueryFailure[] = "Error while querying Win32_PerFormattedData_PerfProc_Process.";
+constexpr char kTableFailure[] = "Error while querying Win32_PerFormattedData_PerfProc_Process.";
 constexpr char kTimedOut[] = "No process is reported: the performance data of processes did not come in time";
 
 constexpr char kIdleProcessId[] = "0";  // that of the idle process, and of the row that totals the others
-constexpr std::size_t kMostProcesses = 10;
-constexpr double kUnitsPerSecond = 10'000'000;  // of 100 ns
+constexpr std::size_t kMostBusyProcesses = 10;
+constexpr double kClockUnitsPerSecond = 10'000'000;  // of 100 ns
 
 WMIProcessInfo ReadRow(const WMIClient& wmi) {
   WMIProcessInfo process;
@@ -41,11 +41,11 @@ bool IsBusy(const WMIProcessInfo& process) {
   return !process.process_id.empty() && process.process_id != kIdleProcessId && process.cpu_percent > 0;
 }
 
-// Whole seconds; the low 32 bits, which hold 136 years.
+// Whole whole_seconds; the low 32 bits, which hold 136 years.
 std::uint32_t ProcessorSeconds(const platform::ProcessTimes& times) {
-  const double seconds =
-      static_cast<double>(times.user) / kUnitsPerSecond + static_cast<double>(times.kernel) / kUnitsPerSecond;
-  return static_cast<std::uint32_t>(static_cast<std::uint64_t>(seconds));
+  const double whole_seconds =
+      static_cast<double>(times.user) / kClockUnitsPerSecond + static_cast<double>(times.kernel) / kClockUnitsPerSecond;
+  return static_cast<std::uint32_t>(static_cast<std::uint64_t>(whole_seconds));
 }
 
 // Adds what the system has counted for the process; false where it has not, or has counted nothing.
@@ -68,10 +68,10 @@ bool Measure(WMIProcessInfo& process) {
 }  // namespace
 
 ProcessTable ListProcesses(WMIClient* wmi) {
-  const std::int32_t status = RunQuery(wmi, kQuery);
+  const std::int32_t status = RunQuery(wmi, kTableQuery);
   // The cycle's line about what is thrown tells no reason.
   PLOG_WARNING_IF(status == shared::wmi::kTimedOut) << kTimedOut;
-  if (status != shared::wmi::kSuccess) FailWith(kQueryFailure);
+  if (status != shared::wmi::kSuccess) FailWith(kTableFailure);
   ProcessTable table;
   while (wmi->Next()) {
     WMIProcessInfo process = ReadRow(*wmi);
@@ -88,7 +88,7 @@ ProcessList BusiestOf(const ProcessTable& table) {
   for (const auto& [id, process] : table) processes.push_back(process);
   std::sort(processes.begin(), processes.end(),
             [](const auto& left, const auto& right) { return left->cpu_percent > right->cpu_percent; });
-  processes.resize(std::min(processes.size(), kMostProcesses));
+  processes.resize(std::min(processes.size(), kMostBusyProcesses));
   return processes;
 }
 

@@ -20,7 +20,7 @@ using std::chrono::sys_seconds;
 constexpr std::int64_t kUnitsPerSecond = 10'000'000;
 
 // A day is left for the zone's offset.
-constexpr sys_seconds kEndOfCalendar = sys_days{std::chrono::year(9999) / 12 / 31};
+constexpr sys_seconds kEndOfWmiCalendar = sys_days{std::chrono::year(9999) / 12 / 31};
 
 std::string WallClockText(const std::tm& fields) {
   std::array<char, sizeof "9999-12-31T23:59:59"> text{};
@@ -43,7 +43,7 @@ std::string OffsetText(const std::tm& local, const std::tm& utc) {
 
 std::string StartTimeText(std::int64_t created_100ns) {
   const sys_seconds utc{seconds(created_100ns / kUnitsPerSecond)};
-  if (created_100ns < 0 || utc >= kEndOfCalendar) return {};
+  if (created_100ns < 0 || utc >= kEndOfWmiCalendar) return {};
   const sys_seconds local = utc + minutes(platform::LocalOffsetMinutes(utc.time_since_epoch().count()));
   const std::tm local_fields = BrokenDownTime(local);
   return WallClockText(local_fields) + OffsetText(local_fields, BrokenDownTime(utc));
