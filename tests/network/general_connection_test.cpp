@@ -8,7 +8,6 @@ using common::Error;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
 constexpr std::int32_t kOutOfMemory = static_cast<std::int32_t>(0x8007000E);
@@ -273,7 +272,7 @@ TEST_F(GeneralConnectionTest, WithoutAManagerAnErrorIsThrown) {
   EXPECT_EQ(error.kind, 5);
   EXPECT_EQ(error.code, kClassNotRegistered);
   EXPECT_EQ(error.description, "Failed to create NetworkListManager instance.");
-  EXPECT_THAT(error.type_name, Not(IsEmpty()));
+  EXPECT_EQ(error.type_name, "NetworkListManager");
   EXPECT_EQ(error.message, "Class not registered\r\n");
 }
 

@@ -2,9 +2,10 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
+
+#include "base/windows/unique_handle.h"
 
 namespace zt::tests {
 
@@ -43,13 +44,9 @@ class ChildProcess {
   }
 
  private:
-  struct Closer {
-    void operator()(HANDLE handle) const { ::CloseHandle(handle); }
-  };
-
   DWORD id_ = 0;
-  std::unique_ptr<void, Closer> process_;
-  std::unique_ptr<void, Closer> thread_;
+  base::UniqueHandle process_;
+  base::UniqueHandle thread_;
 };
 
 }  // namespace zt::tests

@@ -135,14 +135,15 @@ class WlanSessionTest : public testing::Test {
     EXPECT_EQ(service.handles, 0) << "the service's handle was not closed";
   }
 
-  WlanFunctions functions_ = WlanFunctions::In(FakeLibrary<WlanFunctions>()
-                                                   .Export<"WlanOpenHandle">(OpenHandle)
-                                                   .Export<"WlanCloseHandle">(CloseHandleOf)
-                                                   .Export<"WlanEnumInterfaces">(EnumInterfaces)
-                                                   .Export<"WlanQueryInterface">(QueryInterface)
-                                                   .Export<"WlanGetProfileList">(GetProfileList)
-                                                   .Export<"WlanGetProfile">(GetProfile)
-                                                   .Export<"WlanFreeMemory">(FreeMemory));
+  FakeLibrary<WlanFunctions> library_ = FakeLibrary<WlanFunctions>()
+                                            .Export<"WlanOpenHandle">(OpenHandle)
+                                            .Export<"WlanCloseHandle">(CloseHandleOf)
+                                            .Export<"WlanEnumInterfaces">(EnumInterfaces)
+                                            .Export<"WlanQueryInterface">(QueryInterface)
+                                            .Export<"WlanGetProfileList">(GetProfileList)
+                                            .Export<"WlanGetProfile">(GetProfile)
+                                            .Export<"WlanFreeMemory">(FreeMemory);
+  WlanFunctions functions_ = WlanFunctions::In(library_);
 };
 
 TEST_F(WlanSessionTest, ReadsTheInterfaces) {
@@ -187,7 +188,8 @@ TEST_F(WlanSessionTest, AServiceThatDoesNotOpenIsNotClosed) {
 }
 
 TEST_F(WlanSessionTest, ALibraryThatLacksAFunctionIsNotOpened) {
-  functions_.get_profile = nullptr;
+  library_.Withdraw<"WlanGetProfile">();
+  functions_ = WlanFunctions::In(library_);
   EXPECT_FALSE(WlanSession(functions_).IsOpen());
   const WlanFunctions none;
   const WlanSession without_library(none);
