@@ -14,7 +14,7 @@ constexpr char kUnknown[] = "Unknown exception type.";
 template <typename Thrown>
 SourceFailure FailureOf(const Thrown& thrown) {
   try {
-    throw thrown;
+    throw thrown;  // NOLINT(misc-throw-by-value-catch-by-reference): pointers too
   } catch (...) {
     return CurrentSourceFailure();
   }
