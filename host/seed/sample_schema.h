@@ -2,7 +2,7 @@
 
 // The tables of the sample database, for everything here that makes one: the seed command, tests and benchmarks. The
 // database is the host's, so no file of the collector includes this: it neither makes a table nor relies on a type. The
-// readings of sensors and the rates are declared as numbers with a fraction; whoever writes whole ones may.
+// temperatures and the speeds of links are declared as numbers with a fraction; whoever writes whole ones may.
 namespace zt::telemetry::host {
 
 inline constexpr char kDatabaseName[] = "ssm.db";
@@ -33,8 +33,8 @@ inline constexpr char kNetworkColumns[] =
     "nominal_speed REAL, "
     "tx_rate REAL, "
     "rx_rate REAL, "
-    "signal_strength REAL, "    // dBm
-    "bytes_received INTEGER, "  // since the sample before, as all counts
+    "signal_strength INTEGER, "  // dBm
+    "bytes_received INTEGER, "   // since the sample before, as all counts
     "bytes_sent INTEGER, "
     "co_channel_interference_count INTEGER, "
     "adjacent_channel_interference_count INTEGER, "

@@ -48,8 +48,8 @@ std::vector<const FieldDescriptor*> FieldsByPlace(const Descriptor& message) {
 
 Form NumberForm(const contract::Shown& shown) {
   if (shown.signed_bits()) return Form::kSigned;
-  const auto* const scaled = std::find_if(kScaledUnits.begin(), kScaledUnits.end(),
-                                          [&shown](const auto& unit) { return unit.first == shown.unit(); });
+  const auto scaled = std::find_if(kScaledUnits.begin(), kScaledUnits.end(),
+                                   [&shown](const auto& unit) { return unit.first == shown.unit(); });
   return scaled != kScaledUnits.end() ? scaled->second : Form::kNumber;
 }
 
