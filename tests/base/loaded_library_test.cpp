@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <utility>
 
 namespace zt::base {
@@ -9,8 +10,9 @@ namespace {
 
 using Count = int();
 
+// The build's path has no drive where it was made on another system.
 LoadedLibrary LoadCounting() {
-  return LoadedLibrary::OfFile(ZT_COUNTING_LIBRARY);
+  return LoadedLibrary::OfFile(std::filesystem::absolute(ZT_COUNTING_LIBRARY));
 }
 
 TEST(LoadedLibraryTest, HasTheFunctionsThatItExportsAndNoOther) {
@@ -24,7 +26,7 @@ TEST(LoadedLibraryTest, HasTheFunctionsThatItExportsAndNoOther) {
 TEST(LoadedLibraryTest, ThatIsMissingHasNoFunction) {
   EXPECT_FALSE(LoadedLibrary());
   EXPECT_EQ(LoadedLibrary().Find<Count>("CountCall"), nullptr);
-  const LoadedLibrary library = LoadedLibrary::OfFile(ZT_COUNTING_LIBRARY "-not-there");
+  const LoadedLibrary library = LoadedLibrary::OfFile(std::filesystem::absolute(ZT_COUNTING_LIBRARY "-not-there"));
   EXPECT_FALSE(library);
   EXPECT_EQ(library.Find<Count>("CountCall"), nullptr);
   EXPECT_FALSE(LoadedLibrary::OfSystem("zt-no-such-library"));
