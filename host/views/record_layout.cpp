@@ -39,6 +39,7 @@ std::uint32_t Rank(std::uint32_t place) {
 
 std::vector<const FieldDescriptor*> FieldsByPlace(const Descriptor& message) {
   std::vector<const FieldDescriptor*> fields;
+  fields.reserve(static_cast<std::size_t>(message.field_count()));
   for (int i = 0; i < message.field_count(); ++i) fields.push_back(message.field(i));
   std::stable_sort(fields.begin(), fields.end(), [](const FieldDescriptor* one, const FieldDescriptor* two) {
     return Rank(ShownAs(*one).place()) < Rank(ShownAs(*two).place());
