@@ -1,4 +1,5 @@
 #include "machine_report.h"
+
 #include "simulation/machine.h"
 
 namespace zt::shared::npu {

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "simulation/machine.h"
 #include "platform/simulated/answers.h"
 #include "platform/simulated/guid_text.h"
+#include "simulation/machine.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {

@@ -1,7 +1,7 @@
 #include "platform/session_number.h"
 
-#include "simulation/machine.h"
 #include "platform/simulated/answers.h"
+#include "simulation/machine.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
