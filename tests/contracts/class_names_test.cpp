@@ -1,7 +1,7 @@
 // The names by which the collector's code and its neighbours know the nested messages.
 #include <gtest/gtest.h>
 
-#include "contracts/descriptors.h"
+#include "descriptors.h"
 
 namespace zt::telemetry::contract::upload::log {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "agreed_records.h"
-#include "contracts/descriptors.h"
-#include "contracts/record_listing.h"
+#include "descriptors.h"
+#include "record_listing.h"
 
 namespace zt::tests {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "agreed_records.h"
-#include "contracts/record_listing.h"
+#include "record_listing.h"
 
 namespace zt::tests {
 namespace {

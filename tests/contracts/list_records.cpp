@@ -4,7 +4,7 @@
 #include <iterator>
 #include <string>
 
-#include "contracts/record_listing.h"
+#include "record_listing.h"
 
 namespace {
 

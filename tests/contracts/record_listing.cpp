@@ -1,11 +1,11 @@
-#include "contracts/record_listing.h"
+#include "record_listing.h"
 
 #include <google/protobuf/descriptor.pb.h>
 
 #include <algorithm>
 #include <sstream>
 
-#include "contracts/descriptors.h"
+#include "descriptors.h"
 
 namespace zt::tests {
 namespace {

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "host/collect/loaded_plugin.h"
-#include "store/sample_store_fixture.h"
 #include "support/recording_log.h"
 #include "support/recording_sink.h"
+#include "support/sample_store_fixture.h"
 #include "support/temporary_folder.h"
 #include "zt/shared/telemetry_storage.h"
 

@@ -8,8 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/simulation/full_profile.h"
-#include "tests/simulation/profile_error.h"
+#include "full_profile.h"
+#include "profile_error.h"
 
 namespace zt::tests {
 namespace {

@@ -7,10 +7,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include "full_profile.h"
+#include "profile_error.h"
 #include "simulation/profile.h"
-#include "tests/simulation/full_profile.h"
-#include "tests/simulation/profile_error.h"
-#include "tests/support/temporary_folder.h"
+#include "support/temporary_folder.h"
 
 // Every mistake in a profile is told with the file, the place and what was expected there.
 namespace zt::tests {

@@ -2,9 +2,9 @@
 
 #include <cmath>
 
+#include "full_profile.h"
+#include "profile_error.h"
 #include "simulation/profile.h"
-#include "tests/simulation/full_profile.h"
-#include "tests/simulation/profile_error.h"
 
 // What is stated in a profile is a fact of the machine, key by key.
 namespace zt::tests {

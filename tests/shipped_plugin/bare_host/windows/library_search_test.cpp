@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../bare_host.h"
 #include "support/windows/planted_libraries.h"
+#include "tests/shipped_plugin/bare_host/bare_host.h"
 
 // Which files the plugin's libraries come from, wherever its host stands.
 namespace zt::tests {

@@ -1,0 +1,60 @@
+#include "zt/com/wmi_connection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "support/windows/com_thread.h"
+#include "support/windows/counted_connection.h"
+
+namespace zt::tests {
+namespace {
+
+using com::WmiConnection;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
+constexpr HRESULT kServerUnavailable = static_cast<HRESULT>(0x800706BA);
+
+TEST(WmiConnectionTest, IsAttemptedWhenItIsFirstNeeded) {
+  CountedConnection wmi;
+  WmiConnection connection(kNamespace, wmi.AsConnect());
+  EXPECT_THAT(wmi.attempts, IsEmpty());
+  EXPECT_EQ(connection.Ensure(), S_OK);
+  EXPECT_THAT(wmi.attempts, ElementsAre(kNamespace));
+  EXPECT_EQ(&connection.Services(), wmi.services.Get());
+}
+
+TEST(WmiConnectionTest, IsMadeOnce) {
+  CountedConnection wmi;
+  WmiConnection connection(kNamespace, wmi.AsConnect());
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(connection.Ensure(), S_OK);
+  EXPECT_THAT(wmi.attempts, SizeIs(1));
+}
+
+TEST(WmiConnectionTest, AFailureIsKeptAndNotAttemptedAgain) {
+  CountedConnection wmi;
+  wmi.status = kServerUnavailable;
+  WmiConnection connection(kNamespace, wmi.AsConnect());
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(connection.Ensure(), kServerUnavailable);
+  EXPECT_THAT(wmi.attempts, SizeIs(1));
+}
+
+TEST(WmiConnectionTest, JoinsComForItsOwnLifeOnly) {
+  OnFreshThread([] {
+    {
+      CountedConnection wmi;
+      WmiConnection connection(kNamespace, wmi.AsConnect());
+      EXPECT_EQ(CurrentApartment(), std::nullopt);
+      connection.Ensure();
+      EXPECT_EQ(CurrentApartment(), APTTYPE_MTA);
+    }
+    EXPECT_EQ(CurrentApartment(), std::nullopt);
+  });
+}
+
+}  // namespace
+}  // namespace zt::tests
