@@ -124,7 +124,7 @@ TEST_P(ManyDrivesTest, OnlyTheFirstThirtyTwoAreHandled) {
   EXPECT_EQ(simulation::RecordedQueries().size(), 1 + handled);
 }
 
-INSTANTIATE_TEST_SUITE_P(, ManyDrives, testing::Values(1U, 31U, 32U, 33U, 40U));
+INSTANTIATE_TEST_SUITE_P(, ManyDrivesTest, testing::Values(1U, 31U, 32U, 33U, 40U));
 
 TEST_F(DriveIdentityTest, ADriveWithoutASerialNumberCountsTowardsTheThirtyTwo) {
   for (int i = 0; i < 40; ++i) AddDrive(R"(\\.\PHYSICALDRIVE)" + std::to_string(i), i == 0 ? "" : "serial");
