@@ -47,7 +47,7 @@ class Progress {
 
  private:
   static constexpr std::uint64_t kParts = 10;
-  static constexpr std::uint64_t kMinutesPerDay = 24 * kMinutesPerHour;
+  static constexpr std::uint64_t kMinutesPerDay = std::uint64_t{24} * kMinutesPerHour;
 
   std::ostream& stream_;
   std::uint64_t total_;
@@ -58,7 +58,7 @@ class Progress {
 
 void Seed(const SeedCommand& command, std::ostream& progress) {
   const chrono::sys_seconds first = FirstSampleTime(command);
-  const std::uint64_t minutes = command.hours * kMinutesPerHour;
+  const std::uint64_t minutes = std::uint64_t{command.hours} * kMinutesPerHour;
   MakeWritableFolder(command.database_dir, "--database-dir");
   const std::filesystem::path database = command.database_dir / kDatabaseName;
 

@@ -6,30 +6,14 @@
 #include <utility>
 #include <vector>
 
+#include "support/smbios_table.h"
 #include "zt/shared/smbios/smbios_info.h"
 
 namespace zt::shared::smbios {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-class TableOf : public FirmwareReader {
- public:
-  explicit TableOf(Bytes structures) : structures_(std::move(structures)) {}
-  Bytes ReadTable() override {
-    const auto size = static_cast<std::uint32_t>(structures_.size());
-    Bytes table = {0, 3, 2, 0};
-    for (unsigned shift = 0; shift < 32; shift += 8) table.push_back(static_cast<std::uint8_t>(size >> shift));
-    table.insert(table.end(), structures_.begin(), structures_.end());
-    return table;
-  }
-
- private:
-  Bytes structures_;
-};
-
-std::vector<TypePortableBattery> Read(const Bytes& structures) {
-  TableOf reader(structures);
+std::vector<TypePortableBattery> BatteriesIn(const Bytes& structures) {
+  FixedReader reader(Table(structures));
   return SMBiosInfo(&reader).GetPortableBatteries();
 }
 
@@ -54,13 +38,8 @@ Bytes Battery(std::string_view serial, std::string_view device, std::size_t leng
   return structure;
 }
 
-Bytes operator+(Bytes left, const Bytes& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
 TEST(PortableBattery, TellsWhatTheFirmwareKnows) {
-  const auto batteries = Read(Battery("01234", "RE03045XL"));
+  const auto batteries = BatteriesIn(Battery("01234", "RE03045XL"));
   ASSERT_EQ(batteries.size(), 1U);
   EXPECT_EQ(batteries[0].serial_number, "01234");
   EXPECT_EQ(batteries[0].device_name, "RE03045XL");
@@ -69,18 +48,18 @@ TEST(PortableBattery, TellsWhatTheFirmwareKnows) {
 }
 
 TEST(PortableBattery, EveryStructureIsOneBatteryInTheTablesOrder) {
-  const auto batteries = Read(Battery("1", "first") + Battery("2", "second"));
+  const auto batteries = BatteriesIn(Battery("1", "first") + Battery("2", "second"));
   ASSERT_EQ(batteries.size(), 2U);
   EXPECT_EQ(batteries[0].device_name, "first");
   EXPECT_EQ(batteries[1].device_name, "second");
 }
 
 TEST(PortableBattery, ATableWithoutThemHasNone) {
-  EXPECT_TRUE(Read({1, 8, 0, 1, 0, 0, 0, 0, 0, 0}).empty());
+  EXPECT_TRUE(BatteriesIn({1, 8, 0, 1, 0, 0, 0, 0, 0, 0}).empty());
 }
 
 TEST(PortableBattery, DoesNotHideTheSystemStructure) {
-  TableOf reader(Battery("1", "first") + Bytes{1, 8, 0, 1, 0, 0, 0, 1, 'S', 'N', 0, 0});
+  FixedReader reader(Table(Battery("1", "first") + Bytes{1, 8, 0, 1, 0, 0, 0, 1, 'S', 'N', 0, 0}));
   const SMBiosInfo info(&reader);
   EXPECT_EQ(info.GetTypeSysInfo().serial_number, "SN");
   EXPECT_EQ(info.GetPortableBatteries().size(), 1U);
@@ -90,14 +69,14 @@ TEST(PortableBattery, AnUnknownVoltageAndAnUnknownErrorAreAbsent) {
   Bytes structure = Battery("1", "first");
   structure[0x0C] = structure[0x0D] = 0;
   structure[0x0F] = 0xFF;
-  const auto batteries = Read(structure);
+  const auto batteries = BatteriesIn(structure);
   ASSERT_EQ(batteries.size(), 1U);
   EXPECT_EQ(batteries[0].design_voltage_mv, std::nullopt);
   EXPECT_EQ(batteries[0].max_error_percent, std::nullopt);
 }
 
 TEST(PortableBattery, AShortStructureTellsWhatItHas) {
-  const auto batteries = Read(Battery("1", "first", 0x0D));
+  const auto batteries = BatteriesIn(Battery("1", "first", 0x0D));
   ASSERT_EQ(batteries.size(), 1U);
   EXPECT_EQ(batteries[0].device_name, "first");
   EXPECT_EQ(batteries[0].design_voltage_mv, std::nullopt) << "half a number is none";

@@ -10,40 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "support/smbios_table.h"
+
 namespace zt::shared::smbios {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-
-class FixedReader : public FirmwareReader {
- public:
-  explicit FixedReader(Bytes table) : table_(std::move(table)) {}
-  Bytes ReadTable() override {
-    ++reads;
-    return table_;
-  }
-
-  int reads = 0;
-
- private:
-  Bytes table_;
-};
-
-Bytes operator+(Bytes left, const Bytes& right) {
-  left.insert(left.end(), right.begin(), right.end());
-  return left;
-}
-
-// The 8 bytes in front of the structures; `length` is what it says of their size.
-Bytes Header(std::size_t length) {
-  Bytes header = {0, 3, 2, 0};
-  for (unsigned shift = 0; shift < 32; shift += 8) header.push_back(static_cast<std::uint8_t>(length >> shift));
-  return header;
-}
-
-Bytes Table(const Bytes& structures) {
-  return Header(structures.size()) + structures;
-}
 
 Bytes Texts(std::initializer_list<std::string_view> texts) {
   Bytes bytes;

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "scripted_collector.h"
+#include "support/status_codes.h"
 #include "zt/telemetry/common/shared_ptr_tool.h"
 
 namespace zt::tests {
@@ -44,18 +45,18 @@ class CollectorOutcomeTest : public ::testing::Test {
 };
 
 TEST_F(CollectorOutcomeTest, ACollectionAnnouncesThenReadsThenFinalizes) {
-  Outcome(collector_, kParams);
+  OutcomeOf(collector_, kParams);
   EXPECT_THAT(collector_.calls, ElementsAre("GetDatabases", "ReadSource", "Finalize"));
 }
 
 TEST_F(CollectorOutcomeTest, ASuccessIsAllZeroAndEmpty) {
-  EXPECT_EQ(Outcome(collector_, kParams), nlohmann::json::parse(R"({"kind": 0, "code": 0, "description": "",
+  EXPECT_EQ(OutcomeOf(collector_, kParams), nlohmann::json::parse(R"({"kind": 0, "code": 0, "description": "",
       "typeName": "", "message": "", "messages": [], "databases": []})"));
 }
 
 TEST_F(CollectorOutcomeTest, TheErrorOfTheCollectionIsReported) {
-  collector_.read_source = [] { return Error(5, -2147217407, "described", "typed", "told"); };
-  EXPECT_EQ(Outcome(collector_, kParams), nlohmann::json::parse(R"({"kind": 5, "code": -2147217407,
+  collector_.read_source = [] { return Error(5, tests::kWmiFailed, "described", "typed", "told"); };
+  EXPECT_EQ(OutcomeOf(collector_, kParams), nlohmann::json::parse(R"({"kind": 5, "code": -2147217407,
       "description": "described", "typeName": "typed", "message": "told", "messages": [], "databases": []})"));
 }
 
@@ -67,14 +68,14 @@ TEST_F(CollectorOutcomeTest, FinalizeGetsTheOutcomeOfTheCollection) {
     received = outcome;
     return outcome;
   };
-  Outcome(collector_, kParams);
+  OutcomeOf(collector_, kParams);
   EXPECT_EQ(received, expected);
 }
 
 TEST_F(CollectorOutcomeTest, WhatFinalizeReturnsIsReported) {
   collector_.read_source = [] { return Error(5, 7, "before", "", ""); };
   collector_.finalize = [](const Error&) { return Error(2, 1, "after", "", ""); };
-  const nlohmann::json outcome = Outcome(collector_, kParams);
+  const nlohmann::json outcome = OutcomeOf(collector_, kParams);
   EXPECT_EQ(outcome["kind"], 2);
   EXPECT_EQ(outcome["description"], "after");
 }
@@ -85,14 +86,14 @@ TEST_F(CollectorOutcomeTest, AnnouncedMessagesAndDatabasesAreNamed) {
     messages.push_back(SharedPtrTool::Create(google::protobuf::Duration()));
     databases.push_back("own.db");
   };
-  const nlohmann::json outcome = Outcome(collector_, kParams);
+  const nlohmann::json outcome = OutcomeOf(collector_, kParams);
   EXPECT_EQ(outcome["messages"], nlohmann::json({"google.protobuf.Timestamp", "google.protobuf.Duration"}));
   EXPECT_EQ(outcome["databases"], nlohmann::json::array({"own.db"}));
 }
 
 TEST_F(CollectorOutcomeTest, AnExceptionOfTheCollectionIsReported) {
   collector_.read_source = []() -> Error { throw std::system_error(2, std::generic_category(), "opening"); };
-  const nlohmann::json outcome = Outcome(collector_, kParams);
+  const nlohmann::json outcome = OutcomeOf(collector_, kParams);
   EXPECT_EQ(outcome["kind"], 2);
   EXPECT_EQ(outcome["code"], 1);
   EXPECT_THAT(outcome["description"], ::testing::HasSubstr("opening"));
@@ -100,32 +101,32 @@ TEST_F(CollectorOutcomeTest, AnExceptionOfTheCollectionIsReported) {
 
 TEST_F(CollectorOutcomeTest, AnErrorThrownByTheCollectionIsReportedAsItIs) {
   collector_.read_source = []() -> Error { throw Error(5, 42, "thrown", "typed", "told"); };
-  const nlohmann::json outcome = Outcome(collector_, kParams);
+  const nlohmann::json outcome = OutcomeOf(collector_, kParams);
   EXPECT_EQ(outcome["code"], 42);
   EXPECT_EQ(outcome["description"], "thrown");
 }
 
 TEST_F(CollectorOutcomeTest, WhateverTheCollectionThrowsStaysInside) {
   collector_.read_source = []() -> Error { throw 42; };
-  EXPECT_EQ(Outcome(collector_, kParams)["description"], "Unknown exception type.");
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["description"], "Unknown exception type.");
 }
 
 TEST_F(CollectorOutcomeTest, AnExceptionOfTheAnnouncementStopsTheCollection) {
   collector_.get_databases = [](auto&, auto&) { throw std::string("no prototype"); };
-  EXPECT_EQ(Outcome(collector_, kParams)["description"], "no prototype");
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["description"], "no prototype");
   EXPECT_THAT(collector_.calls, ElementsAre("GetDatabases"));
 }
 
 TEST_F(CollectorOutcomeTest, AnExceptionOfFinalizeIsReported) {
   collector_.finalize = [](const Error&) -> Error { throw std::string("not final"); };
-  EXPECT_EQ(Outcome(collector_, kParams)["description"], "not final");
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["description"], "not final");
 }
 
 TEST_F(CollectorOutcomeTest, ACollectorThatThrewCollectsAgain) {
   collector_.read_source = []() -> Error { throw std::runtime_error("once"); };
-  EXPECT_EQ(Outcome(collector_, kParams)["kind"], 1);
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["kind"], 1);
   collector_.read_source = [] { return Error(); };
-  EXPECT_EQ(Outcome(collector_, kParams)["kind"], 0);
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["kind"], 0);
 }
 
 TEST_F(CollectorOutcomeTest, TextsBeyondUtf8AreReportedAsValidJson) {
@@ -135,7 +136,7 @@ TEST_F(CollectorOutcomeTest, TextsBeyondUtf8AreReportedAsValidJson) {
                  "e \xFF\x01",
                  "", "");
   };
-  EXPECT_EQ(Outcome(collector_, kParams)["description"],
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["description"],
             "Gr\xC3\xB6\xC3\x9F"
             "e \xEF\xBF\xBD\x01");
 }
@@ -192,7 +193,7 @@ TEST_F(CollectorOutcomeTest, AFailureTooLongForTheCallersBufferKeepsItsFigures) 
 
 TEST_F(CollectorOutcomeTest, AnAllocatedBufferHoldsAnyOutcome) {
   collector_.read_source = [] { return Error(5, -7, std::string(100'000, 'd'), "", ""); };
-  EXPECT_EQ(Outcome(collector_, kParams)["description"], std::string(100'000, 'd'));
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["description"], std::string(100'000, 'd'));
 }
 
 TEST_F(CollectorOutcomeTest, TheAllocatorIsAskedOnceForTheTextAndItsEnd) {

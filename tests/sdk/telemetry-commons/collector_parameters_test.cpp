@@ -17,7 +17,7 @@ class CollectorParametersTest : public ::testing::Test {
  protected:
   // The description of the error that the parameters are refused with; checks that nothing ran.
   std::string Refusal(const char* params) {
-    const nlohmann::json outcome = Outcome(collector_, params);
+    const nlohmann::json outcome = OutcomeOf(collector_, params);
     EXPECT_EQ(outcome["kind"], 5);
     EXPECT_EQ(outcome["code"], -1);
     EXPECT_THAT(collector_.calls, IsEmpty());
@@ -31,7 +31,7 @@ class CollectorParametersTest : public ::testing::Test {
       seen = collector_.ParamsGetEventType();
       return ScriptedCollector::Error();
     };
-    EXPECT_EQ(Outcome(collector_, params)["kind"], 0);
+    EXPECT_EQ(OutcomeOf(collector_, params)["kind"], 0);
     return static_cast<std::int32_t>(seen);
   }
 

@@ -25,10 +25,10 @@ class NestedCollectionTest : public ::testing::Test {
   nlohmann::json OutcomeInside(shared::plugin::IDynamicPluginModule& nested) {
     nlohmann::json inside;
     collector_.read_source = [&] {
-      if (inside.is_null()) inside = Outcome(nested, kOtherParams);
+      if (inside.is_null()) inside = OutcomeOf(nested, kOtherParams);
       return Error();
     };
-    outside_ = Outcome(collector_, kParamsOfANestedCall);
+    outside_ = OutcomeOf(collector_, kParamsOfANestedCall);
     collector_.read_source = [] { return Error(); };
     return inside;
   }
@@ -69,7 +69,7 @@ TEST_F(NestedCollectionTest, TheFormWithTheCallersBufferIsRefusedToo) {
     collector_.Execute(kOtherParams, inside.data());
     return Error();
   };
-  Outcome(collector_, kParamsOfANestedCall);
+  OutcomeOf(collector_, kParamsOfANestedCall);
   EXPECT_EQ(nlohmann::json::parse(inside.c_str()), Refusal());
 }
 
@@ -78,7 +78,7 @@ TEST_F(NestedCollectionTest, ACallWithoutABufferIsRefusedToo) {
     collector_.Execute(kOtherParams, nullptr);
     return Error();
   };
-  Outcome(collector_, kParamsOfANestedCall);
+  OutcomeOf(collector_, kParamsOfANestedCall);
   EXPECT_THAT(collector_.calls, ElementsAre("GetDatabases", "ReadSource", "Finalize"));
 }
 
@@ -97,23 +97,23 @@ TEST_F(NestedCollectionTest, ACollectorOfAnotherClassMayCollectMeanwhile) {
 TEST_F(NestedCollectionTest, ACallOnAnotherThreadIsRefusedMeanwhile) {
   nlohmann::json inside;
   collector_.read_source = [&] {
-    std::thread([&] { inside = Outcome(collector_, kOtherParams); }).join();
+    std::thread([&] { inside = OutcomeOf(collector_, kOtherParams); }).join();
     return Error();
   };
-  Outcome(collector_, kParamsOfANestedCall);
+  OutcomeOf(collector_, kParamsOfANestedCall);
   EXPECT_EQ(inside, Refusal());
 }
 
 TEST_F(NestedCollectionTest, ACallAfterwardsIsServed) {
   OutcomeInside(collector_);
-  EXPECT_EQ(Outcome(collector_, kParamsOfANestedCall)["kind"], 0);
+  EXPECT_EQ(OutcomeOf(collector_, kParamsOfANestedCall)["kind"], 0);
 }
 
 TEST_F(NestedCollectionTest, ACallAfterACollectionThatThrewIsServed) {
   collector_.read_source = []() -> Error { throw std::string("once"); };
-  Outcome(collector_, kParamsOfANestedCall);
+  OutcomeOf(collector_, kParamsOfANestedCall);
   collector_.read_source = [] { return Error(); };
-  EXPECT_EQ(Outcome(collector_, kParamsOfANestedCall)["kind"], 0);
+  EXPECT_EQ(OutcomeOf(collector_, kParamsOfANestedCall)["kind"], 0);
 }
 
 }  // namespace

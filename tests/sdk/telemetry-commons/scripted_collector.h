@@ -68,7 +68,7 @@ inline std::string OutcomeText(shared::plugin::IDynamicPluginModule& module, con
   return result != nullptr ? result : "";
 }
 
-inline nlohmann::json Outcome(shared::plugin::IDynamicPluginModule& module, const char* params) {
+inline nlohmann::json OutcomeOf(shared::plugin::IDynamicPluginModule& module, const char* params) {
   return nlohmann::json::parse(OutcomeText(module, params));
 }
 

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "open_collector.h"
 #include "store/sample_database.h"
 #include "support/collector_fixture.h"
 
@@ -13,11 +14,6 @@ namespace {
 using Json = nlohmann::json;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-class OpenCollector : public PerformanceSamples {
- public:
-  using PerformanceSamples::UploadNetworkSamples;
-};
 
 Json Profile(const std::string& hash = "AB12") {
   return {{"profile_name_hash", hash}, {"profile_authentication", "WPA2PSK"}, {"profile_encryption", "AES"}};

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "open_collector.h"
 #include "store/sample_database.h"
 #include "support/collector_fixture.h"
 
@@ -12,11 +13,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-class OpenCollector : public PerformanceSamples {
- public:
-  using PerformanceSamples::UploadThermalSamples;
-};
 
 std::string TextOf(const google::protobuf::RepeatedPtrField<
                    contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Fans_FanStatistics>& statistics) {

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "device_interfaces.h"
 #include "messages/perf_messages.h"
 #include "platform/power_status.h"
 #include "samplers/battery_info_msg.h"
+#include "windows/device_interfaces.h"
 #include "zt/shared/battery/zt_batteries.h"
 
 // The batteries of this very system, which has none: as under Wine, and on the machines that build. What becomes of a
