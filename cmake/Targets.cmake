@@ -33,7 +33,7 @@ function(zt_machines out)
 endfunction()
 
 # zt_library(NAME [STATIC] [MACRO M] [OUTPUT_NAME FILE] [MACHINES ...] [INCLUDE FOLDER...]
-#   [SOURCES ...] [REAL ...] [SIMULATED ...] [LINK ...] [LINK_INSIDE ...] [LINK_REAL ...] [LINK_SIMULATED ...])
+#   [SOURCES ...] [REAL ...] [SIMULATED ...] [ALONE ...] [LINK ...] [LINK_INSIDE ...] [LINK_REAL ...] [LINK_SIMULATED ...])
 #
 # A shared library for each machine, or a static one. SOURCES are for every machine, REAL and SIMULATED are the machine's
 # own. Public headers lie in the INCLUDE folders, by default include/. M_EXPORT marks what a shared library exports, by
@@ -41,10 +41,11 @@ endfunction()
 # LINK_SIMULATED are not passed on. Everything links zt-base.
 #
 # NAME-parts is the same objects as an archive: for tests of what a shared library does not export. Who links both names
-# NAME first, so that what it exports is taken from there.
+# NAME first, so that what it exports is taken from there. ALONE are those of the sources that have to stay objects of
+# their own also where the build puts sources together: those that define what is exported, when tests link the parts.
 function(zt_library name)
   cmake_parse_arguments(ARG "STATIC" "MACRO;OUTPUT_NAME"
-    "MACHINES;INCLUDE;SOURCES;REAL;SIMULATED;LINK;LINK_INSIDE;LINK_REAL;LINK_SIMULATED" ${ARGN})
+    "MACHINES;INCLUDE;SOURCES;REAL;SIMULATED;ALONE;LINK;LINK_INSIDE;LINK_REAL;LINK_SIMULATED" ${ARGN})
   if(ARG_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "zt_library(${name}): ${ARG_UNPARSED_ARGUMENTS} belongs to no keyword")
   endif()
@@ -71,7 +72,7 @@ function(zt_library name)
   # Windows' headers define macros with names that others use, so what includes them is not put together with the rest.
   set(with_macros ${ARG_SOURCES})
   list(FILTER with_macros INCLUDE REGEX "^windows/|/windows/")
-  set_source_files_properties(${with_macros} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  set_source_files_properties(${with_macros} ${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   set(shared_objects)
   if(ARG_SOURCES)
     list(GET machines 0 any_machine)

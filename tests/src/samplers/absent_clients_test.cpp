@@ -11,7 +11,7 @@
 #include "samplers/storage_info_msg.h"
 #include "samplers/system_board_info_msg.h"
 #include "simulation/profile.h"
-#include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -19,28 +19,20 @@ namespace {
 
 constexpr std::int64_t kNoClientStatus = tests::kNullPointer;  // E_POINTER
 
-class AbsentClients : public testing::Test {
+class AbsentClientsTest : public SamplerTest {
  protected:
-  AbsentClients() {
-    simulation::UseMachine(simulation::ReadShippedProfile("convertible-laptop"));
-    PerfMessages::Init(this, 50);
+  AbsentClientsTest() {
+    machine_ = simulation::ReadShippedProfile("convertible-laptop");
+    UseMachine();
   }
-
-  static const auto& Hardware() { return PerfMessages::static_cdm_->hw_info(); }
 
   /// The error that `builder` ends with.
   static Error Failure(PerfMessages& builder) {
-    try {
-      builder.PopulateStorageAndUploadProtos();
-    } catch (const Error& error) {
-      return error;
-    }
-    ADD_FAILURE() << "no error was thrown";
-    return {};
+    return FailureOf([&] { builder.PopulateStorageAndUploadProtos(); });
   }
 };
 
-TEST_F(AbsentClients, MemoryIsAFailedFirstQuery) {
+TEST_F(AbsentClientsTest, MemoryIsAFailedFirstQuery) {
   MemoryInfoMsg builder(static_cast<shared::wmi::WMIClient*>(nullptr));
   const Error error = Failure(builder);
   EXPECT_EQ(error.kind, 5);
@@ -49,7 +41,7 @@ TEST_F(AbsentClients, MemoryIsAFailedFirstQuery) {
   EXPECT_EQ(Hardware().system_memory_info().ByteSizeLong(), 0U);
 }
 
-TEST_F(AbsentClients, StorageIsAFailedFirstQuery) {
+TEST_F(AbsentClientsTest, StorageIsAFailedFirstQuery) {
   StorageInfoMsg builder(nullptr, nullptr);
   const Error error = Failure(builder);
   EXPECT_EQ(error.code, kNoClientStatus);
@@ -57,7 +49,7 @@ TEST_F(AbsentClients, StorageIsAFailedFirstQuery) {
   EXPECT_EQ(Hardware().storage_drives_info_size(), 0);
 }
 
-TEST_F(AbsentClients, KeyboardsAreAFailedQuery) {
+TEST_F(AbsentClientsTest, KeyboardsAreAFailedQuery) {
   DeviceStateInfoMsg builder(static_cast<shared::wmi::WMIClient*>(nullptr));
   simulation::UseMachine({});
   EXPECT_EQ(Failure(builder),
@@ -66,7 +58,7 @@ TEST_F(AbsentClients, KeyboardsAreAFailedQuery) {
   EXPECT_FALSE(Hardware().has_device_state());
 }
 
-TEST_F(AbsentClients, TheHingeStillTellsThePosture) {
+TEST_F(AbsentClientsTest, TheHingeStillTellsThePosture) {
   simulation::Machine machine;
   machine.sensors.hinge = simulation::Hinge{simulation::HingeOutcome::kReading, 110};
   simulation::UseMachine(machine);
@@ -74,7 +66,7 @@ TEST_F(AbsentClients, TheHingeStillTellsThePosture) {
   EXPECT_EQ(Hardware().device_state().device_mode(), "positionPullForward");
 }
 
-TEST_F(AbsentClients, ProcessesAreAFailedQueryAndTheSessionIsTold) {
+TEST_F(AbsentClientsTest, ProcessesAreAFailedQueryAndTheSessionIsTold) {
   OperatingSystemInfoMsg builder(static_cast<shared::wmi::WMIClient*>(nullptr));
   std::string failure;
   try {
@@ -88,7 +80,7 @@ TEST_F(AbsentClients, ProcessesAreAFailedQueryAndTheSessionIsTold) {
   EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
 }
 
-TEST_F(AbsentClients, BuildersThatAskNoClientNeedNone) {
+TEST_F(AbsentClientsTest, BuildersThatAskNoClientNeedNone) {
   const DeviceStateInfoMsg without(static_cast<shared::wmi::WMIClient*>(nullptr));
   const PerfMessages& base = without;
   BatteryInfoMsg(base).PopulateStorageAndUploadProtos();
@@ -97,7 +89,7 @@ TEST_F(AbsentClients, BuildersThatAskNoClientNeedNone) {
   EXPECT_EQ(Hardware().npus_info_size(), 1);
 }
 
-TEST_F(AbsentClients, BuildersOfTheHourlyRecordsAddNothing) {
+TEST_F(AbsentClientsTest, BuildersOfTheHourlyRecordsAddNothing) {
   CPUInfoMsg().PopulateStorageAndUploadProtos();
   FansInfoMsg().PopulateStorageAndUploadProtos();
   SystemBoardInfoMsg().PopulateStorageAndUploadProtos();

@@ -11,6 +11,7 @@
 
 #include "sdk/wmi-client/windows/wmi_rows.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 #include "variant_values.h"
 
 // Queries to the WMI of this very system.
@@ -24,9 +25,6 @@ using shared::wmi::WMIClient;
 using shared::wmi::WmiRows;
 using shared::wmi::WmiValue;
 using ::testing::ElementsAre;
-
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
-constexpr wchar_t kNoNamespace[] = LR"(\\.\root\no_such_namespace)";
 
 MEMORYSTATUSEX SystemMemory() {
   MEMORYSTATUSEX memory{};
@@ -66,8 +64,8 @@ class WmiClientTest : public ::testing::Test {
     return rows;
   }
 
-  WMIClient client_{kNamespace};
-  WmiRows rows_{kNamespace};
+  WMIClient client_{tests::kWmiNamespace};
+  WmiRows rows_{tests::kWmiNamespace};
   std::wstring wql_;
 };
 
@@ -81,12 +79,12 @@ TEST_F(WmiClientTest, TotalMemoryArrivesAsTextAndReadsAsANumber) {
 
 TEST_F(WmiClientTest, TotalMemoryReadsAs32BitsOnlyWhereItFits) {
   GoToRow(L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem");
-  constexpr std::uint32_t kUntouched = 7;
-  std::uint32_t value = kUntouched;
+  constexpr std::uint32_t kValueBefore = 7;
+  std::uint32_t value = kValueBefore;
   const std::int32_t status = client_.GetValue(L"TotalPhysicalMemory", value);
   const bool fits = SystemMemory().ullTotalPhys <= 0xFFFFFFFF;
   EXPECT_EQ(status, fits ? 0 : shared::wmi::kOverflow);
-  EXPECT_EQ(value, fits ? SystemMemory().ullTotalPhys : kUntouched);
+  EXPECT_EQ(value, fits ? SystemMemory().ullTotalPhys : kValueBefore);
 }
 
 TEST_F(WmiClientTest, EachMemoryModuleIsARow) {
@@ -217,7 +215,7 @@ TEST_F(WmiClientTest, AProcessIsFoundByItsNumber) {
   const std::wstring id = std::to_wstring(::GetCurrentProcessId());
   GoToRow(L"SELECT ProcessId, Name FROM Win32_Process WHERE ProcessId = " + id);
   EXPECT_EQ(Read<std::uint32_t>(L"ProcessId"), ::GetCurrentProcessId());
-  EXPECT_EQ(Read<std::string>(L"Name"), "windows_live_tests.exe");
+  EXPECT_EQ(Read<std::string>(L"Name"), "sdk_real_tests.exe");
   EXPECT_FALSE(client_.Next());
 }
 
@@ -234,7 +232,7 @@ TEST_F(WmiClientTest, EveryQueryIsAnnouncedAsItIs) {
   ObserveQueries([&](const std::wstring& wql) { announced.push_back(wql); });
   client_.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem");
   client_.ExecQuery(L"SELEKT");
-  WMIClient(kNoNamespace).ExecQuery(L"SELECT Name FROM Win32_Service");
+  WMIClient(tests::kNoWmiNamespace).ExecQuery(L"SELECT Name FROM Win32_Service");
   ObserveQueries(nullptr);
   client_.ExecQuery(L"SELECT Name FROM Win32_Service");
   EXPECT_THAT(announced,
@@ -242,7 +240,7 @@ TEST_F(WmiClientTest, EveryQueryIsAnnouncedAsItIs) {
 }
 
 TEST(WmiClientWithoutNamespaceTest, EveryQueryHasTheStatusOfTheConnection) {
-  WMIClient client(kNoNamespace);
+  WMIClient client(tests::kNoWmiNamespace);
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(client.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem"), tests::kInvalidNamespace);
     EXPECT_FALSE(client.Next());

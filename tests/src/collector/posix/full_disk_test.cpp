@@ -31,7 +31,7 @@ class FileSizeLimit {
 using FullDisk = CollectorTest;
 
 // More distinct profiles than the memory holds that a summary may take: the rest goes to a file.
-TEST_F(FullDisk, SamplesThatCannotBeSummarisedStayForTheNextCycle) {
+TEST_F(FullDiskTest, SamplesThatCannotBeSummarisedStayForTheNextCycle) {
   constexpr rlim_t kRoomLeft = 256 * 1024;
   auto store = tests::SampleStore::WithTables(folder_.File("ssm.db"));
   store.AddThermal("2026-03-07T10:00:30.000Z");
