@@ -5,6 +5,7 @@
 #include "full_profile.h"
 #include "profile_error.h"
 #include "simulation/profile.h"
+#include "support/status_codes.h"
 
 // What is stated in a profile is a fact of the machine, key by key.
 namespace zt::tests {
@@ -160,7 +161,7 @@ TEST(ProfileFactsTest, AssociationsAndFailuresOfWmiAreListed) {
   EXPECT_EQ(wmi.associations[0].rows.at(0).at("Id"), WmiProperty("b"));
   ASSERT_EQ(wmi.failures.size(), 1U);
   EXPECT_EQ(wmi.failures[0].query_contains, "Win32");
-  EXPECT_EQ(wmi.failures[0].status, static_cast<std::int32_t>(0x80041003));
+  EXPECT_EQ(wmi.failures[0].status, tests::kAccessDenied);
   EXPECT_EQ(wmi.failures[0].times, 2U);
   EXPECT_EQ(wmi.failures[0].after, 1U);
 }
@@ -342,7 +343,7 @@ TEST(ProfileFactsTest, TheCountersOfAnInterfaceMayFail) {
 TEST(ProfileFactsTest, SystemMessagesAreToldByTheirCode) {
   const simulation::Machine machine = FullMachine();
   ASSERT_EQ(machine.system_messages.size(), 1U);
-  EXPECT_EQ(machine.system_messages[0].code, static_cast<std::int32_t>(0x80040154));
+  EXPECT_EQ(machine.system_messages[0].code, tests::kClassNotRegistered);
   EXPECT_EQ(machine.system_messages[0].text, "Class not registered\r\n");
 }
 

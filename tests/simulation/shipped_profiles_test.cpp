@@ -2,6 +2,7 @@
 #include <zt/text/wide_text.h>
 
 #include "simulation/profile.h"
+#include "support/status_codes.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 namespace zt::tests {
@@ -124,9 +125,9 @@ TEST(ShippedProfilesTest, OnTheFailingMachineThingsExistAndEveryQueryFails) {
   EXPECT_TRUE(machine.network.wlan);
   simulation::UseMachine(machine);
   shared::wmi::WMIClient client(L"");
-  EXPECT_EQ(client.ExecQuery(L"SELECT SerialNumber FROM Win32_BIOS"), static_cast<std::int32_t>(0x80041003));
+  EXPECT_EQ(client.ExecQuery(L"SELECT SerialNumber FROM Win32_BIOS"), tests::kAccessDenied);
   EXPECT_FALSE(client.Next());
-  EXPECT_EQ(client.ExecQuery(L"ASSOCIATORS OF {x} WHERE ResultClass = y"), static_cast<std::int32_t>(0x80041003));
+  EXPECT_EQ(client.ExecQuery(L"ASSOCIATORS OF {x} WHERE ResultClass = y"), tests::kAccessDenied);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "simulation/machine.h"
+#include "support/status_codes.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 // Queries over the machine's tables, as a sampler runs them.
@@ -16,8 +17,6 @@ using simulation::Machine;
 using simulation::WmiRow;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr auto kInvalidQuery = static_cast<std::int32_t>(0x80041017);
 
 WmiRow Adapter(const char* name, std::int32_t index, bool physical) {
   return {{"Name", name}, {"Index", index}, {"Physical", physical}};
@@ -220,7 +219,7 @@ TEST_F(WqlTest, MalformedQueriesAreInvalid) {
                              L"ASSOCIATORS OF {x",
                              L"ASSOCIATORS OF {x} WHERE ResultClass",
                              L"ASSOCIATORS OF {x} WHERE Role = Y"}) {
-    EXPECT_EQ(client_.ExecQuery(wql), kInvalidQuery) << ::testing::PrintToString(std::wstring(wql));
+    EXPECT_EQ(client_.ExecQuery(wql), tests::kInvalidQuery) << ::testing::PrintToString(std::wstring(wql));
     EXPECT_FALSE(client_.Next());
   }
 }

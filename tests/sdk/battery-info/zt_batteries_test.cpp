@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "simulation/machine.h"
+#include "support/status_codes.h"
 
 namespace zt::shared::battery {
 namespace {
@@ -97,7 +98,7 @@ TEST(Batteries, OneThatDoesNotAnswerIsLeftOutAndItsErrorTold) {
   simulation::Battery silent;
   silent.failure = simulation::Failure{1460};
   simulation::Battery refusing;
-  refusing.failure = simulation::Failure{5};
+  refusing.failure = simulation::Failure{tests::kCallDenied};
   UseBatteries({silent, Example(), refusing});
   ZTBatteries batteries(true, true, nullptr, nullptr);
   EXPECT_EQ(batteries.Query(0), nullptr);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "simulation/machine.h"
+#include "support/status_codes.h"
 
 // The library as its users see it.
 namespace zt::tests {
@@ -27,11 +28,11 @@ TEST(NpuLibraryTest, WithoutNpusTheTextIsEmpty) {
 
 TEST(NpuLibraryTest, NpusThatCannotBeAskedForAreNoNpusAndAStatus) {
   simulation::Machine machine;
-  machine.npu_failure = simulation::Failure{-2147467259};
+  machine.npu_failure = simulation::Failure{tests::kUnspecifiedFailure};
   simulation::UseMachine(machine);
   NPUInfo library;
   EXPECT_STREQ(library.GetNPUInfoAsJsonString(), "");
-  EXPECT_EQ(library.GetStatus(), -2147467259);
+  EXPECT_EQ(library.GetStatus(), tests::kUnspecifiedFailure);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "scripted_collector.h"
+#include "support/status_codes.h"
 #include "zt/telemetry/common/shared_ptr_tool.h"
 
 namespace zt::tests {
@@ -54,7 +55,7 @@ TEST_F(CollectorOutcomeTest, ASuccessIsAllZeroAndEmpty) {
 }
 
 TEST_F(CollectorOutcomeTest, TheErrorOfTheCollectionIsReported) {
-  collector_.read_source = [] { return Error(5, -2147217407, "described", "typed", "told"); };
+  collector_.read_source = [] { return Error(5, tests::kWmiFailed, "described", "typed", "told"); };
   EXPECT_EQ(OutcomeOf(collector_, kParams), nlohmann::json::parse(R"({"kind": 5, "code": -2147217407,
       "description": "described", "typeName": "typed", "message": "told", "messages": [], "databases": []})"));
 }

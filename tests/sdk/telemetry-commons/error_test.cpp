@@ -13,6 +13,8 @@
 #include <system_error>
 #include <typeinfo>
 
+#include "support/status_codes.h"
+
 namespace zt::telemetry::common {
 namespace {
 
@@ -72,7 +74,7 @@ TEST(ErrorTest, TextsAloneAreNoFailure) {
 }
 
 TEST(ErrorTest, AThrownErrorIsItself) {
-  const Error thrown(5, -2147217407, "Error while querying Win32_DiskDrive", "type", "message");
+  const Error thrown(5, tests::kWmiFailed, "Error while querying Win32_DiskDrive", "type", "message");
   EXPECT_EQ(ErrorOfThrown(thrown), thrown);
 }
 

@@ -1,4 +1,5 @@
 #include "network_fixture.h"
+#include "support/status_codes.h"
 #include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -10,8 +11,6 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::int32_t kOutOfMemory = static_cast<std::int32_t>(0x8007000E);
-constexpr std::int32_t kClassNotRegistered = static_cast<std::int32_t>(0x80040154);
 constexpr int kUnlisted = 99;  // the number of an adapter that is no interface of the inventory
 
 class GeneralConnectionTest : public NetworkTest {
@@ -161,7 +160,7 @@ TEST_F(GeneralConnectionTest, ACategoryBeyondTheTableChangesNothing) {
 }
 
 TEST_F(GeneralConnectionTest, AFailingCategoryChangesNothing) {
-  AddWired().category = Failure{kOutOfMemory};
+  AddWired().category = Failure{tests::kOutOfMemory};
   const types::NetworkInterfaceInfo info = Wired();
   EXPECT_EQ(info.network_category, "Unknown");
   EXPECT_TRUE(info.has_internet_access);
@@ -170,7 +169,7 @@ TEST_F(GeneralConnectionTest, AFailingCategoryChangesNothing) {
 
 TEST_F(GeneralConnectionTest, AFailingInternetQuestionChangesNothing) {
   AddWired();
-  AddNetwork({1}).internet = Failure{kOutOfMemory};
+  AddNetwork({1}).internet = Failure{tests::kOutOfMemory};
   EXPECT_TRUE(Wired().has_internet_access);
 }
 
@@ -183,9 +182,9 @@ TEST_F(GeneralConnectionTest, WhatFailsInASecondPassLeavesWhatTheFirstOneFound) 
   ASSERT_EQ(found.bytes_sent, 20U);
   ASSERT_EQ(found.network_category, "Private");
   ASSERT_TRUE(found.has_internet_access);
-  network.category = Failure{kOutOfMemory};
-  network.internet = Failure{kOutOfMemory};
-  machine_.network.interface_counters[1] = Failure{kDenied};
+  network.category = Failure{tests::kOutOfMemory};
+  network.internet = Failure{tests::kOutOfMemory};
+  machine_.network.interface_counters[1] = Failure{tests::kCallDenied};
   simulation::UseMachine(machine_);
   network_.HandleGeneralConnInfo(interfaces);
   EXPECT_EQ(interfaces.at(kWired), found);
@@ -199,7 +198,7 @@ TEST_F(GeneralConnectionTest, ALaterNetworkWithoutInternetTakesTheAccessOfTheInt
 }
 
 TEST_F(GeneralConnectionTest, AFailingInternetQuestionGivesNoAccess) {
-  AddWired().internet = Failure{kOutOfMemory};
+  AddWired().internet = Failure{tests::kOutOfMemory};
   EXPECT_FALSE(Wired().has_internet_access);
   EXPECT_TRUE(network_.has_network_access_);
   EXPECT_FALSE(network_.has_internet_access_);
@@ -207,7 +206,7 @@ TEST_F(GeneralConnectionTest, AFailingInternetQuestionGivesNoAccess) {
 
 TEST_F(GeneralConnectionTest, FailingCountersChangeNothing) {
   AddWired();
-  machine_.network.interface_counters[1] = Failure{kDenied};
+  machine_.network.interface_counters[1] = Failure{tests::kCallDenied};
   const types::NetworkInterfaceInfo info = Wired();
   EXPECT_EQ(info.bytes_sent, 0U);
   EXPECT_EQ(info.bytes_received, 0U);
@@ -230,7 +229,7 @@ TEST_F(GeneralConnectionTest, CountersHave32Bits) {
 TEST_F(GeneralConnectionTest, ConnectionsThatCannotBeListedPassOverTheirNetworkOnly) {
   AddWired();
   AddInterface(kWifi);
-  AddNetwork({2}).connections = Failure{kOutOfMemory};
+  AddNetwork({2}).connections = Failure{tests::kOutOfMemory};
   const types::NetworkInterfaces interfaces = GeneralConnections();
   EXPECT_TRUE(interfaces.at(kWired).is_connected);
   EXPECT_FALSE(interfaces.at(kWifi).is_connected);
@@ -238,7 +237,7 @@ TEST_F(GeneralConnectionTest, ConnectionsThatCannotBeListedPassOverTheirNetworkO
 
 TEST_F(GeneralConnectionTest, AConnectionWithoutAnAdapterIsPassedOver) {
   AddWired().connections =
-      std::vector<simulation::NetworkConnection>{{Failure{kOutOfMemory}}, {std::nullopt}, {Guid(1)}};
+      std::vector<simulation::NetworkConnection>{{Failure{tests::kOutOfMemory}}, {std::nullopt}, {Guid(1)}};
   EXPECT_TRUE(Wired().is_connected);
   EXPECT_THAT(VpnQueries(), IsEmpty());
 }
@@ -257,7 +256,7 @@ TEST_F(GeneralConnectionTest, AGuidInSmallLettersIsNoInterfaces) {
 
 TEST_F(GeneralConnectionTest, WithoutComOneLineIsLoggedAndNothingChanges) {
   AddWired();
-  machine_.network.com = Failure{kOutOfMemory};
+  machine_.network.com = Failure{tests::kOutOfMemory};
   const types::NetworkInterfaceInfo info = Wired();
   EXPECT_FALSE(info.is_connected);
   EXPECT_THAT(log_.Messages(plog::error), ElementsAre("Failed to initialize COM.-2147024882"));
@@ -266,11 +265,11 @@ TEST_F(GeneralConnectionTest, WithoutComOneLineIsLoggedAndNothingChanges) {
 
 TEST_F(GeneralConnectionTest, WithoutAManagerAnErrorIsThrown) {
   AddWired();
-  machine_.network.manager->create = kClassNotRegistered;
-  machine_.system_messages = {{kClassNotRegistered, "Class not registered\r\n"}};
+  machine_.network.manager->create = tests::kClassNotRegistered;
+  machine_.system_messages = {{tests::kClassNotRegistered, "Class not registered\r\n"}};
   const Error error = FailingPass();
   EXPECT_EQ(error.kind, 5);
-  EXPECT_EQ(error.code, kClassNotRegistered);
+  EXPECT_EQ(error.code, tests::kClassNotRegistered);
   EXPECT_EQ(error.description, "Failed to create NetworkListManager instance.");
   EXPECT_EQ(error.type_name, "NetworkListManager");
   EXPECT_EQ(error.message, "Class not registered\r\n");
@@ -280,21 +279,21 @@ TEST_F(GeneralConnectionTest, AMachineWithoutANetworkListKnowsNoClassOfItsManage
   machine_.network.manager.reset();
   const Error error = FailingPass();
   EXPECT_EQ(error.kind, 5);
-  EXPECT_EQ(error.code, kClassNotRegistered);
+  EXPECT_EQ(error.code, tests::kClassNotRegistered);
   EXPECT_EQ(error.description, "Failed to create NetworkListManager instance.");
 }
 
 TEST_F(GeneralConnectionTest, WithoutAListAnErrorIsThrown) {
   AddWired();
-  machine_.network.manager->get_networks = kOutOfMemory;
+  machine_.network.manager->get_networks = tests::kOutOfMemory;
   const Error error = FailingPass();
   EXPECT_EQ(error.kind, 5);
-  EXPECT_EQ(error.code, kOutOfMemory);
+  EXPECT_EQ(error.code, tests::kOutOfMemory);
   EXPECT_EQ(error.description, "Failed to retrieve network list.");
 }
 
 TEST_F(GeneralConnectionTest, ACodeWithoutATextIsToldAsSuch) {
-  machine_.network.manager->create = kOutOfMemory;
+  machine_.network.manager->create = tests::kOutOfMemory;
   EXPECT_EQ(FailingPass().message, "The system cannot find message text for error code -2147024882\r\n");
 }
 
@@ -343,7 +342,7 @@ TEST_F(GeneralConnectionTest, AVpnOfAnUnconnectedNetworkIsNotAskedFor) {
 
 TEST_F(GeneralConnectionTest, ANetworkThatDoesNotTellWhetherItIsConnectedHasNoVpn) {
   AddUnlistedAdapter("Office VPN Adapter");
-  AddNetwork({kUnlisted}).connected = Failure{kOutOfMemory};
+  AddNetwork({kUnlisted}).connected = Failure{tests::kOutOfMemory};
   GeneralConnections();
   EXPECT_FALSE(network_.is_vpn_connected_);
   EXPECT_THAT(VpnQueries(), IsEmpty());

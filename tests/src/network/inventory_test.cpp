@@ -1,4 +1,5 @@
 #include "network_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -152,7 +153,7 @@ TEST_F(InventoryTest, AFailedConfigurationQueryLeavesDhcpOnly) {
 TEST_F(InventoryTest, AFailureOfTheFirstAdapterQueryIsMadeUpForByTheNext) {
   AddInterface("A");
   AddInterface("B");
-  machine_.wmi.failures = {{"Win32_NetworkAdapter WHERE", kAccessDenied, 1, 0}};
+  machine_.wmi.failures = {{"Win32_NetworkAdapter WHERE", tests::kAccessDenied, 1, 0}};
   const types::NetworkInterfaces interfaces = Inventory();
   EXPECT_EQ(interfaces.at("A").mac_address, Mac(1));
   EXPECT_EQ(interfaces.at("B").mac_address, Mac(2));

@@ -12,14 +12,12 @@
 #include "plugin/logger_export.h"
 #include "simulation/machine.h"
 #include "support/recording_log.h"
+#include "support/status_codes.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
 using simulation::Failure;
-
-inline constexpr std::int32_t kAccessDenied = static_cast<std::int32_t>(0x80041003);  // of WMI
-inline constexpr std::int32_t kDenied = 5;                                            // ERROR_ACCESS_DENIED
 
 inline constexpr char kInterfacesTable[] = "Win32_PerfRawData_Tcpip_NetworkInterface";
 inline constexpr char kAdaptersTable[] = "Win32_NetworkAdapter";
@@ -70,7 +68,9 @@ class NetworkTest : public testing::Test {
   }
 
   /// Makes every query with this text fail.
-  void FailQueries(const std::string& text) { machine_.wmi.failures.push_back({text, kAccessDenied, std::nullopt, 0}); }
+  void FailQueries(const std::string& text) {
+    machine_.wmi.failures.push_back({text, tests::kAccessDenied, std::nullopt, 0});
+  }
 
   /// Runs the inventory on the machine as it is now.
   types::NetworkInterfaces Inventory() {

@@ -1,6 +1,7 @@
 #include <plog/Log.h>
 
 #include "network_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -36,7 +37,7 @@ TEST_F(TcpStatisticsTest, Ipv6HasItsFailedConnections) {
 }
 
 TEST_F(TcpStatisticsTest, AFailureOfIpv4IsOneLineAndZeros) {
-  machine_.network.tcp_v4 = Failure{kDenied};
+  machine_.network.tcp_v4 = Failure{tests::kCallDenied};
   const types::Ipv4Stats stats = OnMachine().TcpIPv4();
   EXPECT_EQ(stats.current_connections, 0U);
   EXPECT_EQ(stats.failed_connections, 0U);

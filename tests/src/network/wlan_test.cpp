@@ -1,4 +1,5 @@
 #include "network_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -86,7 +87,7 @@ TEST_F(WlanTest, AProfileShowsItsSettingsWhateverOtherFlagsItHas) {
 }
 
 TEST_F(WlanTest, AProfileThatCannotBeReadIsListedByItsName) {
-  AddWifi().profiles = {{"Büro", kGroupPolicy, Failure{kDenied}}, {"Home", kGroupPolicy, kXml}};
+  AddWifi().profiles = {{"Büro", kGroupPolicy, Failure{tests::kCallDenied}}, {"Home", kGroupPolicy, kXml}};
   EXPECT_THAT(Wifi().w_lan_profiles, ElementsAre(types::WLanProfile{"Büro", "", "", false},
                                                  types::WLanProfile{"Home", "WPA2PSK", "AES", true}));
   EXPECT_THAT(Errors(), ElementsAre("Failed to retrieve WLAN profile for Büro"));
@@ -123,7 +124,7 @@ TEST_F(WlanTest, ADisconnectedInterfaceStillHasItsProfilesAndItsChannel) {
 }
 
 TEST_F(WlanTest, AFailingLinkQuestionLeavesTheLinkAlone) {
-  AddWifi().connection = kDenied;
+  AddWifi().connection = tests::kCallDenied;
   const types::NetworkInterfaceInfo info = Wifi();
   EXPECT_EQ(info.receive_rate, 0.0F);
   EXPECT_EQ(info.radio_type, "Unknown");
@@ -133,7 +134,7 @@ TEST_F(WlanTest, AFailingLinkQuestionLeavesTheLinkAlone) {
 }
 
 TEST_F(WlanTest, AFailingProfileListLeavesTheProfilesEmpty) {
-  AddWifi().profile_list = kDenied;
+  AddWifi().profile_list = tests::kCallDenied;
   const types::NetworkInterfaceInfo info = Wifi();
   EXPECT_THAT(info.w_lan_profiles, IsEmpty());
   EXPECT_EQ(info.receive_rate, 1'200'000.0F);
@@ -142,7 +143,7 @@ TEST_F(WlanTest, AFailingProfileListLeavesTheProfilesEmpty) {
 }
 
 TEST_F(WlanTest, AFailingChannelQuestionLeavesTheChannelAlone) {
-  AddWifi().channel = Failure{kDenied};
+  AddWifi().channel = Failure{tests::kCallDenied};
   const types::NetworkInterfaceInfo info = Wifi();
   EXPECT_EQ(info.channel, 0U);
   EXPECT_EQ(info.co_channel_interference_count, 0U);
@@ -156,9 +157,9 @@ TEST_F(WlanTest, WhatFailsInASecondPassLeavesWhatTheFirstOneFound) {
   types::NetworkInterfaces interfaces = WlanInfo();
   const types::NetworkInterfaceInfo found = interfaces.at(kWifi);
   ASSERT_EQ(found.channel, 36U);
-  wifi.connection = kDenied;
-  wifi.profile_list = kDenied;
-  wifi.channel = Failure{kDenied};
+  wifi.connection = tests::kCallDenied;
+  wifi.profile_list = tests::kCallDenied;
+  wifi.channel = Failure{tests::kCallDenied};
   simulation::UseMachine(machine_);
   network_.HandleWlanInfo(interfaces);
   EXPECT_EQ(interfaces.at(kWifi), found);
@@ -266,14 +267,14 @@ TEST_F(WlanTest, ASecondPassAddsToCountsAndProfiles) {
 
 TEST_F(WlanTest, AComFailureIsLoggedAndThePassGoesOn) {
   AddWifi();
-  machine_.network.com = Failure{static_cast<std::int32_t>(0x8007000E)};
+  machine_.network.com = Failure{tests::kOutOfMemory};
   EXPECT_EQ(Wifi().channel, 36U);
   EXPECT_THAT(Errors(), ElementsAre("COM initialization failed"));
 }
 
 TEST_F(WlanTest, AServiceThatDoesNotOpenEndsThePassWithOneLine) {
   AddWifi();
-  machine_.network.wlan->open = kDenied;
+  machine_.network.wlan->open = tests::kCallDenied;
   EXPECT_EQ(Wifi().channel, 0U);
   EXPECT_THAT(Errors(), ElementsAre("Error occurred while retrieving WLAN interface statistics: "
                                     "Failed to open handle to WLAN interface"));
@@ -289,7 +290,7 @@ TEST_F(WlanTest, AMachineWithoutTheServiceDoesNotOpenIt) {
 
 TEST_F(WlanTest, InterfacesThatCannotBeListedEndThePassWithOneLine) {
   AddWifi();
-  machine_.network.wlan->enumerate = kDenied;
+  machine_.network.wlan->enumerate = tests::kCallDenied;
   EXPECT_EQ(Wifi().channel, 0U);
   EXPECT_THAT(Errors(), ElementsAre("Error occurred while retrieving WLAN interface statistics: "
                                     "Failed to enumerate WiFi interfaces"));

@@ -12,11 +12,12 @@
 #include "samplers/system_board_info_msg.h"
 #include "simulation/profile.h"
 #include "support/collector_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-constexpr std::int64_t kNoClientStatus = static_cast<std::int32_t>(0x80004003);  // E_POINTER
+constexpr std::int64_t kNoClientStatus = tests::kNullPointer;  // E_POINTER
 
 class AbsentClients : public testing::Test {
  protected:

@@ -1,5 +1,6 @@
 #include "simulation/profile.h"
 #include "storage_sampler_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -82,7 +83,7 @@ TEST_F(StorageSampler, AFailedLogicalDiskQueryEndsThePassWithoutADrive) {
 
 TEST_F(StorageSampler, ADriveWithoutANeedForMediaSurvivesItsFailure) {
   AddExampleDrive();
-  machine_.wmi.failures = {{"Win32_PhysicalMedia", kAccessDenied, std::nullopt, 0}};
+  machine_.wmi.failures = {{"Win32_PhysicalMedia", tests::kAccessDenied, std::nullopt, 0}};
   EXPECT_THAT(Sample(), ElementsAre(Drive("S4EV", 66.67)));
 }
 
@@ -136,7 +137,7 @@ TEST_F(StorageCycle, AMachineInGermanIsSentWithTheUseOfItsDrive) {
 TEST_F(StorageCycle, AFailedQueryIsOneErrorLineAndTheRecordIsSent) {
   simulation::Machine machine;
   machine.clock = ExampleClock();
-  machine.wmi.failures = {{"Win32_DiskDrive", kAccessDenied, std::nullopt, 0}};
+  machine.wmi.failures = {{"Win32_DiskDrive", tests::kAccessDenied, std::nullopt, 0}};
   simulation::UseMachine(machine);
   Execute(50);
   EXPECT_THAT(log_.Messages(plog::error),

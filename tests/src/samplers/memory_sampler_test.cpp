@@ -1,12 +1,11 @@
 #include "samplers/memory_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_SystemMemoryInfo;
-
-constexpr std::int32_t kAccessDenied = static_cast<std::int32_t>(0x80041003);
 
 class MemorySampler : public testing::Test {
  protected:
@@ -49,7 +48,7 @@ class MemorySampler : public testing::Test {
   }
 
   void FailQuery(const std::string& wmi_class) {
-    machine_.wmi.failures = {{wmi_class, kAccessDenied, std::nullopt, 0}};
+    machine_.wmi.failures = {{wmi_class, tests::kAccessDenied, std::nullopt, 0}};
   }
 
   simulation::Machine machine_;
@@ -158,7 +157,7 @@ TEST_F(MemorySampler, AFailedModuleQueryEndsThePassWithItsStatus) {
   FailQuery("Win32_PhysicalMemory");
   const Error error = SampleAndFail();
   EXPECT_EQ(error.kind, 5);
-  EXPECT_EQ(error.code, kAccessDenied);
+  EXPECT_EQ(error.code, tests::kAccessDenied);
   EXPECT_EQ(error.description, "Error while querying Win32_PhysicalMemory");
   EXPECT_EQ(error.message, "");
   EXPECT_EQ(simulation::RecordedQueries().size(), 1U);

@@ -4,6 +4,7 @@
 
 #include "samplers/device_state_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -11,9 +12,6 @@ namespace {
 using simulation::HingeOutcome;
 
 constexpr char kKeyboardsQuery[] = "SELECT Present, Status FROM Win32_PnPEntity WHERE PNPClass='Keyboard'";
-constexpr std::int32_t kInvalidClass = static_cast<std::int32_t>(0x80041010);
-constexpr std::int32_t kChangedMode = static_cast<std::int32_t>(0x80010106);
-constexpr std::int32_t kDeviceLost = static_cast<std::int32_t>(0x800710DF);
 constexpr std::int32_t kUpright = 0;
 constexpr std::int32_t kFaceUp = 4;
 constexpr std::int32_t kFaceDown = 5;
@@ -26,7 +24,7 @@ class PostureSampler : public testing::Test {
     Keyboards().push_back({{"PNPClass", "Keyboard"}, {"Present", present}, {"Status", status}});
   }
   std::vector<simulation::WmiRow>& Keyboards() { return machine_.wmi.classes["Win32_PnPEntity"]; }
-  void FailKeyboards() { machine_.wmi.failures = {{"Win32_PnPEntity", kInvalidClass, std::nullopt, 0}}; }
+  void FailKeyboards() { machine_.wmi.failures = {{"Win32_PnPEntity", tests::kInvalidClass, std::nullopt, 0}}; }
   void SetAngle(double degrees) { machine_.sensors.hinge = simulation::Hinge{HingeOutcome::kReading, degrees}; }
   void SetOutcome(HingeOutcome outcome) { machine_.sensors.hinge = simulation::Hinge{outcome, 0}; }
 
@@ -106,7 +104,7 @@ TEST_F(PostureSampler, EveryAngleBelongsToOneBand) {
 }
 
 TEST_F(PostureSampler, AnAngleThatTellsThePostureNeedsNoOrientation) {
-  machine_.sensors.orientation = simulation::Failure{kDeviceLost};
+  machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   for (const double angle : {45.0, 135.0, 180.0, 200.0, 300.0}) EXPECT_NE(Evaluate(angle), "Invalid");
 }
 
@@ -136,11 +134,11 @@ TEST_F(PostureSampler, WithoutAnOrientationSensorTheModeIsInvalid) {
 }
 
 TEST_F(PostureSampler, AnOrientationThatCannotBeReadIsAnError) {
-  machine_.sensors.orientation = simulation::Failure{kDeviceLost};
+  machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   for (const double angle : {10.0, 350.0}) {
     const common::Error error = Failure([&] { Evaluate(angle); });
     EXPECT_EQ(error.kind, 5);
-    EXPECT_EQ(error.code, kDeviceLost);
+    EXPECT_EQ(error.code, tests::kDeviceLost);
     EXPECT_EQ(error.description, "Error while reading the orientation sensor");
   }
 }
@@ -180,10 +178,10 @@ TEST_F(PostureSampler, EachWayOfNotTellingTheAngleHasItsText) {
 
 TEST_F(PostureSampler, AFailedInitialisationIsAnErrorWithItsStatus) {
   SetAngle(110);
-  machine_.sensors.apartment = simulation::Failure{kChangedMode};
+  machine_.sensors.apartment = simulation::Failure{tests::kChangedMode};
   const common::Error error = Failure([&] { Position(); });
   EXPECT_EQ(error.kind, 5);
-  EXPECT_EQ(error.code, kChangedMode);
+  EXPECT_EQ(error.code, tests::kChangedMode);
   EXPECT_EQ(error.description, "Error while reading the hinge angle sensor");
 }
 
@@ -242,7 +240,7 @@ TEST_F(PostureSampler, AFailedQueryIsAnErrorThatNamesItsSource) {
   const common::Error error = Failure([&] { Infer(); });
   EXPECT_EQ(
       error,
-      common::Error(5, kInvalidClass, "Error while querying Win32_PnPEntity",
+      common::Error(5, tests::kInvalidClass, "Error while querying Win32_PnPEntity",
                     "zt::telemetry::collector::performancesamples::DeviceStateInfoMsg::InferFromKeyboardStatus", ""));
 }
 
@@ -273,13 +271,13 @@ TEST_F(PostureSampler, TheKeyboardsDecideWhateverKeepsTheSensorFromTelling) {
 
 TEST_F(PostureSampler, TheKeyboardsDecideWithoutTheWindowsRuntime) {
   SetAngle(110);
-  machine_.sensors.apartment = simulation::Failure{kChangedMode};
+  machine_.sensors.apartment = simulation::Failure{tests::kChangedMode};
   EXPECT_EQ(Sample(), "positionClamshell");
 }
 
 TEST_F(PostureSampler, TheKeyboardsDecideWhenTheOrientationFails) {
   SetAngle(10);
-  machine_.sensors.orientation = simulation::Failure{kDeviceLost};
+  machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   AddKeyboard(false, "OK");
   EXPECT_EQ(Sample(), "positionTablet");
 }
@@ -300,7 +298,7 @@ TEST_F(PostureSampler, KeyboardsThatFailEndThePassAndLeaveTheRecords) {
 
 TEST_F(PostureSampler, KeyboardsThatFailForAnAngleThatIsNoneAreAskedAgain) {
   SetAngle(std::nan(""));
-  machine_.wmi.failures = {{"Win32_PnPEntity", kInvalidClass, 1U, 0}};
+  machine_.wmi.failures = {{"Win32_PnPEntity", tests::kInvalidClass, 1U, 0}};
   EXPECT_EQ(Sample(), "positionClamshell");
   EXPECT_THAT(simulation::RecordedQueries(), testing::ElementsAre(kKeyboardsQuery, kKeyboardsQuery));
 }
@@ -323,7 +321,7 @@ TEST_F(PostureSampler, ACopyOfAnotherBuilderUsesItsClient) {
 
 TEST_F(CollectorTest, AFailedPostureIsOneErrorLineAndTheRecordIsStillSent) {
   simulation::Machine machine;
-  machine.wmi.failures = {{"Win32_PnPEntity", kInvalidClass, std::nullopt, 0}};
+  machine.wmi.failures = {{"Win32_PnPEntity", tests::kInvalidClass, std::nullopt, 0}};
   simulation::UseMachine(machine);
   Execute(50);
   EXPECT_THAT(log_.Messages(plog::error),

@@ -6,10 +6,9 @@
 
 #include "samplers/storage_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
-
-inline constexpr std::int32_t kAccessDenied = static_cast<std::int32_t>(0x80041003);
 
 inline constexpr char kDrive0[] = R"(\\.\PHYSICALDRIVE0)";
 inline constexpr char kDrive1[] = R"(\\.\PHYSICALDRIVE1)";
@@ -58,14 +57,14 @@ class StorageSampler : public testing::Test {
 
   /// Samples while queries with `text` fail. The error's code is the query's status.
   std::string SampleAndFail(const std::string& text) {
-    machine_.wmi.failures = {{text, kAccessDenied, std::nullopt, 0}};
+    machine_.wmi.failures = {{text, tests::kAccessDenied, std::nullopt, 0}};
     try {
       Sample();
       ADD_FAILURE() << "no error was thrown";
       return {};
     } catch (const Error& error) {
       EXPECT_EQ(error.kind, 5);
-      EXPECT_EQ(error.code, kAccessDenied);
+      EXPECT_EQ(error.code, tests::kAccessDenied);
       EXPECT_EQ(error.message, "");
       return error.description;
     }

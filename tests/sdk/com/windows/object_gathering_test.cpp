@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "base/time_limit.h"
+#include "support/status_codes.h"
 #include "support/windows/fake_enumerator.h"
 
 namespace zt::tests {
@@ -18,8 +19,6 @@ using com::GatherObjects;
 using com::WaitLimits;
 using std::chrono::milliseconds;
 using Objects = std::vector<ComPtr<IWbemClassObject>>;
-
-constexpr HRESULT kInvalidClass = static_cast<HRESULT>(0x80041010);
 
 class ObjectGatheringTest : public ::testing::Test {
  protected:
@@ -88,20 +87,20 @@ TEST_F(ObjectGatheringTest, ATimeoutWithoutObjectsEndsTheEnumeration) {
 }
 
 TEST_F(ObjectGatheringTest, AnErrorKeepsTheObjectsBefore) {
-  enumerator_->answers = {Answer(WBEM_S_NO_ERROR, 2), Answer(kInvalidClass, 0)};
-  EXPECT_EQ(Gather(), kInvalidClass);
+  enumerator_->answers = {Answer(WBEM_S_NO_ERROR, 2), Answer(tests::kInvalidClass, 0)};
+  EXPECT_EQ(Gather(), tests::kInvalidClass);
   ExpectObjects(2);
 }
 
 TEST_F(ObjectGatheringTest, AnErrorOfTheFirstAnswerIsTheStatus) {
-  enumerator_->answers = {Answer(kInvalidClass, 0)};
-  EXPECT_EQ(Gather(), kInvalidClass);
+  enumerator_->answers = {Answer(tests::kInvalidClass, 0)};
+  EXPECT_EQ(Gather(), tests::kInvalidClass);
   ExpectObjects(0);
 }
 
 TEST_F(ObjectGatheringTest, ObjectsThatComeWithAnErrorAreKept) {
-  enumerator_->answers = {Answer(kInvalidClass, 2)};
-  EXPECT_EQ(Gather(), kInvalidClass);
+  enumerator_->answers = {Answer(tests::kInvalidClass, 2)};
+  EXPECT_EQ(Gather(), tests::kInvalidClass);
   ExpectObjects(2);
 }
 

@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "support/status_codes.h"
 #include "support/windows/com_thread.h"
 #include "support/windows/counted_connection.h"
 
@@ -17,7 +18,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
-constexpr HRESULT kServerUnavailable = static_cast<HRESULT>(0x800706BA);
 
 TEST(WmiConnectionTest, IsAttemptedWhenItIsFirstNeeded) {
   CountedConnection wmi;
@@ -37,9 +37,9 @@ TEST(WmiConnectionTest, IsMadeOnce) {
 
 TEST(WmiConnectionTest, AFailureIsKeptAndNotAttemptedAgain) {
   CountedConnection wmi;
-  wmi.status = kServerUnavailable;
+  wmi.status = tests::kServerUnavailable;
   WmiConnection connection(kNamespace, wmi.AsConnect());
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(connection.Ensure(), kServerUnavailable);
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(connection.Ensure(), tests::kServerUnavailable);
   EXPECT_THAT(wmi.attempts, SizeIs(1));
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "simulation/machine.h"
+#include "support/status_codes.h"
 #include "zt/shared/smbios/smbios_info.h"
 #include "zt/shared/ztbios/private_bios_wmi.h"
 
@@ -42,7 +43,7 @@ TEST(SimulatedFirmwareTest, AnEmptySerialNumberIsThereAndEmpty) {
 
 TEST(SimulatedFirmwareTest, ATableThatCannotBeReadIsAnErrorAndOneWithoutANumberIsNot) {
   Machine machine;
-  machine.smbios_failure = simulation::Failure{5};
+  machine.smbios_failure = simulation::Failure{tests::kCallDenied};
   simulation::UseMachine(machine);
   EXPECT_EQ(SMBiosInfo(nullptr).GetReadError(), 5U);
   EXPECT_EQ(SMBiosInfo(nullptr).GetTypeSysInfo().serial_number, std::nullopt);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/time_limit.h"
+#include "support/status_codes.h"
 #include "support/windows/fake_services.h"
 #include "zt/com/object_gathering.h"
 
@@ -22,9 +23,6 @@ using shared::ztbios::RunFirmwareCommand;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr HRESULT kAccessDenied = static_cast<HRESULT>(0x80041003);
-constexpr HRESULT kNotFound = static_cast<HRESULT>(0x80041002);
 
 void SetBytes(FakeClassObject& object, const std::wstring& name, const Bytes& bytes) {
   VARIANT* value = object.Property(name);
@@ -154,18 +152,18 @@ TEST_F(FirmwareCommandTest, AReplyThatNeverComesTimesOut) {
 
 TEST_F(FirmwareCommandTest, AFailureThatComesLaterIsTheStatus) {
   services_->pending_method = MakeFake<FakeCallResult>();
-  services_->pending_method->status = kAccessDenied;
-  EXPECT_EQ(Failure(), kAccessDenied);
+  services_->pending_method->status = tests::kAccessDenied;
+  EXPECT_EQ(Failure(), tests::kAccessDenied);
 }
 
 TEST_F(FirmwareCommandTest, AResultWithoutAnObjectFails) {
   services_->pending_method = MakeFake<FakeCallResult>();
-  EXPECT_EQ(Failure(), kNotFound);
+  EXPECT_EQ(Failure(), tests::kNotFound);
 }
 
 TEST_F(FirmwareCommandTest, WithoutAnInstanceTheCommandFails) {
   services_->instances->answers.clear();
-  EXPECT_EQ(Failure(), kNotFound);
+  EXPECT_EQ(Failure(), tests::kNotFound);
   EXPECT_EQ(services_->called_method, L"");
 }
 
@@ -175,23 +173,23 @@ TEST_F(FirmwareCommandTest, AnInstanceWithoutAPathFails) {
 }
 
 TEST_F(FirmwareCommandTest, AFailingEnumerationIsTheStatus) {
-  services_->enumeration_status = kAccessDenied;
-  EXPECT_EQ(Failure(), kAccessDenied);
+  services_->enumeration_status = tests::kAccessDenied;
+  EXPECT_EQ(Failure(), tests::kAccessDenied);
 }
 
 TEST_F(FirmwareCommandTest, AFailureOfTheFirstInstanceIsTheStatus) {
-  services_->instances->answers = {{kAccessDenied, {}}};
-  EXPECT_EQ(Failure(), kAccessDenied);
+  services_->instances->answers = {{tests::kAccessDenied, {}}};
+  EXPECT_EQ(Failure(), tests::kAccessDenied);
 }
 
 TEST_F(FirmwareCommandTest, AMissingClassIsTheStatus) {
-  services_->class_status = kNotFound;
-  EXPECT_EQ(Failure(), kNotFound);
+  services_->class_status = tests::kNotFound;
+  EXPECT_EQ(Failure(), tests::kNotFound);
 }
 
 TEST_F(FirmwareCommandTest, AMissingMethodIsTheStatus) {
-  services_->class_object->method_status = kNotFound;
-  EXPECT_EQ(Failure(), kNotFound);
+  services_->class_object->method_status = tests::kNotFound;
+  EXPECT_EQ(Failure(), tests::kNotFound);
 }
 
 TEST_F(FirmwareCommandTest, AMethodWithoutParametersFails) {
@@ -201,19 +199,19 @@ TEST_F(FirmwareCommandTest, AMethodWithoutParametersFails) {
 }
 
 TEST_F(FirmwareCommandTest, ARefusedParameterIsTheStatus) {
-  services_->class_object->method_parameters->put_status = kAccessDenied;
-  EXPECT_EQ(Failure(), kAccessDenied);
+  services_->class_object->method_parameters->put_status = tests::kAccessDenied;
+  EXPECT_EQ(Failure(), tests::kAccessDenied);
   EXPECT_EQ(services_->called_method, L"");
 }
 
 TEST_F(FirmwareCommandTest, AFailingMethodIsTheStatus) {
-  services_->method_status = kAccessDenied;
-  EXPECT_EQ(Failure(), kAccessDenied);
+  services_->method_status = tests::kAccessDenied;
+  EXPECT_EQ(Failure(), tests::kAccessDenied);
 }
 
 TEST_F(FirmwareCommandTest, AReplyWithoutACodeFails) {
   services_->method_result->Remove(L"ReturnCode");
-  EXPECT_EQ(Failure(), kNotFound);
+  EXPECT_EQ(Failure(), tests::kNotFound);
 }
 
 TEST_F(FirmwareCommandTest, ACodeThatIsNoNumberFails) {
@@ -223,7 +221,7 @@ TEST_F(FirmwareCommandTest, ACodeThatIsNoNumberFails) {
 
 TEST_F(FirmwareCommandTest, AReplyWithoutTheDataPropertyFails) {
   services_->method_result->Remove(L"OutputData");
-  EXPECT_EQ(Failure(), kNotFound);
+  EXPECT_EQ(Failure(), tests::kNotFound);
 }
 
 TEST_F(FirmwareCommandTest, DataThatIsNoByteArrayFails) {

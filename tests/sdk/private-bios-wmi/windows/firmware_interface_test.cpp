@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/status_codes.h"
 #include "support/windows/counted_connection.h"
 
 namespace zt::tests {
@@ -12,8 +13,6 @@ using shared::ztbios::FirmwareInterface;
 using shared::ztbios::FirmwareReply;
 using testing::ElementsAre;
 using testing::SizeIs;
-
-constexpr HRESULT kServerUnavailable = static_cast<HRESULT>(0x800706BA);
 
 HRESULT RunOne(FirmwareInterface& firmware) {
   FirmwareReply reply;
@@ -31,17 +30,17 @@ TEST(FirmwareInterfaceTest, ACommandConnectsToTheFirmwaresNamespace) {
 // Each graphics card without a temperature asks the firmware.
 TEST(FirmwareInterfaceTest, AWmiThatIsOutOfOrderCostsOneAttemptForAllCommands) {
   CountedConnection wmi;
-  wmi.status = kServerUnavailable;
+  wmi.status = tests::kServerUnavailable;
   FirmwareInterface firmware(wmi.AsConnect());
-  for (int card = 0; card < 4; ++card) EXPECT_EQ(RunOne(firmware), kServerUnavailable);
+  for (int card = 0; card < 4; ++card) EXPECT_EQ(RunOne(firmware), tests::kServerUnavailable);
   EXPECT_THAT(wmi.attempts, SizeIs(1));
 }
 
 TEST(FirmwareInterfaceTest, ACommandThatFailsDoesNotCostTheConnection) {
   CountedConnection wmi;
-  wmi.services->enumeration_status = static_cast<HRESULT>(0x80041003);
+  wmi.services->enumeration_status = tests::kAccessDenied;
   FirmwareInterface firmware(wmi.AsConnect());
-  for (int card = 0; card < 4; ++card) EXPECT_EQ(RunOne(firmware), static_cast<HRESULT>(0x80041003));
+  for (int card = 0; card < 4; ++card) EXPECT_EQ(RunOne(firmware), tests::kAccessDenied);
   EXPECT_THAT(wmi.attempts, SizeIs(1));
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "sdk/wmi-client/windows/wmi_rows.h"
+#include "support/status_codes.h"
 #include "variant_values.h"
 
 // Queries to the WMI of this very system.
@@ -26,9 +27,6 @@ using ::testing::ElementsAre;
 
 constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
 constexpr wchar_t kNoNamespace[] = LR"(\\.\root\no_such_namespace)";
-constexpr std::int32_t kInvalidQuery = static_cast<std::int32_t>(0x80041017);
-constexpr std::int32_t kInvalidClass = static_cast<std::int32_t>(0x80041010);
-constexpr std::int32_t kInvalidNamespace = static_cast<std::int32_t>(0x8004100E);
 
 MEMORYSTATUSEX SystemMemory() {
   MEMORYSTATUSEX memory{};
@@ -161,7 +159,7 @@ TEST_F(WmiClientTest, ATextThatIsNoNumberLeavesTheValue) {
 }
 
 TEST_F(WmiClientTest, BadSyntaxIsAnInvalidQuery) {
-  EXPECT_EQ(client_.ExecQuery(L"SELEKT Name FRUM Win32_OperatingSystem"), kInvalidQuery);
+  EXPECT_EQ(client_.ExecQuery(L"SELEKT Name FRUM Win32_OperatingSystem"), tests::kInvalidQuery);
   EXPECT_FALSE(client_.Next());
 }
 
@@ -179,7 +177,7 @@ TEST_F(WmiClientTest, AnUnknownPropertyIsNotFoundAndLeavesTheValue) {
 
 // Windows tells that it does not know the class, Wine does not.
 TEST_F(WmiClientTest, AnUnknownClassHasNoRows) {
-  EXPECT_THAT(client_.ExecQuery(L"SELECT Name FROM Win32_NoSuchClass"), ::testing::AnyOf(0, kInvalidClass));
+  EXPECT_THAT(client_.ExecQuery(L"SELECT Name FROM Win32_NoSuchClass"), ::testing::AnyOf(0, tests::kInvalidClass));
   EXPECT_FALSE(client_.Next());
 }
 
@@ -246,7 +244,7 @@ TEST_F(WmiClientTest, EveryQueryIsAnnouncedAsItIs) {
 TEST(WmiClientWithoutNamespaceTest, EveryQueryHasTheStatusOfTheConnection) {
   WMIClient client(kNoNamespace);
   for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(client.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem"), kInvalidNamespace);
+    EXPECT_EQ(client.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem"), tests::kInvalidNamespace);
     EXPECT_FALSE(client.Next());
   }
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "fake_sensors.h"
+#include "support/status_codes.h"
 
 // The reading of the sensors' interfaces, with objects of this process in the place of sensors that no machine here
 // has.
@@ -21,7 +22,6 @@ using telemetry::collector::performancesamples::platform::ReadOrientation;
 
 constexpr milliseconds kLimit{100};
 constexpr milliseconds kTooLong{60'000};
-constexpr HRESULT kDeviceLost = static_cast<HRESULT>(0x800710DF);
 
 class SensorReading : public testing::Test {
  protected:
@@ -130,8 +130,8 @@ TEST_F(SensorReading, EachCallOfEitherOperationCanFailAlone) {
     for (HRESULT OperationScript::*call :
          {&OperationScript::start, &OperationScript::info, &OperationScript::state, &OperationScript::results}) {
       hinge_ = {};
-      hinge_.*operation.*call = kDeviceLost;
-      ExpectHingeFails(kDeviceLost);
+      hinge_.*operation.*call = tests::kDeviceLost;
+      ExpectHingeFails(tests::kDeviceLost);
     }
   }
 }
@@ -140,8 +140,8 @@ TEST_F(SensorReading, AnOperationThatEndsInAnErrorFailsWithIt) {
   for (OperationScript HingeScript::*operation : {&HingeScript::sensor, &HingeScript::reading}) {
     hinge_ = {};
     (hinge_.*operation).ends_as = abi::AsyncState::kError;
-    (hinge_.*operation).error = kDeviceLost;
-    ExpectHingeFails(kDeviceLost);
+    (hinge_.*operation).error = tests::kDeviceLost;
+    ExpectHingeFails(tests::kDeviceLost);
   }
 }
 
@@ -156,8 +156,8 @@ TEST_F(SensorReading, AStartWithoutAnOperationFails) {
 }
 
 TEST_F(SensorReading, AnAngleThatCannotBeReadFails) {
-  hinge_.get_angle = kDeviceLost;
-  ExpectHingeFails(kDeviceLost);
+  hinge_.get_angle = tests::kDeviceLost;
+  ExpectHingeFails(tests::kDeviceLost);
 }
 
 TEST_F(SensorReading, GivesTheOrientation) {
@@ -177,10 +177,10 @@ TEST_F(SensorReading, ADeviceWithoutTheOrientationSensorHasNone) {
 TEST_F(SensorReading, EachCallOfTheOrientationCanFailAlone) {
   for (HRESULT OrientationScript::*call : {&OrientationScript::get_default, &OrientationScript::get_orientation}) {
     orientation_ = {};
-    orientation_.*call = kDeviceLost;
+    orientation_.*call = tests::kDeviceLost;
     const OrientationReading reading = ReadHeld();
     EXPECT_EQ(reading.outcome, OrientationReading::Outcome::kFailed);
-    EXPECT_EQ(reading.status, kDeviceLost);
+    EXPECT_EQ(reading.status, tests::kDeviceLost);
   }
 }
 
@@ -195,7 +195,7 @@ HRESULT CallAt(std::size_t place, IUnknown& object, Arguments... arguments) {
 
 TEST_F(SensorReading, TheOperationsStandWhereTheSystemHasThem) {
   hinge_.angle = 12.5;
-  hinge_.sensor.error = kDeviceLost;
+  hinge_.sensor.error = tests::kDeviceLost;
   orientation_.orientation = 3;
   {
     ComPtr<FakeHingeStatics> statics;
@@ -215,7 +215,7 @@ TEST_F(SensorReading, TheOperationsStandWhereTheSystemHasThem) {
     ASSERT_EQ(CallAt(7, *info.Get(), &state), S_OK);
     EXPECT_EQ(state, 1);
     ASSERT_EQ(CallAt(8, *info.Get(), &error), S_OK);
-    EXPECT_EQ(error, kDeviceLost);
+    EXPECT_EQ(error, tests::kDeviceLost);
     ASSERT_EQ(CallAt(9, *info.Get()), S_OK);
     EXPECT_EQ(hinge_.sensor.cancelled, 1);
 

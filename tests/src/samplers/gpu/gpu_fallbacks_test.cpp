@@ -3,6 +3,7 @@
 
 #include "gpu_fixture.h"
 #include "simulation/firmware_observer.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -72,7 +73,7 @@ TEST_F(GpuSampler, ACardWhoseIdentifierIsNowhereIsUnknown) {
 TEST_F(GpuSampler, AFailedQueryForTheIdentifierLeavesTheCardUnknown) {
   Machine machine = WithoutSerial();
   AddController(machine, "first");
-  machine.wmi.failures = {{"PNPDeviceID", -2147217407, {}, 0}};
+  machine.wmi.failures = {{"PNPDeviceID", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), "unknown");
 }
 
@@ -114,7 +115,7 @@ TEST_F(GpuSampler, FirmwareWithoutReadingsLeavesTheTemperatureAtZero) {
 
 TEST_F(GpuSampler, AFirmwareCallThatFailsLeavesTheTemperatureAtZero) {
   simulation::BiosReply reply = ThermalReply({2, 55});
-  reply.result = -2147217407;
+  reply.result = tests::kWmiFailed;
   EXPECT_EQ(SampleOne(WithoutTemperature(reply)).temperature_celsius(), 0U);
 }
 

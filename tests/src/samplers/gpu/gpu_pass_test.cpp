@@ -3,6 +3,7 @@
 #include "plugin/logger_export.h"
 #include "simulation/profile.h"
 #include "support/recording_log.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -154,7 +155,7 @@ TEST_F(GpuSampler, VendorsThatFailCostNoLineOfTheLog) {
   Machine machine = WithNvidia({FullNvidiaCard("good"), FullNvidiaCard("bad")});
   machine.nvml->devices[1].open = 15;
   machine.adlx.emplace().initialize = 5;
-  machine.wmi.failures = {{"", -2147217407, {}, 0}};
+  machine.wmi.failures = {{"", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(Sample(machine).gpus_info_size(), 0);
   EXPECT_EQ(Sample({}).gpus_info_size(), 0) << "a machine without the libraries";
   EXPECT_THAT(log.Messages(), IsEmpty());
@@ -164,7 +165,7 @@ TEST_F(GpuSampler, WaysRoundAMissingFigureThatFailCostNoLineOfTheLog) {
   tests::RecordingLog log;
   ztSharedInitializeLogger(plog::verbose, &log);
   Machine machine = WithNvidia({tests::NvmlDevice()});
-  machine.wmi.failures = {{"", -2147217407, {}, 0}};
+  machine.wmi.failures = {{"", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(Sample(machine).gpus_info_size(), 1);
   EXPECT_THAT(log.Messages(), IsEmpty());
 }
@@ -181,7 +182,7 @@ TEST_P(GpuVendors, ThatWorkAreWrittenWhateverTheOthersDo) {
   machine.adlx.emplace().gpus = {FullAmdCard("amd")};
   machine.adlx->gpu_list = amd_works ? 0 : 3;
   AddIntelGraphics(machine, "intel", 349);
-  if (!intel_works) machine.wmi.failures = {{"AdapterCompatibility", -2147217407, {}, 0}};
+  if (!intel_works) machine.wmi.failures = {{"AdapterCompatibility", tests::kWmiFailed, {}, 0}};
 
   std::vector<std::string> cards;
   std::vector<std::string> expected;

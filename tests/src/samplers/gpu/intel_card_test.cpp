@@ -3,6 +3,7 @@
 
 #include "gpu_fixture.h"
 #include "samplers/gpu/intel_card_info.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -68,7 +69,7 @@ TEST(IntelCard, AMachineWithoutOneFailsAfterTheFirstQuery) {
 
 TEST(IntelCard, AFailedPresenceQueryIsNoIntelGraphics) {
   Machine machine = WithIntel();
-  machine.wmi.failures = {{"AdapterCompatibility", -2147217407, {}, 0}};
+  machine.wmi.failures = {{"AdapterCompatibility", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(AskIntel(machine).error.description, "Intel GPU not found");
 }
 
@@ -95,7 +96,7 @@ TEST(IntelCard, AZoneWithoutATemperatureWrapsTheSame) {
 
 TEST(IntelCard, AFailedZoneQueryWrapsTheSame) {
   Machine machine = WithIntel();
-  machine.wmi.failures = {{"ThermalZone", -2147217407, {}, 0}};
+  machine.wmi.failures = {{"ThermalZone", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(AskOne(machine).temperature_celsius, kNoZone);
 }
 
@@ -116,7 +117,7 @@ TEST(IntelCard, WithoutASerialNumberOfTheMachineItHasNone) {
   machine.wmi.classes.erase("Win32_BIOS");
   EXPECT_EQ(AskOne(machine).serial_number, "");
   machine = WithIntel();
-  machine.wmi.failures = {{"Win32_BIOS", -2147217407, {}, 0}};
+  machine.wmi.failures = {{"Win32_BIOS", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(AskOne(machine).serial_number, "");
 }
 

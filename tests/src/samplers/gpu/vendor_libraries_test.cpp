@@ -9,6 +9,7 @@
 #include "samplers/gpu/nvml_api.h"
 #include "samplers/gpu/nvml_library.h"
 #include "simulation/library_folder.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -118,7 +119,7 @@ TEST(SimulatedRegistry, ReadsTextsOfKeys) {
 
 TEST(SimulatedRegistry, AKeyThatCannotBeOpenedIsAFailureAndOneThatIsNotThereIsNot) {
   simulation::Machine machine = WithRegistry();
-  machine.registry[0].failure = simulation::Failure{5};
+  machine.registry[0].failure = simulation::Failure{tests::kCallDenied};
   simulation::UseMachine(machine);
   EXPECT_EQ(platform::RegistrySubkeys(R"(SYSTEM\Outer)").failure, 5U);
   EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour").failure, 5U);

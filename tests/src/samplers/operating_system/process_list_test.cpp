@@ -1,4 +1,5 @@
 #include "process_sampler_fixture.h"
+#include "support/status_codes.h"
 
 // Which processes are listed, ranked and reported.
 namespace zt::telemetry::collector::performancesamples {
@@ -214,7 +215,7 @@ TEST_F(ProcessListTest, SkipsAProcessWithoutAPeak) {
 
 TEST_F(ProcessListTest, AFailedListEndsThePassWithItsTextAndKeepsTheSession) {
   AddProcess(12, 50);
-  machine_.wmi.failures = {{kListedClass, kAccessDenied, std::nullopt, 0}};
+  machine_.wmi.failures = {{kListedClass, tests::kAccessDenied, std::nullopt, 0}};
   EXPECT_EQ(SampleAndFail(), "Error while querying Win32_PerFormattedData_PerfProc_Process.");
   EXPECT_TRUE(Section().operating_session_info().has_time_since_last_logon_minutes());
   EXPECT_THAT(Names(), IsEmpty());

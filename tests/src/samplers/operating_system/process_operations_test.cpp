@@ -1,6 +1,7 @@
 #include "samplers/operating_system/process_operations.h"
 
 #include "process_sampler_fixture.h"
+#include "support/status_codes.h"
 
 // The operation counts, the units of the record, and rows that tell of no process of the list.
 namespace zt::telemetry::collector::performancesamples {
@@ -187,7 +188,7 @@ TEST_F(ProcessOperationsTest, ARowOfAnUnlistedProcessIsAnErrorThatSaysSo) {
 
 TEST_F(ProcessOperationsTest, AFailedSecondQueryCostsTheProcessesAndIsToldInTheLog) {
   AddProcess(12, 50);
-  machine_.wmi.failures = {{"FROM Win32_Process ", kAccessDenied, std::nullopt, 0}};
+  machine_.wmi.failures = {{"FROM Win32_Process ", tests::kAccessDenied, std::nullopt, 0}};
   const OperatingSystemSection& section = Sample();
   EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
   EXPECT_TRUE(section.operating_session_info().has_time_since_last_boot_minutes());

@@ -1,4 +1,5 @@
 #include "process_sampler_fixture.h"
+#include "support/status_codes.h"
 
 // The process sampler as part of a cycle. What it throws is a pointer to what it keeps: the sanitizers' builds tell of
 // a cycle that deletes it, and of a sampler that loses it.
@@ -36,7 +37,7 @@ TEST_F(ProcessSamplerCycleTest, LogsAnUnknownLastInputAndSendsTheRecord) {
 }
 
 TEST_F(ProcessSamplerCycleTest, LogsAFailedListAndSendsTheSession) {
-  machine_.wmi.failures = {{kListedClass, kAccessDenied, std::nullopt, 0}};
+  machine_.wmi.failures = {{kListedClass, tests::kAccessDenied, std::nullopt, 0}};
   EXPECT_EQ(Collect().operating_session_info().time_since_last_boot_minutes(), 60.0F);
   EXPECT_THAT(log_.Messages(plog::error), Contains(kThrownPointer).Times(1));
 }
@@ -62,7 +63,7 @@ TEST_F(ProcessSamplerCycleTest, ThrowsTheSameExceptionAtEachFailureAndKeepsIt) {
   const std::exception* const second = SampleAndCatch();
   EXPECT_EQ(first, second);
   machine_.session.last_input_tick_ms = 0U;
-  machine_.wmi.failures = {{kListedClass, kAccessDenied, std::nullopt, 0}};
+  machine_.wmi.failures = {{kListedClass, tests::kAccessDenied, std::nullopt, 0}};
   const std::exception* const other = SampleAndCatch();
   ASSERT_NE(first, nullptr);
   ASSERT_NE(other, nullptr);

@@ -7,6 +7,7 @@
 
 #include "samplers/operating_system_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
@@ -20,8 +21,7 @@ inline constexpr char kListedClass[] = "Win32_PerfFormattedData_PerfProc_Process
 inline constexpr char kOperationsClass[] = "Win32_Process";
 
 inline constexpr std::uint64_t kSecond100ns = 10'000'000;
-inline constexpr std::int32_t kAccessDenied = static_cast<std::int32_t>(0x80041003);
-inline constexpr simulation::Failure kRefused{5};  // ERROR_ACCESS_DENIED
+inline constexpr simulation::Failure kRefused{tests::kCallDenied};
 
 /// The process sampler over a machine with a session and no process, to which a test adds its own.
 class ProcessSamplerTest : public CollectorTest {
