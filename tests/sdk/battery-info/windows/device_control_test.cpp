@@ -1,4 +1,4 @@
-#include "device_control.h"
+#include "windows/device_control.h"
 
 #include <windows.h>
 #include <gtest/gtest.h>
