@@ -4,6 +4,7 @@
 
 #include "simulation/machine.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 // Queries over the machine's tables, as a sampler runs them.
@@ -45,7 +46,7 @@ class WqlTest : public ::testing::Test {
     return NamesOf(L"SELECT Name FROM Win32_NetworkAdapter WHERE " + condition);
   }
 
-  WMIClient client_{LR"(\\.\root\cimv2)"};
+  WMIClient client_{tests::kWmiNamespace};
 };
 
 TEST_F(WqlTest, RowsComeInTheirOrder) {

@@ -17,11 +17,11 @@
 
 namespace zt::telemetry::collector::performancesamples {
 
-/// A collector with a host around it: a sink, a log, an empty database folder, and a simulated machine. Each test runs
-/// in a process of its own.
-class CollectorTest : public testing::Test {
+/// A collector with a host around it: a sink, a log and an empty database folder. Each test runs in a process of its
+/// own.
+class CollectorWithHost {
  protected:
-  CollectorTest() {
+  CollectorWithHost() {
     shared::TelemetryStorage::SetDefaultDBPath(folder_.Utf8());
     ztSharedInitializeLogger(plog::info, &log_);
   }
@@ -45,6 +45,9 @@ class CollectorTest : public testing::Test {
   std::shared_ptr<tests::RecordingSink> sink_ = tests::RegisterRecordingSink();
   PerformanceSamples collector_;
 };
+
+/// Such a collector over a simulated machine.
+class CollectorTest : public testing::Test, protected CollectorWithHost {};
 
 /// Wall clock of the simulated machines here: 2026-03-07T12:20:42 local time, standard offset -03:00.
 inline simulation::Clock ExampleClock() {

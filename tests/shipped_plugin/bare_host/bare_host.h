@@ -12,6 +12,9 @@
 
 namespace zt::tests {
 
+/// Stands in the outcome of a cycle without a failure.
+inline constexpr char kSuccess[] = R"("kind":0)";
+
 /// The folder of the plugin and its libraries, which is not this program's.
 inline std::filesystem::path PluginFolder() {
   return telemetry::host::ProgramFile().parent_path().parent_path();

@@ -9,8 +9,6 @@ namespace {
 using telemetry::host::LoadedLibrary;
 using testing::HasSubstr;
 
-constexpr char kSuccess[] = R"("kind":0)";
-
 TEST(BareHostTest, RunsThePluginFromAnotherFolder) {
   BarePlugin plugin;
   EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));

@@ -8,6 +8,7 @@
 #include "samplers/fans_info_msg.h"
 #include "samplers/system_board_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/wmi_namespace.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -24,7 +25,7 @@ class PlainBuilder : public PerfMessages {
 };
 
 TEST(BuilderBase, KeepsTheClientsItIsGiven) {
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   shared::ztbios::PrivateBiosWmi bios;
   EXPECT_EQ(PlainBuilder().wmi_client_, nullptr);
   EXPECT_EQ(PlainBuilder().private_bios_wmi_, nullptr);

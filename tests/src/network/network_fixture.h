@@ -13,6 +13,7 @@
 #include "simulation/machine.h"
 #include "support/recording_log.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -94,7 +95,7 @@ class NetworkTest : public testing::Test {
 
   simulation::Machine machine_;
   tests::RecordingLog log_;
-  shared::wmi::WMIClient wmi_{LR"(\\.\root\cimv2)"};
+  shared::wmi::WMIClient wmi_{tests::kWmiNamespace};
   NetworkInfoMsg::SampleRows rows_;
   NetworkInfoMsg network_{&wmi_, &rows_};
   NetworkInspection inspection_{network_};

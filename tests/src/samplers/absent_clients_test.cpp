@@ -11,7 +11,7 @@
 #include "samplers/storage_info_msg.h"
 #include "samplers/system_board_info_msg.h"
 #include "simulation/profile.h"
-#include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -19,24 +19,16 @@ namespace {
 
 constexpr std::int64_t kNoClientStatus = tests::kNullPointer;  // E_POINTER
 
-class AbsentClients : public testing::Test {
+class AbsentClients : public SamplerTest {
  protected:
   AbsentClients() {
-    simulation::UseMachine(simulation::ReadShippedProfile("convertible-laptop"));
-    PerfMessages::Init(this, 50);
+    machine_ = simulation::ReadShippedProfile("convertible-laptop");
+    UseMachine();
   }
-
-  static const auto& Hardware() { return PerfMessages::static_cdm_->hw_info(); }
 
   /// The error that `builder` ends with.
   static Error Failure(PerfMessages& builder) {
-    try {
-      builder.PopulateStorageAndUploadProtos();
-    } catch (const Error& error) {
-      return error;
-    }
-    ADD_FAILURE() << "no error was thrown";
-    return {};
+    return FailureOf([&] { builder.PopulateStorageAndUploadProtos(); });
   }
 };
 

@@ -2,6 +2,7 @@
 
 #include "samplers/battery_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -31,7 +32,7 @@ simulation::Battery ExampleBattery() {
   return battery;
 }
 
-class BatterySampler : public testing::Test {
+class BatterySampler : public SamplerTest {
  protected:
   BatterySampler() {
     machine_.battery_flag = kCharging;
@@ -42,14 +43,10 @@ class BatterySampler : public testing::Test {
   simulation::Battery& Battery() { return *machine_.batteries[0]; }
 
   /// Samples the machine.
-  void Sample() {
-    simulation::UseMachine(machine_);
-    PerfMessages::Init(this, 50);
-    BatteryInfoMsg().PopulateStorageAndUploadProtos();
-  }
+  void Sample() { Populate<BatteryInfoMsg>(); }
 
   /// The entries of the shared record.
-  static const auto& Entries() { return PerfMessages::static_cdm_->hw_info().batteries_info(); }
+  static const auto& Entries() { return Hardware().batteries_info(); }
 
   /// Samples the machine; the only entry.
   const PcLogPerformanceSamplesAsCDM_HwInfo_BatteryInfo& SampleOne() {
@@ -63,8 +60,6 @@ class BatterySampler : public testing::Test {
     EXPECT_EQ(PerfMessages::amd_pmf_->ByteSizeLong(), 0U);
     EXPECT_EQ(PerfMessages::thermal_->ByteSizeLong(), 0U);
   }
-
-  simulation::Machine machine_;
 };
 
 TEST_F(BatterySampler, AnEntryHasEveryFigureOfTheBattery) {

@@ -1,5 +1,6 @@
 #include "simulation/profile.h"
 #include "storage_sampler_fixture.h"
+#include "support/collector_fixture.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -89,13 +90,7 @@ TEST_F(StorageSampler, ADriveWithoutANeedForMediaSurvivesItsFailure) {
 
 TEST_F(StorageSampler, ACopyOfAnotherBuilderUsesItsClient) {
   AddExampleDrive();
-  simulation::UseMachine(machine_);
-  PerfMessages::static_cdm_.reset();
-  PerfMessages::Init(this, 50);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-  const StorageInfoMsg original(&wmi, nullptr);
-  const PerfMessages& base = original;
-  StorageInfoMsg(base).PopulateStorageAndUploadProtos();
+  PopulateByCopy(StorageInfoMsg(&wmi_, nullptr));
   EXPECT_THAT(Drives(), ElementsAre(Drive("S4EV", 66.67)));
 }
 

@@ -1,5 +1,5 @@
 #include "samplers/memory_info_msg.h"
-#include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -7,7 +7,7 @@ namespace {
 
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_SystemMemoryInfo;
 
-class MemorySampler : public testing::Test {
+class MemorySampler : public SamplerTest {
  protected:
   MemorySampler() {
     auto& classes = machine_.wmi.classes;
@@ -19,26 +19,17 @@ class MemorySampler : public testing::Test {
 
   /// Samples the machine; the section is the shared record's.
   const PcLogPerformanceSamplesAsCDM_HwInfo_SystemMemoryInfo& Sample() {
-    simulation::UseMachine(machine_);
-    PerfMessages::Init(this, 50);
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-    MemoryInfoMsg(&wmi).PopulateStorageAndUploadProtos();
+    Populate<MemoryInfoMsg>(&wmi_);
     return Section();
   }
 
   /// The error that sampling ends with.
   Error SampleAndFail() {
-    try {
-      Sample();
-    } catch (const Error& error) {
-      return error;
-    }
-    ADD_FAILURE() << "no error was thrown";
-    return {};
+    return FailureOf([this] { Sample(); });
   }
 
   const PcLogPerformanceSamplesAsCDM_HwInfo_SystemMemoryInfo& Section() const {
-    return PerfMessages::static_cdm_->hw_info().system_memory_info();
+    return Hardware().system_memory_info();
   }
 
   void SetClocks(std::initializer_list<std::int32_t> clocks) {
@@ -50,8 +41,6 @@ class MemorySampler : public testing::Test {
   void FailQuery(const std::string& wmi_class) {
     machine_.wmi.failures = {{wmi_class, tests::kAccessDenied, std::nullopt, 0}};
   }
-
-  simulation::Machine machine_;
 };
 
 TEST_F(MemorySampler, UsesThousandsOfBytesForTheTotalAndKibibytesForTheFreePart) {
@@ -195,12 +184,7 @@ TEST_F(MemorySampler, OverwritesItsSectionInTheNextPass) {
 }
 
 TEST_F(MemorySampler, ACopyOfAnotherBuilderUsesItsClient) {
-  simulation::UseMachine(machine_);
-  PerfMessages::Init(this, 50);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-  const MemoryInfoMsg original(&wmi);
-  const PerfMessages& base = original;
-  MemoryInfoMsg(base).PopulateStorageAndUploadProtos();
+  PopulateByCopy(MemoryInfoMsg(&wmi_));
   EXPECT_EQ(Section().used_physical_memory_kb(), 9179869U);
 }
 

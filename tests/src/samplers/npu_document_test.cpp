@@ -1,4 +1,5 @@
 #include "npu_sampler_fixture.h"
+#include "support/collector_fixture.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {

@@ -3,11 +3,10 @@
 #include <nlohmann/json.hpp>
 
 #include "samplers/npu_msg.h"
-#include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
-using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_NpuInfo;
 using nlohmann::json;
 
@@ -34,21 +33,15 @@ inline json FullNpu() {
           {"memory_used", 750000000}};
 }
 
-class NpuSampler : public testing::Test {
+class NpuSampler : public SamplerTest {
  protected:
   /// Samples a machine with this report into an empty record.
-  const PcLogPerformanceSamplesAsCDM_HwInfo& Sample(const std::string& report) {
-    simulation::Machine machine;
-    machine.npu_report = report;
-    simulation::UseMachine(machine);
-    PerfMessages::static_cdm_.reset();
-    PerfMessages::Init(this, 50);
-    NPUMsg().PopulateStorageAndUploadProtos();
+  const HwInfo& Sample(const std::string& report) {
+    machine_.npu_report = report;
+    PopulateEmpty<NPUMsg>();
     return Hardware();
   }
-  const PcLogPerformanceSamplesAsCDM_HwInfo& Sample(const json& report) { return Sample(report.dump()); }
-
-  const PcLogPerformanceSamplesAsCDM_HwInfo& Hardware() const { return PerfMessages::static_cdm_->hw_info(); }
+  const HwInfo& Sample(const json& report) { return Sample(report.dump()); }
 
   /// Samples a machine with one NPU; the entry is the shared record's.
   const PcLogPerformanceSamplesAsCDM_HwInfo_NpuInfo& SampleOne(const json& npu) {
@@ -61,15 +54,11 @@ class NpuSampler : public testing::Test {
 
   void ExpectInvalid(const std::string& report) {
     SCOPED_TRACE(report.substr(0, 200));
-    try {
-      Sample(report);
-      ADD_FAILURE() << "no error was thrown";
-    } catch (const Error& error) {
-      EXPECT_EQ(error.kind, 5);
-      EXPECT_EQ(error.code, -1);
-      EXPECT_EQ(error.description, "Invalid NPU JSON");
-      EXPECT_EQ(error.message, "");
-    }
+    const Error error = FailureOf([&] { Sample(report); });
+    EXPECT_EQ(error.kind, 5);
+    EXPECT_EQ(error.code, -1);
+    EXPECT_EQ(error.description, "Invalid NPU JSON");
+    EXPECT_EQ(error.message, "");
     EXPECT_EQ(Hardware().npus_info_size(), 0);
   }
 

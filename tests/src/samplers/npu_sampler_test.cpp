@@ -138,14 +138,8 @@ TEST_F(NpuSampler, AnotherHalfOfAPairLeavesItsFieldUnsetToo) {
 }
 
 TEST_F(NpuSampler, ACopyOfAnotherBuilderSamplesToo) {
-  const NPUMsg original;
-  const PerfMessages& base = original;
-  simulation::Machine machine;
-  machine.npu_report = Report(json::array({NamedNpu(kDevice)})).dump();
-  simulation::UseMachine(machine);
-  PerfMessages::static_cdm_.reset();
-  PerfMessages::Init(this, 50);
-  NPUMsg(base).PopulateStorageAndUploadProtos();
+  machine_.npu_report = Report(json::array({NamedNpu(kDevice)})).dump();
+  PopulateByCopy(NPUMsg());
   EXPECT_EQ(Hardware().npus_info_size(), 1);
 }
 

@@ -4,6 +4,7 @@
 
 #include "samplers/device_state_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -16,7 +17,7 @@ constexpr std::int32_t kUpright = 0;
 constexpr std::int32_t kFaceUp = 4;
 constexpr std::int32_t kFaceDown = 5;
 
-class PostureSampler : public testing::Test {
+class PostureSampler : public SamplerTest {
  protected:
   PostureSampler() { AddKeyboard(true, "OK"); }
 
@@ -31,10 +32,8 @@ class PostureSampler : public testing::Test {
   /// What `ask` gives of a sampler on the machine.
   template <typename Ask>
   std::string Answer(const Ask& ask) {
-    simulation::UseMachine(machine_);
-    PerfMessages::Init(this, 50);
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-    DeviceStateInfoMsg sampler(&wmi);
+    UseMachine();
+    DeviceStateInfoMsg sampler(&wmi_);
     return ask(sampler);
   }
 
@@ -51,23 +50,9 @@ class PostureSampler : public testing::Test {
   std::string Sample() {
     return Answer([](DeviceStateInfoMsg& sampler) {
       sampler.PopulateStorageAndUploadProtos();
-      return PerfMessages::static_cdm_->hw_info().device_state().device_mode();
+      return Hardware().device_state().device_mode();
     });
   }
-
-  /// The error that `ask` ends with.
-  template <typename Ask>
-  common::Error Failure(const Ask& ask) {
-    try {
-      ask();
-    } catch (const common::Error& error) {
-      return error;
-    }
-    ADD_FAILURE() << "no error was thrown";
-    return {};
-  }
-
-  simulation::Machine machine_;
 };
 
 struct AngleCase {
@@ -136,7 +121,7 @@ TEST_F(PostureSampler, WithoutAnOrientationSensorTheModeIsInvalid) {
 TEST_F(PostureSampler, AnOrientationThatCannotBeReadIsAnError) {
   machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   for (const double angle : {10.0, 350.0}) {
-    const common::Error error = Failure([&] { Evaluate(angle); });
+    const Error error = FailureOf([&] { Evaluate(angle); });
     EXPECT_EQ(error.kind, 5);
     EXPECT_EQ(error.code, tests::kDeviceLost);
     EXPECT_EQ(error.description, "Error while reading the orientation sensor");
@@ -171,15 +156,15 @@ TEST_F(PostureSampler, EachWayOfNotTellingTheAngleHasItsText) {
   for (const HingeFailureCase& each : cases) {
     machine_.sensors.hinge.reset();
     if (each.outcome) SetOutcome(*each.outcome);
-    const common::Error error = Failure([&] { Position(); });
-    EXPECT_EQ(error, common::Error(5, -1, each.text, typeid(DeviceStateInfoMsg).name(), ""));
+    const Error error = FailureOf([&] { Position(); });
+    EXPECT_EQ(error, Error(5, -1, each.text, typeid(DeviceStateInfoMsg).name(), ""));
   }
 }
 
 TEST_F(PostureSampler, AFailedInitialisationIsAnErrorWithItsStatus) {
   SetAngle(110);
   machine_.sensors.apartment = simulation::Failure{tests::kChangedMode};
-  const common::Error error = Failure([&] { Position(); });
+  const Error error = FailureOf([&] { Position(); });
   EXPECT_EQ(error.kind, 5);
   EXPECT_EQ(error.code, tests::kChangedMode);
   EXPECT_EQ(error.description, "Error while reading the hinge angle sensor");
@@ -237,11 +222,10 @@ TEST_F(PostureSampler, OtherDevicesAreNoKeyboards) {
 
 TEST_F(PostureSampler, AFailedQueryIsAnErrorThatNamesItsSource) {
   FailKeyboards();
-  const common::Error error = Failure([&] { Infer(); });
-  EXPECT_EQ(
-      error,
-      common::Error(5, tests::kInvalidClass, "Error while querying Win32_PnPEntity",
-                    "zt::telemetry::collector::performancesamples::DeviceStateInfoMsg::InferFromKeyboardStatus", ""));
+  const Error error = FailureOf([&] { Infer(); });
+  EXPECT_EQ(error,
+            Error(5, tests::kInvalidClass, "Error while querying Win32_PnPEntity",
+                  "zt::telemetry::collector::performancesamples::DeviceStateInfoMsg::InferFromKeyboardStatus", ""));
 }
 
 TEST_F(PostureSampler, TheModeStandsInBothRecords) {
@@ -290,7 +274,7 @@ TEST_F(PostureSampler, AnAngleThatIsNoneAsksTheKeyboardsOnce) {
 
 TEST_F(PostureSampler, KeyboardsThatFailEndThePassAndLeaveTheRecords) {
   FailKeyboards();
-  EXPECT_EQ(Failure([&] { Sample(); }).description, "Error while querying Win32_PnPEntity");
+  EXPECT_EQ(FailureOf([&] { Sample(); }).description, "Error while querying Win32_PnPEntity");
   EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());
   EXPECT_FALSE(PerfMessages::amd_pmf_->has_device_mode());
   EXPECT_EQ(simulation::RecordedQueries().size(), 1U);

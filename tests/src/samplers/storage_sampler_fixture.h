@@ -5,7 +5,7 @@
 #include <ostream>
 
 #include "samplers/storage_info_msg.h"
-#include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -34,21 +34,17 @@ MATCHER_P2(Drive, identity, percent, "") {
   return arg.identity == identity && std::abs(arg.percent - static_cast<float>(percent)) < 0.005F;
 }
 
-class StorageSampler : public testing::Test {
+class StorageSampler : public SamplerTest {
  protected:
   /// Samples the machine into an empty record; the drives are the shared record's.
   std::vector<Reported> Sample() {
-    simulation::UseMachine(machine_);
-    PerfMessages::static_cdm_.reset();
-    PerfMessages::Init(this, 50);
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-    StorageInfoMsg(&wmi, nullptr).PopulateStorageAndUploadProtos();
+    PopulateEmpty<StorageInfoMsg>(&wmi_, kNoFirmware);
     return Drives();
   }
 
   std::vector<Reported> Drives() const {
     std::vector<Reported> drives;
-    for (const auto& drive : PerfMessages::static_cdm_->hw_info().storage_drives_info()) {
+    for (const auto& drive : Hardware().storage_drives_info()) {
       EXPECT_TRUE(drive.has_utilization_percent());
       drives.push_back({drive.drive_serial_number(), drive.utilization_percent()});
     }
@@ -58,16 +54,11 @@ class StorageSampler : public testing::Test {
   /// Samples while queries with `text` fail. The error's code is the query's status.
   std::string SampleAndFail(const std::string& text) {
     machine_.wmi.failures = {{text, tests::kAccessDenied, std::nullopt, 0}};
-    try {
-      Sample();
-      ADD_FAILURE() << "no error was thrown";
-      return {};
-    } catch (const Error& error) {
-      EXPECT_EQ(error.kind, 5);
-      EXPECT_EQ(error.code, tests::kAccessDenied);
-      EXPECT_EQ(error.message, "");
-      return error.description;
-    }
+    const Error error = FailureOf([this] { Sample(); });
+    EXPECT_EQ(error.kind, 5);
+    EXPECT_EQ(error.code, tests::kAccessDenied);
+    EXPECT_EQ(error.message, "");
+    return error.description;
   }
 
   void AddDrive(const std::string& id, const std::string& serial) {
@@ -106,7 +97,7 @@ class StorageSampler : public testing::Test {
 
   static std::string Gigabytes(int count) { return std::to_string(count) + kGigabyte; }
 
-  simulation::Machine machine_;
+  static constexpr shared::ztbios::PrivateBiosWmi* kNoFirmware = nullptr;
 };
 
 }  // namespace zt::telemetry::collector::performancesamples

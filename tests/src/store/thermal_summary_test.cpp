@@ -6,6 +6,7 @@
 #include "open_collector.h"
 #include "store/sample_database.h"
 #include "support/collector_fixture.h"
+#include "support/wmi_namespace.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -56,7 +57,7 @@ class ThermalSummary : public testing::Test {
 
   void Upload(std::vector<SummaryRow> rows) {
     simulation::UseMachine(machine_);
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+    shared::wmi::WMIClient wmi(tests::kWmiNamespace);
     collector_.UploadThermalSamples(&rows, &wmi);
   }
 
@@ -300,7 +301,7 @@ TEST_F(ThermalSummary, NothingOfAnHourIsLeftInTheNext) {
 
 TEST_F(ThermalSummary, WithoutRowsOrClientNothingHappens) {
   simulation::UseMachine(machine_);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   std::vector<SummaryRow> rows;
   collector_.UploadThermalSamples(&rows, &wmi);
   collector_.UploadThermalSamples(nullptr, &wmi);

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "support/windows/com_thread.h"
+#include "support/wmi_namespace.h"
 #include "zt/shared/wmi/wmi_client.h"
 #include "zt/shared/ztbios/private_bios_wmi.h"
 
@@ -16,8 +17,6 @@ namespace {
 using shared::wmi::WMIClient;
 using shared::ztbios::PrivateBiosWmi;
 
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
-constexpr wchar_t kNoNamespace[] = LR"(\\.\root\no_such_namespace)";
 constexpr wchar_t kQuery[] = L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem";
 
 void ExpectQueryWorks(WMIClient& client) {
@@ -39,7 +38,7 @@ TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAClient) {
   OnFreshThread([] {
     ASSERT_EQ(CurrentApartment(), std::nullopt);
     {
-      WMIClient client(kNamespace);
+      WMIClient client(tests::kWmiNamespace);
       ExpectQueryWorks(client);
       EXPECT_EQ(CurrentApartment(), APTTYPE_MTA);
     }
@@ -49,7 +48,7 @@ TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAClient) {
 
 TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAFailedConnection) {
   OnFreshThread([] {
-    EXPECT_NE(WMIClient(kNoNamespace).ExecQuery(kQuery), 0);
+    EXPECT_NE(WMIClient(tests::kNoWmiNamespace).ExecQuery(kQuery), 0);
     EXPECT_EQ(CurrentApartment(), std::nullopt);
   });
 }
@@ -59,7 +58,7 @@ TEST(ComLeftAsFoundTest, ASingleThreadedApartmentStaysAndQueriesWork) {
     const std::optional<APTTYPE> before = CurrentApartment();
     ASSERT_TRUE(before == APTTYPE_STA || before == APTTYPE_MAINSTA);
     {
-      WMIClient client(kNamespace);
+      WMIClient client(tests::kWmiNamespace);
       ExpectQueryWorks(client);
       EXPECT_EQ(CurrentApartment(), before);
     }
@@ -70,7 +69,7 @@ TEST(ComLeftAsFoundTest, ASingleThreadedApartmentStaysAndQueriesWork) {
 TEST(ComLeftAsFoundTest, AMultithreadedApartmentStaysAndQueriesWork) {
   OnThreadWithApartment(COINIT_MULTITHREADED, [] {
     {
-      WMIClient client(kNamespace);
+      WMIClient client(tests::kWmiNamespace);
       ExpectQueryWorks(client);
     }
     EXPECT_EQ(CurrentApartment(), APTTYPE_MTA);
@@ -80,7 +79,7 @@ TEST(ComLeftAsFoundTest, AMultithreadedApartmentStaysAndQueriesWork) {
 TEST(ComLeftAsFoundTest, TheLeavingOfTheHostIsTheLastOne) {
   OnFreshThread([] {
     ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-    EXPECT_EQ(WMIClient(kNamespace).ExecQuery(kQuery), 0);
+    EXPECT_EQ(WMIClient(tests::kWmiNamespace).ExecQuery(kQuery), 0);
     ::CoUninitialize();
     EXPECT_EQ(CurrentApartment(), std::nullopt);
   });
@@ -88,8 +87,8 @@ TEST(ComLeftAsFoundTest, TheLeavingOfTheHostIsTheLastOne) {
 
 TEST(ComLeftAsFoundTest, ClientsMayOverlap) {
   OnFreshThread([] {
-    auto first = std::make_unique<WMIClient>(kNamespace);
-    auto second = std::make_unique<WMIClient>(kNamespace);
+    auto first = std::make_unique<WMIClient>(tests::kWmiNamespace);
+    auto second = std::make_unique<WMIClient>(tests::kWmiNamespace);
     ExpectQueryWorks(*first);
     first.reset();
     ExpectQueryWorks(*second);
@@ -101,7 +100,7 @@ TEST(ComLeftAsFoundTest, ClientsMayOverlap) {
 TEST(ComLeftAsFoundTest, ManyClientsLeaveNothingBehind) {
   OnFreshThread([] {
     for (int i = 0; i < 20; ++i) {
-      WMIClient client(kNamespace);
+      WMIClient client(tests::kWmiNamespace);
       ExpectQueryWorks(client);
     }
     EXPECT_EQ(CurrentApartment(), std::nullopt);
@@ -125,7 +124,7 @@ TEST(ComLeftAsFoundTest, AFirmwareCommandLeavesASingleThreadedApartment) {
 
 TEST(ComLeftAsFoundTest, TheHostCanStillSetTheSecurityOfTheProcess) {
   OnThreadWithApartment(COINIT_MULTITHREADED, [] {
-    WMIClient client(kNamespace);
+    WMIClient client(tests::kWmiNamespace);
     ExpectQueryWorks(client);
     EXPECT_EQ(::CoInitializeSecurity(nullptr, -1, nullptr, nullptr, RPC_C_AUTHN_LEVEL_DEFAULT,
                                      RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE, nullptr),

@@ -11,6 +11,7 @@
 #include "disk_descriptor.h"
 #include "messages/perf_messages.h"
 #include "samplers/storage_info_msg.h"
+#include "support/wmi_namespace.h"
 #include "windows/disk_device.h"
 #include "zt/shared/storage/pcie_storage_drive.h"
 #include "zt/shared/wmi/wmi_client.h"
@@ -28,13 +29,12 @@ using shared::wmi::WMIClient;
 using telemetry::collector::performancesamples::PerfMessages;
 using telemetry::collector::performancesamples::StorageInfoMsg;
 
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
 constexpr std::size_t kMaximumDrives = 32;
 constexpr std::size_t kMaximumIdentityLength = 32;
 
 /// The serial numbers that WMI tells, without blanks around.
 std::vector<std::string> WmiSerials() {
-  WMIClient wmi(kNamespace);
+  WMIClient wmi(tests::kWmiNamespace);
   EXPECT_EQ(wmi.ExecQuery(L"SELECT SerialNumber FROM Win32_DiskDrive"), 0);
   std::vector<std::string> serials;
   while (wmi.Next()) {
@@ -52,7 +52,7 @@ using Drives = google::protobuf::RepeatedPtrField<
 Drives Sample() {
   PerfMessages::static_cdm_.reset();
   PerfMessages::Init(nullptr, 50);
-  WMIClient wmi(kNamespace);
+  WMIClient wmi(tests::kWmiNamespace);
   StorageInfoMsg(&wmi, nullptr).PopulateStorageAndUploadProtos();
   return PerfMessages::static_cdm_->hw_info().storage_drives_info();
 }

@@ -11,6 +11,7 @@
 
 #include "sdk/wmi-client/windows/wmi_rows.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 #include "variant_values.h"
 
 // Queries to the WMI of this very system.
@@ -24,9 +25,6 @@ using shared::wmi::WMIClient;
 using shared::wmi::WmiRows;
 using shared::wmi::WmiValue;
 using ::testing::ElementsAre;
-
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
-constexpr wchar_t kNoNamespace[] = LR"(\\.\root\no_such_namespace)";
 
 MEMORYSTATUSEX SystemMemory() {
   MEMORYSTATUSEX memory{};
@@ -66,8 +64,8 @@ class WmiClientTest : public ::testing::Test {
     return rows;
   }
 
-  WMIClient client_{kNamespace};
-  WmiRows rows_{kNamespace};
+  WMIClient client_{tests::kWmiNamespace};
+  WmiRows rows_{tests::kWmiNamespace};
   std::wstring wql_;
 };
 
@@ -234,7 +232,7 @@ TEST_F(WmiClientTest, EveryQueryIsAnnouncedAsItIs) {
   ObserveQueries([&](const std::wstring& wql) { announced.push_back(wql); });
   client_.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem");
   client_.ExecQuery(L"SELEKT");
-  WMIClient(kNoNamespace).ExecQuery(L"SELECT Name FROM Win32_Service");
+  WMIClient(tests::kNoWmiNamespace).ExecQuery(L"SELECT Name FROM Win32_Service");
   ObserveQueries(nullptr);
   client_.ExecQuery(L"SELECT Name FROM Win32_Service");
   EXPECT_THAT(announced,
@@ -242,7 +240,7 @@ TEST_F(WmiClientTest, EveryQueryIsAnnouncedAsItIs) {
 }
 
 TEST(WmiClientWithoutNamespaceTest, EveryQueryHasTheStatusOfTheConnection) {
-  WMIClient client(kNoNamespace);
+  WMIClient client(tests::kNoWmiNamespace);
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(client.ExecQuery(L"SELECT Caption FROM Win32_OperatingSystem"), tests::kInvalidNamespace);
     EXPECT_FALSE(client.Next());

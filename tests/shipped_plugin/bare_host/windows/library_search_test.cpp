@@ -14,8 +14,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-constexpr char kSuccess[] = R"("kind":0)";
-
 TEST(LibrarySearchTest, APlantedLibraryLeavesAMark) {
   const PlantedLibraries planted;
   EXPECT_THAT(planted.Names(), UnorderedElementsAre("libsqlite3-0.dll", "nvml.dll", "amdadlx64.dll"));

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "support/wmi_namespace.h"
 #include "zt/shared/smbios/smbios_info.h"
 #include "zt/shared/telemetry_storage.h"
 #include "zt/shared/wmi/wmi_client.h"
@@ -22,7 +23,7 @@ constexpr char kWinesMaker[] = "The Wine Project";
 
 // A text of Win32_ComputerSystemProduct, which WMI takes from the same structure.
 std::string ProductText(const std::wstring& property) {
-  WMIClient client(LR"(\\.\root\cimv2)");
+  WMIClient client(tests::kWmiNamespace);
   EXPECT_EQ(client.ExecQuery(L"SELECT " + property + L" FROM Win32_ComputerSystemProduct"), 0);
   EXPECT_TRUE(client.Next());
   std::string text;

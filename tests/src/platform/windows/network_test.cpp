@@ -16,6 +16,7 @@
 #include "plugin/logger_export.h"
 #include "support/recording_log.h"
 #include "support/windows/com_thread.h"
+#include "support/wmi_namespace.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 // The network of this very system.
@@ -31,7 +32,6 @@ using testing::Contains;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
 constexpr std::uint32_t kNoInterface = 0xFFFFFFFF;
 
 std::vector<std::wstring> AllAdapters(const platform::NetworkList& list) {
@@ -159,7 +159,7 @@ TEST(SystemMessageTest, AnUnknownCodeHasNone) {
 }
 
 TEST(NetworkPassesTest, TheInventoryIsWhatTheCountersList) {
-  shared::wmi::WMIClient wmi(kNamespace);
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   int listed = 0;
   wmi.ExecQuery(L"SELECT Name from Win32_PerfRawData_Tcpip_NetworkInterface");
   while (wmi.Next()) ++listed;
@@ -169,7 +169,7 @@ TEST(NetworkPassesTest, TheInventoryIsWhatTheCountersList) {
 
 // The counters list nothing under every system: the passes run over an interface of the adapters' table.
 TEST(NetworkPassesTest, AnAdapterOfTheListIsFilledByTheGeneralPass) {
-  shared::wmi::WMIClient wmi(kNamespace);
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   NetworkInfoMsg network(&wmi, nullptr);
   types::NetworkInterfaces interfaces;
   {

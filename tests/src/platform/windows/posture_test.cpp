@@ -4,6 +4,7 @@
 #include "platform/posture_sensors.h"
 #include "samplers/device_state_info_msg.h"
 #include "support/windows/com_thread.h"
+#include "support/wmi_namespace.h"
 #include "zt/shared/wmi/wmi_client.h"
 #include "zt/telemetry/common/error.h"
 
@@ -18,8 +19,6 @@ using telemetry::collector::performancesamples::platform::OrientationReading;
 using telemetry::collector::performancesamples::platform::ReadHingeAngle;
 using telemetry::collector::performancesamples::platform::ReadOrientation;
 using telemetry::common::Error;
-
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
 
 TEST(PostureSensors, AreAbsentWhereTheSystemHasNone) {
   OnFreshThread([] {
@@ -65,7 +64,7 @@ TEST(PostureSensors, CanBeReadAgainAndAgain) {
 // What the keyboards of this system tell, worked out from all that WMI knows of them: the posture, or the text of the
 // error where WMI cannot be asked for a class of devices, as under Wine.
 std::string KeyboardsTell() {
-  shared::wmi::WMIClient wmi(kNamespace);
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   if (wmi.ExecQuery(L"SELECT * FROM Win32_PnPEntity WHERE PNPClass = 'Keyboard'") != 0) {
     return "Error while querying Win32_PnPEntity";
   }
@@ -95,20 +94,20 @@ std::string TextOrFailure(const Ask& ask) {
 }
 
 TEST(Posture, OfTheKeyboardsIsWhatWmiTellsOfThem) {
-  shared::wmi::WMIClient wmi(kNamespace);
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   DeviceStateInfoMsg sampler(&wmi);
   EXPECT_EQ(TextOrFailure([&] { return sampler.InferFromKeyboardStatus(); }), KeyboardsTell());
 }
 
 TEST(Posture, OfTheHingeIsMissingWithoutItsSensor) {
-  shared::wmi::WMIClient wmi(kNamespace);
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   DeviceStateInfoMsg sampler(&wmi);
   EXPECT_EQ(TextOrFailure([&] { return sampler.GetPosition(); }), "Invalid sensor. No hinge angle sensor available");
 }
 
 TEST(Posture, IsTheKeyboardsWithoutAHingeSensor) {
   PerfMessages::Init(nullptr, 50);
-  shared::wmi::WMIClient wmi(kNamespace);
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   DeviceStateInfoMsg sampler(&wmi);
   const std::string told = TextOrFailure([&] {
     sampler.PopulateStorageAndUploadProtos();

@@ -4,6 +4,7 @@
 #include "gpu_fixture.h"
 #include "simulation/firmware_observer.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -164,8 +165,7 @@ TEST_F(GpuSampler, WithoutAWmiClientTheCardIsUnknownAndThereIsNoIntelGraphics) {
 }
 
 TEST_F(GpuSampler, WithoutAFirmwareClientTheTemperatureStaysAtZero) {
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-  const auto& hardware = SampleWith(WithoutTemperature(ThermalReply({1, 55})), &wmi, nullptr);
+  const auto& hardware = SampleWith(WithoutTemperature(ThermalReply({1, 55})), &wmi_, nullptr);
   ASSERT_EQ(hardware.gpus_info_size(), 1);
   EXPECT_EQ(hardware.gpus_info(0).temperature_celsius(), 0U);
 }
@@ -185,7 +185,7 @@ class OpenGpuInfoMsg : public GPUInfoMsg {
 
 TEST(GpuFallbacks, AreLeftWithTheTextThatTheyWereGivenWhenNothingAnswers) {
   simulation::UseMachine({});
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   shared::ztbios::PrivateBiosWmi bios;
   OpenGpuInfoMsg sampler(&wmi, &bios);
   std::string serial = "before";
@@ -200,7 +200,7 @@ TEST(GpuFallbacks, LeaveTheCallersBuffersAlone) {
   Machine machine;
   machine.private_bios = {ThermalReply({1, 61})};
   simulation::UseMachine(machine);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   shared::ztbios::PrivateBiosWmi bios;
   unsigned int temperature = 0;
   unsigned long return_code = 9;

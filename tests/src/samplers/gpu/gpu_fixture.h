@@ -11,35 +11,29 @@
 #include "gpu_machine.h"
 #include "samplers/gpu/gpu_info_msg.h"
 #include "simulation/vendor_record.h"
+#include "support/sampler_test.h"
 #include "types/graphic_card_info.h"
-#include "zt/telemetry/common/error.h"
 
 namespace zt::telemetry::collector::performancesamples {
 
-using common::Error;
-using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_GraphicsCardInfo;
 using simulation::CurrentVendorRecord;
 using types::GraphicCardInfo;
 
 /// One pass of the sampler over a simulated machine.
-class GpuSampler : public testing::Test {
+class GpuSampler : public SamplerTest {
  protected:
   /// Samples the machine into an empty record.
-  const PcLogPerformanceSamplesAsCDM_HwInfo& Sample(tests::Machine machine) {
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  const HwInfo& Sample(tests::Machine machine) {
     shared::ztbios::PrivateBiosWmi bios;
-    return SampleWith(std::move(machine), &wmi, &bios);
+    return SampleWith(std::move(machine), &wmi_, &bios);
   }
 
   /// The same with these clients, which may be null.
-  const PcLogPerformanceSamplesAsCDM_HwInfo& SampleWith(tests::Machine machine, shared::wmi::WMIClient* wmi,
-                                                        shared::ztbios::PrivateBiosWmi* bios) {
-    simulation::UseMachine(std::move(machine));
-    PerfMessages::static_cdm_.reset();
-    PerfMessages::Init(this, 50);
-    GPUInfoMsg(wmi, bios).PopulateStorageAndUploadProtos();
-    return PerfMessages::static_cdm_->hw_info();
+  const HwInfo& SampleWith(tests::Machine machine, shared::wmi::WMIClient* wmi, shared::ztbios::PrivateBiosWmi* bios) {
+    machine_ = std::move(machine);
+    PopulateEmpty<GPUInfoMsg>(wmi, bios);
+    return Hardware();
   }
 
   /// The same for a machine that gives one entry.
@@ -52,7 +46,7 @@ class GpuSampler : public testing::Test {
   /// Serial numbers of the entries of the last pass.
   std::vector<std::string> Serials() const {
     std::vector<std::string> serials;
-    for (const auto& entry : PerfMessages::static_cdm_->hw_info().gpus_info()) {
+    for (const auto& entry : Hardware().gpus_info()) {
       serials.push_back(entry.graphics_card_serial_number());
     }
     return serials;

@@ -32,13 +32,11 @@ TEST_F(GpuSampler, AMachineWithoutAnyCardGetsNoEntryAndAnEmptySection) {
 }
 
 TEST_F(GpuSampler, AMachineWithoutAnyCardLeavesTheFirmwaresTemperatureUntouched) {
-  PerfMessages::Init(this, 50);
   Sample({});
   EXPECT_FALSE(PerfMessages::thermal_->has_gpu_temperature());
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
   shared::ztbios::PrivateBiosWmi bios;
   PerfMessages::thermal_->set_gpu_temperature(kBefore);
-  GPUInfoMsg(&wmi, &bios).PopulateStorageAndUploadProtos();
+  Populate<GPUInfoMsg>(&wmi_, &bios);
   EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), kBefore);
 }
 

@@ -4,6 +4,7 @@
 #include "gpu_fixture.h"
 #include "samplers/gpu/intel_card_info.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -26,7 +27,7 @@ constexpr std::uint32_t kNoZone = 4294967023;
 
 Answer AskIntel(Machine machine) {
   simulation::UseMachine(std::move(machine));
-  WMIClient wmi(LR"(\\.\root\cimv2)");
+  WMIClient wmi(tests::kWmiNamespace);
   IntelCardInfo intel(wmi);
   Answer answer;
   answer.error = intel.QueryValues(&answer.cards);

@@ -260,12 +260,7 @@ TEST_F(ProcessListTest, AProcessWhosePeakIsBelowAMebibyteIsNotReported) {
 
 TEST_F(ProcessListTest, ACopyOfAnotherBuilderUsesItsClient) {
   AddProcess(12, 50, "editor");
-  simulation::UseMachine(machine_);
-  PerfMessages::Init(&collector_, 50);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-  const OperatingSystemInfoMsg original(&wmi);
-  const PerfMessages& base = original;
-  OperatingSystemInfoMsg(base).PopulateStorageAndUploadProtos();
+  PopulateByCopy(OperatingSystemInfoMsg(&wmi_));
   EXPECT_THAT(Names(), ElementsAre("editor"));
 }
 

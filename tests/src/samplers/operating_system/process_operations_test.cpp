@@ -2,6 +2,7 @@
 
 #include "process_sampler_fixture.h"
 #include "support/status_codes.h"
+#include "support/wmi_namespace.h"
 
 // The operation counts, the units of the record, and rows that tell of no process of the list.
 namespace zt::telemetry::collector::performancesamples {
@@ -151,7 +152,7 @@ TEST_F(ProcessOperationsTest, ASecondRowOfAProcessFindsTheSameRecordAgain) {
   AddProcess(12, 50);
   machine_.wmi.classes[kOperationsClass].push_back({{"ProcessId", 12}, {"WriteOperationCount", "1"}});
   simulation::UseMachine(machine_);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   ASSERT_EQ(wmi.ExecQuery(L"SELECT ProcessId, WriteOperationCount, ReadOperationCount FROM Win32_Process"), 0);
   const ProcessTable table = {{"12", std::make_shared<WMIProcessInfo>()}};
   ASSERT_TRUE(wmi.Next());
@@ -166,7 +167,7 @@ TEST_F(ProcessOperationsTest, ASecondRowOfAProcessFindsTheSameRecordAgain) {
 TEST_F(ProcessOperationsTest, ARowWithoutAnIdIsAnErrorThatSaysSo) {
   AddProcess(12, 50);
   simulation::UseMachine(machine_);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   ASSERT_EQ(wmi.ExecQuery(L"SELECT WriteOperationCount FROM Win32_Process"), 0);
   ASSERT_TRUE(wmi.Next());
   ProcessTable table = {{"12", std::make_shared<WMIProcessInfo>()}};
@@ -179,7 +180,7 @@ TEST_F(ProcessOperationsTest, ARowWithoutAnIdIsAnErrorThatSaysSo) {
 TEST_F(ProcessOperationsTest, ARowOfAnUnlistedProcessIsAnErrorThatSaysSo) {
   AddProcess(12, 50);
   simulation::UseMachine(machine_);
-  shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   ASSERT_EQ(wmi.ExecQuery(L"SELECT ProcessId FROM Win32_Process"), 0);
   ASSERT_TRUE(wmi.Next());
   ProcessTable table = {{"13", std::make_shared<WMIProcessInfo>()}};

@@ -7,6 +7,7 @@
 
 #include "samplers/operating_system_info_msg.h"
 #include "support/collector_fixture.h"
+#include "support/sampler_test.h"
 #include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -24,7 +25,7 @@ inline constexpr std::uint64_t kSecond100ns = 10'000'000;
 inline constexpr simulation::Failure kRefused{tests::kCallDenied};
 
 /// The process sampler over a machine with a session and no process, to which a test adds its own.
-class ProcessSamplerTest : public CollectorTest {
+class ProcessSamplerTest : public SamplerTest, protected CollectorWithHost {
  protected:
   ProcessSamplerTest() {
     machine_.clock = ExampleClock();
@@ -71,10 +72,7 @@ class ProcessSamplerTest : public CollectorTest {
 
   /// Samples the machine; the section is the shared record's.
   const OperatingSystemSection& Sample() {
-    simulation::UseMachine(machine_);
-    PerfMessages::Init(&collector_, 50);
-    shared::wmi::WMIClient wmi(LR"(\\.\root\cimv2)");
-    OperatingSystemInfoMsg(&wmi).PopulateStorageAndUploadProtos();
+    Populate<OperatingSystemInfoMsg>(&wmi_);
     return Section();
   }
 
@@ -114,7 +112,6 @@ class ProcessSamplerTest : public CollectorTest {
 
   ~ProcessSamplerTest() override { shared::wmi::ObserveQueries({}); }
 
-  simulation::Machine machine_;
   simulation::Machine changed_;
 };
 

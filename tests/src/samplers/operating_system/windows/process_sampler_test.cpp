@@ -10,6 +10,7 @@
 #include "samplers/operating_system/process_operations.h"
 #include "samplers/operating_system_info_msg.h"
 #include "support/windows/child_process.h"
+#include "support/wmi_namespace.h"
 
 // The process sampler over this very system.
 namespace zt::telemetry::collector::performancesamples {
@@ -17,8 +18,6 @@ namespace {
 
 using shared::wmi::WMIClient;
 using tests::ChildProcess;
-
-constexpr wchar_t kNamespace[] = LR"(\\.\root\cimv2)";
 
 std::shared_ptr<WMIProcessInfo> Listed(DWORD id) {
   auto process = std::make_shared<WMIProcessInfo>();
@@ -58,7 +57,7 @@ class ProcessSamplerLiveTest : public testing::Test {
     return count;
   }
 
-  WMIClient wmi_{kNamespace};
+  WMIClient wmi_{tests::kWmiNamespace};
 };
 
 TEST_F(ProcessSamplerLiveTest, TellsTheSession) {
