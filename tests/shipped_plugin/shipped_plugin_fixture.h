@@ -15,9 +15,9 @@
 namespace zt::tests {
 
 /// A host process: its sink, its log, its database folder.
-class ShippedPlugin : public testing::Test {
+class ShippedPluginTest : public testing::Test {
  protected:
-  ShippedPlugin() { shared::TelemetryStorage::SetDefaultDBPath(folder_.Utf8()); }
+  ShippedPluginTest() { shared::TelemetryStorage::SetDefaultDBPath(folder_.Utf8()); }
 
   telemetry::host::LoadedPlugin Load() {
     return telemetry::host::LoadedPlugin(telemetry::host::DefaultPluginFile(), plog::info, log_);

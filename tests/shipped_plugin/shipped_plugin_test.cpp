@@ -11,7 +11,7 @@ using testing::StartsWith;
 
 constexpr std::size_t kExampleLength = 6311;
 
-TEST_F(ShippedPlugin, RunsACycleForItsHost) {
+TEST_F(ShippedPluginTest, RunsACycleForItsHost) {
   auto plugin = Load();
   EXPECT_EQ(plugin.Execute(50), Error());
   EXPECT_THAT(sink_->stored, SizeIs(1));
@@ -19,7 +19,7 @@ TEST_F(ShippedPlugin, RunsACycleForItsHost) {
   EXPECT_TRUE(sink_->sent[0].hw_info().has_system_memory_info());
 }
 
-TEST_F(ShippedPlugin, HandsOverTheStoredHoursOnce) {
+TEST_F(ShippedPluginTest, HandsOverTheStoredHoursOnce) {
   auto store = SampleStore::WithTables(folder_.File("ssm.db"));
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T10:00:30.000Z");
@@ -34,14 +34,14 @@ TEST_F(ShippedPlugin, HandsOverTheStoredHoursOnce) {
   EXPECT_THAT(sink_->sent, SizeIs(4));
 }
 
-TEST_F(ShippedPlugin, SendsTheExampleForEventType51) {
+TEST_F(ShippedPluginTest, SendsTheExampleForEventType51) {
   auto plugin = Load();
   plugin.Execute(51);
   ASSERT_THAT(sink_->texts, SizeIs(1));
   EXPECT_THAT(sink_->texts[0], SizeIs(kExampleLength));
 }
 
-TEST_F(ShippedPlugin, TagsItsLogWithItsOwnFileName) {
+TEST_F(ShippedPluginTest, TagsItsLogWithItsOwnFileName) {
   auto plugin = Load();
   plugin.Execute(50);
   ASSERT_FALSE(log_.lines.empty());
@@ -58,14 +58,14 @@ constexpr char kNameInItsNamespace[] =
 constexpr char kNameInItsNamespace[] = "_ZN2zt9telemetry9collector18performancesamples10LoadPluginEv";
 #endif
 
-TEST_F(ShippedPlugin, HasOneEntryUnderTwoNames) {
+TEST_F(ShippedPluginTest, HasOneEntryUnderTwoNames) {
   const telemetry::host::LoadedLibrary library(telemetry::host::DefaultPluginFile());
   void* const plain = library.Find("LoadPlugin");
   EXPECT_NE(plain, nullptr);
   EXPECT_EQ(library.Find(kNameInItsNamespace), plain);
 }
 
-TEST_F(ShippedPlugin, CanBeUnloadedAndLoadedAgain) {
+TEST_F(ShippedPluginTest, CanBeUnloadedAndLoadedAgain) {
   for (int i = 0; i < 3; ++i) {
     auto plugin = Load();
     EXPECT_EQ(plugin.Execute(50), Error());
@@ -73,7 +73,7 @@ TEST_F(ShippedPlugin, CanBeUnloadedAndLoadedAgain) {
   EXPECT_THAT(sink_->sent, SizeIs(3));
 }
 
-TEST_F(ShippedPlugin, TwoModuleObjectsOfOneProcessBothHandOver) {
+TEST_F(ShippedPluginTest, TwoModuleObjectsOfOneProcessBothHandOver) {
   auto first = Load();
   auto second = Load();
   first.Execute(50);
@@ -81,7 +81,7 @@ TEST_F(ShippedPlugin, TwoModuleObjectsOfOneProcessBothHandOver) {
   EXPECT_THAT(sink_->sent, SizeIs(2));
 }
 
-TEST_F(ShippedPlugin, WithoutASinkItReportsSuccessAndLogsTheStore) {
+TEST_F(ShippedPluginTest, WithoutASinkItReportsSuccessAndLogsTheStore) {
   telemetry::common::RegisterTelemetrySink(nullptr);
   auto plugin = Load();
   EXPECT_EQ(plugin.Execute(50), Error());

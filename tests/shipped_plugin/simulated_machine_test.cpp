@@ -15,7 +15,9 @@ std::vector<std::string> CardsOf(const PcLogPerformanceSamplesAsCDM& record) {
   return serials;
 }
 
-TEST_F(ShippedPlugin, LoadsTheVendorsLibrariesOfItsMachine) {
+class SimulatedMachineTest : public ShippedPluginTest {};
+
+TEST_F(SimulatedMachineTest, LoadsTheVendorsLibrariesOfItsMachine) {
   simulation::UseMachine(simulation::ReadShippedProfile("workstation"));
   auto plugin = Load();
   plugin.Execute(50);
@@ -29,7 +31,7 @@ TEST_F(ShippedPlugin, LoadsTheVendorsLibrariesOfItsMachine) {
   EXPECT_EQ(simulation::CurrentVendorRecord().calls["ADLXInitialize"], 1U);
 }
 
-TEST_F(ShippedPlugin, LeavesTheVendorsLibrariesAsItFoundThem) {
+TEST_F(SimulatedMachineTest, LeavesTheVendorsLibrariesAsItFoundThem) {
   simulation::UseMachine(simulation::ReadShippedProfile("workstation"));
   auto plugin = Load();
   plugin.Execute(50);
@@ -41,7 +43,7 @@ TEST_F(ShippedPlugin, LeavesTheVendorsLibrariesAsItFoundThem) {
   EXPECT_THAT(record.faults, IsEmpty());
 }
 
-TEST_F(ShippedPlugin, FindsTheVendorsLibrariesAgainAfterItWasUnloaded) {
+TEST_F(SimulatedMachineTest, FindsTheVendorsLibrariesAgainAfterItWasUnloaded) {
   simulation::UseMachine(simulation::ReadShippedProfile("workstation"));
   constexpr std::size_t kEntries = 9;
   for (std::size_t i = 0; i < 3; ++i) {
@@ -52,7 +54,7 @@ TEST_F(ShippedPlugin, FindsTheVendorsLibrariesAgainAfterItWasUnloaded) {
   }
 }
 
-TEST_F(ShippedPlugin, LoadsNoVendorsLibraryThatItsMachineDoesNotHave) {
+TEST_F(SimulatedMachineTest, LoadsNoVendorsLibraryThatItsMachineDoesNotHave) {
   simulation::UseMachine(simulation::ReadShippedProfile("bare"));
   auto plugin = Load();
   plugin.Execute(50);

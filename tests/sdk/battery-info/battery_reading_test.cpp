@@ -21,7 +21,7 @@ std::ptrdiff_t TimesAsked(const ScriptedBattery& battery, std::uint32_t code) {
   return std::count(battery.asked.begin(), battery.asked.end(), code);
 }
 
-TEST(BatteryReading, TakesEverythingThatTheDriverAnswers) {
+TEST(BatteryReadingTest, TakesEverythingThatTheDriverAnswers) {
   const std::optional<BatteryReading> reading = ScriptedBattery().Read();
   ASSERT_TRUE(reading.has_value());
   EXPECT_EQ(reading->information.designed_capacity, 50'000U);
@@ -37,13 +37,13 @@ TEST(BatteryReading, TakesEverythingThatTheDriverAnswers) {
   EXPECT_EQ(reading->device_name, "RE03045XL");
 }
 
-TEST(BatteryReading, AsksForTheStatusWithoutWaitingForAChange) {
+TEST(BatteryReadingTest, AsksForTheStatusWithoutWaitingForAChange) {
   ScriptedBattery battery;
   ASSERT_TRUE(battery.Read());
   EXPECT_EQ(battery.last_status_query.timeout, 0U);
 }
 
-TEST(BatteryReading, AnEmptySlotIsAbsent) {
+TEST(BatteryReadingTest, AnEmptySlotIsAbsent) {
   ScriptedBattery battery;
   battery.tag = protocol::kNoTag;
   const SlotReading slot = battery.ReadSlot();
@@ -52,7 +52,7 @@ TEST(BatteryReading, AnEmptySlotIsAbsent) {
   EXPECT_EQ(battery.asked.size(), 1U);
 }
 
-TEST(BatteryReading, ATagOfZeroIsAnEmptySlotToo) {
+TEST(BatteryReadingTest, ATagOfZeroIsAnEmptySlotToo) {
   const auto answers_zero = [](std::uint32_t, std::span<const std::byte>, std::span<std::byte> output) {
     std::fill(output.begin(), output.end(), std::byte{0});
     return ControlOutcome{protocol::kSuccess, output.size()};
@@ -62,7 +62,7 @@ TEST(BatteryReading, ATagOfZeroIsAnEmptySlotToo) {
   EXPECT_EQ(slot.error, protocol::kSuccess);
 }
 
-TEST(BatteryReading, ATagThatCannotBeAskedForIsAFailure) {
+TEST(BatteryReadingTest, ATagThatCannotBeAskedForIsAFailure) {
   ScriptedBattery battery;
   battery.failing_codes[protocol::kQueryTag] = kTimeout;
   const SlotReading slot = battery.ReadSlot();
@@ -70,7 +70,7 @@ TEST(BatteryReading, ATagThatCannotBeAskedForIsAFailure) {
   EXPECT_EQ(slot.error, kTimeout);
 }
 
-TEST(BatteryReading, ABatteryThatDoesNotTellWhatItIsIsAFailure) {
+TEST(BatteryReadingTest, ABatteryThatDoesNotTellWhatItIsIsAFailure) {
   ScriptedBattery battery;
   battery.failing_levels[Level::kInformation] = kInvalidFunction;
   const SlotReading slot = battery.ReadSlot();
@@ -79,7 +79,7 @@ TEST(BatteryReading, ABatteryThatDoesNotTellWhatItIsIsAFailure) {
   EXPECT_EQ(TimesAsked(battery, protocol::kQueryTag), 1) << "a driver that does not answer is not asked again";
 }
 
-TEST(BatteryReading, ABatteryThatDoesNotTellItsStateIsAFailure) {
+TEST(BatteryReadingTest, ABatteryThatDoesNotTellItsStateIsAFailure) {
   ScriptedBattery battery;
   battery.failing_codes[protocol::kQueryStatus] = kTimeout;
   const SlotReading slot = battery.ReadSlot();
@@ -87,7 +87,7 @@ TEST(BatteryReading, ABatteryThatDoesNotTellItsStateIsAFailure) {
   EXPECT_EQ(slot.error, kTimeout);
 }
 
-TEST(BatteryReading, AShortAnswerIsNoAnswer) {
+TEST(BatteryReadingTest, AShortAnswerIsNoAnswer) {
   for (const std::uint32_t code : {protocol::kQueryTag, protocol::kQueryInformation, protocol::kQueryStatus}) {
     ScriptedBattery battery;
     battery.missing_bytes[code] = 1;
@@ -97,7 +97,7 @@ TEST(BatteryReading, AShortAnswerIsNoAnswer) {
   }
 }
 
-TEST(BatteryReading, ATemperatureThatTheDriverLacksIsAbsent) {
+TEST(BatteryReadingTest, ATemperatureThatTheDriverLacksIsAbsent) {
   ScriptedBattery battery;
   battery.temperature_tenth_kelvin.reset();
   const auto reading = battery.Read();
@@ -105,7 +105,7 @@ TEST(BatteryReading, ATemperatureThatTheDriverLacksIsAbsent) {
   EXPECT_EQ(reading->temperature_tenth_kelvin, std::nullopt);
 }
 
-TEST(BatteryReading, TextsThatTheDriverLacksAreEmpty) {
+TEST(BatteryReadingTest, TextsThatTheDriverLacksAreEmpty) {
   ScriptedBattery battery;
   battery.texts.clear();
   const auto reading = battery.Read();
@@ -115,7 +115,7 @@ TEST(BatteryReading, TextsThatTheDriverLacksAreEmpty) {
   EXPECT_EQ(reading->device_name, "");
 }
 
-TEST(BatteryReading, EachTextIsAskedForByItsOwnLevel) {
+TEST(BatteryReadingTest, EachTextIsAskedForByItsOwnLevel) {
   for (const Level level : {Level::kSerialNumber, Level::kUniqueId, Level::kDeviceName}) {
     ScriptedBattery battery;
     battery.failing_levels[level] = kInvalidFunction;
@@ -127,7 +127,7 @@ TEST(BatteryReading, EachTextIsAskedForByItsOwnLevel) {
   }
 }
 
-TEST(BatteryReading, TextsLoseTheBlanksAroundThem) {
+TEST(BatteryReadingTest, TextsLoseTheBlanksAroundThem) {
   ScriptedBattery battery;
   battery.texts[Level::kSerialNumber] = u"  01 234 \t\r\n";
   battery.texts[Level::kDeviceName] = u"   ";
@@ -137,7 +137,7 @@ TEST(BatteryReading, TextsLoseTheBlanksAroundThem) {
   EXPECT_EQ(reading->device_name, "");
 }
 
-TEST(BatteryReading, TextsBecomeUtf8) {
+TEST(BatteryReadingTest, TextsBecomeUtf8) {
   ScriptedBattery battery;
   battery.texts[Level::kSerialNumber] = u"\u00E4\u65E5\U0001F50B";
   const auto reading = battery.Read();
@@ -145,7 +145,7 @@ TEST(BatteryReading, TextsBecomeUtf8) {
   EXPECT_EQ(reading->serial_number, "\xC3\xA4\xE6\x97\xA5\xF0\x9F\x94\x8B");
 }
 
-TEST(BatteryReading, ATextThatDoesNotEndIsCutToTheRoomForIt) {
+TEST(BatteryReadingTest, ATextThatDoesNotEndIsCutToTheRoomForIt) {
   ScriptedBattery battery;
   battery.texts[Level::kSerialNumber] = std::u16string(1'000, u'7');
   const auto reading = battery.Read();
@@ -153,7 +153,7 @@ TEST(BatteryReading, ATextThatDoesNotEndIsCutToTheRoomForIt) {
   EXPECT_EQ(reading->serial_number, std::string(256, '7'));
 }
 
-TEST(BatteryReading, ABatteryThatIsSwappedIsReadInTheOthersStead) {
+TEST(BatteryReadingTest, ABatteryThatIsSwappedIsReadInTheOthersStead) {
   for (std::size_t answered = 1; answered <= 5; ++answered) {
     ScriptedBattery battery;
     battery.before_answer = [answered](ScriptedBattery& self) {
@@ -171,7 +171,7 @@ TEST(BatteryReading, ABatteryThatIsSwappedIsReadInTheOthersStead) {
   }
 }
 
-TEST(BatteryReading, ABatteryThatIsTakenOutIsAbsent) {
+TEST(BatteryReadingTest, ABatteryThatIsTakenOutIsAbsent) {
   for (std::size_t answered = 1; answered <= 5; ++answered) {
     ScriptedBattery battery;
     battery.before_answer = [answered](ScriptedBattery& self) {
@@ -183,7 +183,7 @@ TEST(BatteryReading, ABatteryThatIsTakenOutIsAbsent) {
   }
 }
 
-TEST(BatteryReading, ATagThatNeverHoldsEndsAfterTheSecondAttempt) {
+TEST(BatteryReadingTest, ATagThatNeverHoldsEndsAfterTheSecondAttempt) {
   ScriptedBattery battery;
   battery.before_answer = [](ScriptedBattery& self) { ++self.tag; };
   EXPECT_FALSE(battery.Read());

@@ -45,7 +45,7 @@ std::int32_t CelsiusOf(std::optional<std::uint32_t> tenth_kelvin) {
   return FiguresOf(reading).temperature_celsius;
 }
 
-TEST(BatteryFigures, HaveTheUnitsOfTheLibrary) {
+TEST(FigureConversionTest, HaveTheUnitsOfTheLibrary) {
   const BatteryFigures figures = FiguresOf(Discharging());
   EXPECT_EQ(figures.serial_number, "01234");
   EXPECT_EQ(figures.ct_number, "");
@@ -67,38 +67,38 @@ TEST(BatteryFigures, HaveTheUnitsOfTheLibrary) {
   EXPECT_EQ(figures.discharge_rate_mw, 6'000U);
 }
 
-TEST(BatteryFigures, TakeTheUniqueIdOfABatteryWithoutASerialNumber) {
+TEST(FigureConversionTest, TakeTheUniqueIdOfABatteryWithoutASerialNumber) {
   BatteryReading reading = Discharging();
   reading.serial_number.clear();
   EXPECT_EQ(FiguresOf(reading).serial_number, "01234MakerRE03045XL");
 }
 
-TEST(BatteryFigures, ARateIntoTheBatteryIsAChargeRate) {
+TEST(FigureConversionTest, ARateIntoTheBatteryIsAChargeRate) {
   const BatteryFigures figures = FiguresOf(AtRate(24'000));
   EXPECT_EQ(figures.charge_rate_mw, 24'000);
   EXPECT_EQ(figures.discharge_rate_mw, 0U);
   EXPECT_EQ(figures.electric_current_ma, 2'000U);
 }
 
-TEST(BatteryFigures, AnUnknownRateIsZeroBothWays) {
+TEST(FigureConversionTest, AnUnknownRateIsZeroBothWays) {
   const BatteryFigures figures = FiguresOf(AtRate(protocol::kUnknownRate));
   EXPECT_EQ(figures.charge_rate_mw, 0);
   EXPECT_EQ(figures.discharge_rate_mw, 0U);
   EXPECT_EQ(figures.electric_current_ma, 0U);
 }
 
-TEST(BatteryFigures, TheLargestRatesAreKept) {
+TEST(FigureConversionTest, TheLargestRatesAreKept) {
   EXPECT_EQ(FiguresOf(AtRate(std::numeric_limits<std::int32_t>::max())).charge_rate_mw, 2'147'483'647);
   EXPECT_EQ(FiguresOf(AtRate(-std::numeric_limits<std::int32_t>::max())).discharge_rate_mw, 2'147'483'647U);
 }
 
-TEST(BatteryFigures, ACurrentBeyondItsFieldIsTheLargestThatFits) {
+TEST(FigureConversionTest, ACurrentBeyondItsFieldIsTheLargestThatFits) {
   BatteryReading reading = AtRate(std::numeric_limits<std::int32_t>::max());
   reading.status.voltage = 1;
   EXPECT_EQ(FiguresOf(reading).electric_current_ma, 4'294'967'295U);
 }
 
-TEST(BatteryFigures, AnUnknownVoltageIsZeroAndGivesNoCurrent) {
+TEST(FigureConversionTest, AnUnknownVoltageIsZeroAndGivesNoCurrent) {
   BatteryReading reading = Discharging();
   for (const std::uint32_t voltage : {protocol::kUnknownVoltage, 0x80000000U, 0U}) {
     reading.status.voltage = voltage;
@@ -108,7 +108,7 @@ TEST(BatteryFigures, AnUnknownVoltageIsZeroAndGivesNoCurrent) {
   }
 }
 
-TEST(BatteryFigures, AnUnknownRemainderIsZeroCapacityAndZeroPercent) {
+TEST(FigureConversionTest, AnUnknownRemainderIsZeroCapacityAndZeroPercent) {
   BatteryReading reading = Discharging();
   reading.status.capacity = protocol::kUnknownCapacity;
   const BatteryFigures figures = FiguresOf(reading);
@@ -117,7 +117,7 @@ TEST(BatteryFigures, AnUnknownRemainderIsZeroCapacityAndZeroPercent) {
   EXPECT_EQ(figures.status_code & 0x20, 0) << "not taken for a full battery";
 }
 
-TEST(BatteryFigures, AnUnknownFullChargeGivesNeitherPercentage) {
+TEST(FigureConversionTest, AnUnknownFullChargeGivesNeitherPercentage) {
   BatteryReading reading = Discharging();
   reading.information.full_charged_capacity = protocol::kUnknownCapacity;
   const BatteryFigures figures = FiguresOf(reading);
@@ -127,7 +127,7 @@ TEST(BatteryFigures, AnUnknownFullChargeGivesNeitherPercentage) {
   EXPECT_EQ(figures.remaining_capacity_mwh, 30'000U);
 }
 
-TEST(BatteryFigures, AnUnknownDesignCapacityGivesNoHealth) {
+TEST(FigureConversionTest, AnUnknownDesignCapacityGivesNoHealth) {
   BatteryReading reading = Discharging();
   reading.information.designed_capacity = protocol::kUnknownCapacity;
   const BatteryFigures figures = FiguresOf(reading);
@@ -136,7 +136,7 @@ TEST(BatteryFigures, AnUnknownDesignCapacityGivesNoHealth) {
   EXPECT_FLOAT_EQ(figures.remaining_percent, 66.666667F);
 }
 
-TEST(BatteryFigures, ACapacityOfZeroIsNotDividedBy) {
+TEST(FigureConversionTest, ACapacityOfZeroIsNotDividedBy) {
   BatteryReading reading = Discharging();
   reading.information.full_charged_capacity = 0;
   reading.information.designed_capacity = 0;
@@ -145,7 +145,7 @@ TEST(BatteryFigures, ACapacityOfZeroIsNotDividedBy) {
   EXPECT_EQ(figures.remaining_percent, 0.0F);
 }
 
-TEST(BatteryFigures, UnitsOfTheDriversOwnAreNoMilliwattHoursButHaveTrueRatios) {
+TEST(FigureConversionTest, UnitsOfTheDriversOwnAreNoMilliwattHoursButHaveTrueRatios) {
   BatteryReading reading = Discharging();
   reading.information.capabilities |= protocol::kCapacityRelative;
   reading.information.designed_capacity = 100;
@@ -164,7 +164,7 @@ TEST(BatteryFigures, UnitsOfTheDriversOwnAreNoMilliwattHoursButHaveTrueRatios) {
   EXPECT_EQ(figures.voltage_mv, 12'000);
 }
 
-TEST(BatteryFigures, TheTemperatureIsTheNearestWholeDegree) {
+TEST(FigureConversionTest, TheTemperatureIsTheNearestWholeDegree) {
   EXPECT_EQ(CelsiusOf(2986), 25);   // 25.45
   EXPECT_EQ(CelsiusOf(2987), 26);   // 25.55
   EXPECT_EQ(CelsiusOf(2732), 0);    // 0.05
@@ -173,51 +173,51 @@ TEST(BatteryFigures, TheTemperatureIsTheNearestWholeDegree) {
   EXPECT_EQ(CelsiusOf(2637), -9);   // -9.45
 }
 
-TEST(BatteryFigures, ATemperatureThatIsNotKnownIsZero) {
+TEST(FigureConversionTest, ATemperatureThatIsNotKnownIsZero) {
   EXPECT_EQ(CelsiusOf(std::nullopt), 0);
   EXPECT_EQ(CelsiusOf(0), 0);
   EXPECT_EQ(CelsiusOf(10'001), 0);
   EXPECT_EQ(CelsiusOf(0xFFFFFFFF), 0);
 }
 
-TEST(BatteryFigures, ChargingSetsNoFlag) {
+TEST(FigureConversionTest, ChargingSetsNoFlag) {
   const BatteryFigures figures = FiguresOf(InState(protocol::kPowerOnLine | protocol::kCharging));
   EXPECT_FALSE(figures.discharging);
   EXPECT_FALSE(figures.on_ac_not_charging);
   EXPECT_EQ(figures.status_code, 128);
 }
 
-TEST(BatteryFigures, MainsThatDoNotChargeAreToldApart) {
+TEST(FigureConversionTest, MainsThatDoNotChargeAreToldApart) {
   const BatteryFigures figures = FiguresOf(InState(protocol::kPowerOnLine));
   EXPECT_FALSE(figures.discharging);
   EXPECT_TRUE(figures.on_ac_not_charging);
   EXPECT_EQ(figures.status_code, 192);
 }
 
-TEST(BatteryFigures, ABatteryThatDischargesOnMainsDischarges) {
+TEST(FigureConversionTest, ABatteryThatDischargesOnMainsDischarges) {
   const BatteryFigures figures = FiguresOf(InState(protocol::kPowerOnLine | protocol::kDischarging));
   EXPECT_TRUE(figures.discharging);
   EXPECT_FALSE(figures.on_ac_not_charging);
 }
 
-TEST(BatteryFigures, ABatteryAtRestBesideAnotherOneCountsAsDischarging) {
+TEST(FigureConversionTest, ABatteryAtRestBesideAnotherOneCountsAsDischarging) {
   const BatteryFigures figures = FiguresOf(InState(0));
   EXPECT_TRUE(figures.discharging);
   EXPECT_FALSE(figures.on_ac_not_charging);
   EXPECT_EQ(figures.status_code, 192);
 }
 
-TEST(BatteryFigures, TheStatusCodeTellsAFullBattery) {
+TEST(FigureConversionTest, TheStatusCodeTellsAFullBattery) {
   BatteryReading reading = InState(protocol::kPowerOnLine);
   reading.status.capacity = 45'000;
   EXPECT_EQ(FiguresOf(reading).status_code, 192 + 32);
 }
 
-TEST(BatteryFigures, TheStatusCodeTellsACriticalBattery) {
+TEST(FigureConversionTest, TheStatusCodeTellsACriticalBattery) {
   EXPECT_EQ(FiguresOf(InState(protocol::kDischarging | protocol::kCritical)).status_code, 192 + 512);
 }
 
-TEST(PowersTheMachine, OnlyASystemBatteryThatIsNoUps) {
+TEST(PowersTheMachineTest, OnlyASystemBatteryThatIsNoUps) {
   BatteryReading reading = Discharging();
   EXPECT_TRUE(PowersTheMachine(reading));
   reading.information.capabilities = protocol::kSystemBattery | protocol::kCapacityRelative;
@@ -239,14 +239,14 @@ BatteryReading Named(const std::string& serial, const std::string& device) {
   return reading;
 }
 
-TEST(FirmwareBattery, GivesTheDesignVoltageAndTheLargestError) {
+TEST(FirmwareBatteryTest, GivesTheDesignVoltageAndTheLargestError) {
   const auto figures = FiguresOf(std::vector{Discharging()}, {Structure("01234", "RE03045XL", 11'550)});
   ASSERT_EQ(figures.size(), 1U);
   EXPECT_EQ(figures[0].design_voltage_mv, 11'550);
   EXPECT_EQ(figures[0].max_error_percent, 5U);
 }
 
-TEST(FirmwareBattery, TheSerialNumberFindsTheStructureWhateverItsPlace) {
+TEST(FirmwareBatteryTest, TheSerialNumberFindsTheStructureWhateverItsPlace) {
   const auto figures =
       FiguresOf({Named("A", "same"), Named("B", "same")}, {Structure("B ", "same", 2), Structure("A", "same", 1)});
   ASSERT_EQ(figures.size(), 2U);
@@ -254,7 +254,7 @@ TEST(FirmwareBattery, TheSerialNumberFindsTheStructureWhateverItsPlace) {
   EXPECT_EQ(figures[1].design_voltage_mv, 2);
 }
 
-TEST(FirmwareBattery, TheDeviceNameFindsItWithoutASerialNumber) {
+TEST(FirmwareBatteryTest, TheDeviceNameFindsItWithoutASerialNumber) {
   const auto figures =
       FiguresOf({Named("", "second"), Named("", "first")}, {Structure("", "first", 1), Structure("", "second ", 2)});
   ASSERT_EQ(figures.size(), 2U);
@@ -262,17 +262,17 @@ TEST(FirmwareBattery, TheDeviceNameFindsItWithoutASerialNumber) {
   EXPECT_EQ(figures[1].design_voltage_mv, 1);
 }
 
-TEST(FirmwareBattery, TheOnlyOneBelongsToTheOnlyBattery) {
+TEST(FirmwareBatteryTest, TheOnlyOneBelongsToTheOnlyBattery) {
   EXPECT_EQ(FiguresOf({Named("A", "name")}, {Structure("X", "Primary", 7)})[0].design_voltage_mv, 7);
 }
 
-TEST(FirmwareBattery, OneThatCannotBeToldApartGivesNothing) {
+TEST(FirmwareBatteryTest, OneThatCannotBeToldApartGivesNothing) {
   EXPECT_EQ(FiguresOf({Named("A", "name")}, {Structure("X", "x", 7), Structure("Y", "y", 8)})[0].design_voltage_mv, 0);
   EXPECT_EQ(FiguresOf({Named("A", "name"), Named("B", "name")}, {Structure("X", "x", 7)})[0].design_voltage_mv, 0);
   EXPECT_EQ(FiguresOf({Named("A", "name")}, {})[0].design_voltage_mv, 0);
 }
 
-TEST(FirmwareBattery, WhatTheFirmwareDoesNotKnowIsZero) {
+TEST(FirmwareBatteryTest, WhatTheFirmwareDoesNotKnowIsZero) {
   const auto figures = FiguresOf(std::vector{Discharging()}, {TypePortableBattery{}});
   EXPECT_EQ(figures[0].design_voltage_mv, 0);
   EXPECT_EQ(figures[0].max_error_percent, 0U);

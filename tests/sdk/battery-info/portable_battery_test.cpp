@@ -38,7 +38,7 @@ Bytes Battery(std::string_view serial, std::string_view device, std::size_t leng
   return structure;
 }
 
-TEST(PortableBattery, TellsWhatTheFirmwareKnows) {
+TEST(PortableBatteryTest, TellsWhatTheFirmwareKnows) {
   const auto batteries = BatteriesIn(Battery("01234", "RE03045XL"));
   ASSERT_EQ(batteries.size(), 1U);
   EXPECT_EQ(batteries[0].serial_number, "01234");
@@ -47,25 +47,25 @@ TEST(PortableBattery, TellsWhatTheFirmwareKnows) {
   EXPECT_EQ(batteries[0].max_error_percent, 5);
 }
 
-TEST(PortableBattery, EveryStructureIsOneBatteryInTheTablesOrder) {
+TEST(PortableBatteryTest, EveryStructureIsOneBatteryInTheTablesOrder) {
   const auto batteries = BatteriesIn(Battery("1", "first") + Battery("2", "second"));
   ASSERT_EQ(batteries.size(), 2U);
   EXPECT_EQ(batteries[0].device_name, "first");
   EXPECT_EQ(batteries[1].device_name, "second");
 }
 
-TEST(PortableBattery, ATableWithoutThemHasNone) {
+TEST(PortableBatteryTest, ATableWithoutThemHasNone) {
   EXPECT_TRUE(BatteriesIn({1, 8, 0, 1, 0, 0, 0, 0, 0, 0}).empty());
 }
 
-TEST(PortableBattery, DoesNotHideTheSystemStructure) {
+TEST(PortableBatteryTest, DoesNotHideTheSystemStructure) {
   FixedReader reader(Table(Battery("1", "first") + Bytes{1, 8, 0, 1, 0, 0, 0, 1, 'S', 'N', 0, 0}));
   const SMBiosInfo info(&reader);
   EXPECT_EQ(info.GetTypeSysInfo().serial_number, "SN");
   EXPECT_EQ(info.GetPortableBatteries().size(), 1U);
 }
 
-TEST(PortableBattery, AnUnknownVoltageAndAnUnknownErrorAreAbsent) {
+TEST(PortableBatteryTest, AnUnknownVoltageAndAnUnknownErrorAreAbsent) {
   Bytes structure = Battery("1", "first");
   structure[0x0C] = structure[0x0D] = 0;
   structure[0x0F] = 0xFF;
@@ -75,7 +75,7 @@ TEST(PortableBattery, AnUnknownVoltageAndAnUnknownErrorAreAbsent) {
   EXPECT_EQ(batteries[0].max_error_percent, std::nullopt);
 }
 
-TEST(PortableBattery, AShortStructureTellsWhatItHas) {
+TEST(PortableBatteryTest, AShortStructureTellsWhatItHas) {
   const auto batteries = BatteriesIn(Battery("1", "first", 0x0D));
   ASSERT_EQ(batteries.size(), 1U);
   EXPECT_EQ(batteries[0].device_name, "first");

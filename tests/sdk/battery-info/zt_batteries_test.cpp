@@ -39,7 +39,7 @@ void UseBatteries(std::vector<std::optional<simulation::Battery>> batteries) {
   simulation::UseMachine(machine);
 }
 
-TEST(Batteries, TellEveryFigure) {
+TEST(ZtBatteriesTest, TellEveryFigure) {
   UseBatteries({Example()});
   ZTBatteries batteries(true, true, nullptr, nullptr);
   ZTBatteryInfo* battery = batteries.Query(0);
@@ -62,7 +62,7 @@ TEST(Batteries, TellEveryFigure) {
   EXPECT_EQ(battery->GetDischargeRate(), 14U);
 }
 
-TEST(Batteries, FillBothStatusBlocksWholly) {
+TEST(ZtBatteriesTest, FillBothStatusBlocksWholly) {
   UseBatteries({Example()});
   ZTBatteries batteries(true, true, nullptr, nullptr);
   ZTBatteryInfo* battery = batteries.Query(0);
@@ -78,7 +78,7 @@ TEST(Batteries, FillBothStatusBlocksWholly) {
   }
 }
 
-TEST(Batteries, AGapAndAnIndexBeyondTheLastAreNull) {
+TEST(ZtBatteriesTest, AGapAndAnIndexBeyondTheLastAreNull) {
   UseBatteries({std::nullopt, Example()});
   ZTBatteries batteries(true, true, nullptr, nullptr);
   EXPECT_EQ(batteries.Query(0), nullptr);
@@ -87,14 +87,14 @@ TEST(Batteries, AGapAndAnIndexBeyondTheLastAreNull) {
   EXPECT_EQ(batteries.Query(255), nullptr);
 }
 
-TEST(Batteries, AMachineWithoutThemHasNone) {
+TEST(ZtBatteriesTest, AMachineWithoutThemHasNone) {
   UseBatteries({});
   ZTBatteries batteries(true, true, nullptr, nullptr);
   EXPECT_EQ(batteries.Query(0), nullptr);
   EXPECT_EQ(batteries.GetReadError(), 0U);
 }
 
-TEST(Batteries, OneThatDoesNotAnswerIsLeftOutAndItsErrorTold) {
+TEST(ZtBatteriesTest, OneThatDoesNotAnswerIsLeftOutAndItsErrorTold) {
   simulation::Battery silent;
   silent.failure = simulation::Failure{1460};
   simulation::Battery refusing;
@@ -107,7 +107,7 @@ TEST(Batteries, OneThatDoesNotAnswerIsLeftOutAndItsErrorTold) {
   EXPECT_EQ(batteries.GetReadError(), 1460U) << "the first one's";
 }
 
-TEST(Batteries, StayAsTheyWereAtConstruction) {
+TEST(ZtBatteriesTest, StayAsTheyWereAtConstruction) {
   UseBatteries({Example()});
   ZTBatteries batteries(true, true, nullptr, nullptr);
   UseBatteries({});

@@ -11,7 +11,7 @@ namespace {
 
 using shared::npu::NPUInfo;
 
-TEST(NpuLibraryTest, GivesTheMachinesReport) {
+TEST(NpuInfoTest, GivesTheMachinesReport) {
   simulation::Machine machine;
   machine.npu_report = R"({"npu_count": 1})";
   simulation::UseMachine(machine);
@@ -19,14 +19,14 @@ TEST(NpuLibraryTest, GivesTheMachinesReport) {
   EXPECT_STREQ(library.GetNPUInfoAsJsonString(), R"({"npu_count": 1})");
 }
 
-TEST(NpuLibraryTest, WithoutNpusTheTextIsEmpty) {
+TEST(NpuInfoTest, WithoutNpusTheTextIsEmpty) {
   simulation::UseMachine({});
   NPUInfo library;
   EXPECT_STREQ(library.GetNPUInfoAsJsonString(), "");
   EXPECT_EQ(library.GetStatus(), 0);
 }
 
-TEST(NpuLibraryTest, NpusThatCannotBeAskedForAreNoNpusAndAStatus) {
+TEST(NpuInfoTest, NpusThatCannotBeAskedForAreNoNpusAndAStatus) {
   simulation::Machine machine;
   machine.npu_failure = simulation::Failure{tests::kUnspecifiedFailure};
   simulation::UseMachine(machine);

@@ -47,7 +47,7 @@ void ExpectNoTexts(const TypeSysInfo& info) {
   EXPECT_EQ(info.serial_number, std::nullopt);
 }
 
-TEST(SMBiosInfoTest, ReadsTheTextsOfTheSystemStructure) {
+TEST(SmbiosInfoTest, ReadsTheTextsOfTheSystemStructure) {
   const TypeSysInfo info = Read(Table(kBios + kSystem + kEnd));
   EXPECT_EQ(info.manufacturer, "Maker");
   EXPECT_EQ(info.product_name, "Model");
@@ -55,7 +55,7 @@ TEST(SMBiosInfoTest, ReadsTheTextsOfTheSystemStructure) {
   EXPECT_EQ(info.serial_number, "5CG0000001");
 }
 
-TEST(SMBiosInfoTest, TheTableIsReadOnce) {
+TEST(SmbiosInfoTest, TheTableIsReadOnce) {
   FixedReader reader(Table(kSystem));
   const SMBiosInfo info(&reader);
   EXPECT_EQ(info.GetTypeSysInfo().serial_number, "5CG0000001");
@@ -63,12 +63,12 @@ TEST(SMBiosInfoTest, TheTableIsReadOnce) {
   EXPECT_EQ(reader.reads, 1);
 }
 
-TEST(SMBiosInfoTest, TheFirstSystemStructureCounts) {
+TEST(SmbiosInfoTest, TheFirstSystemStructureCounts) {
   const Bytes second = Structure(1, {0, 0, 0, 1}, Texts({"SECOND"}));
   EXPECT_EQ(Read(Table(kSystem + second + kEnd)).serial_number, "5CG0000001");
 }
 
-TEST(SMBiosInfoTest, TextsAreFoundByTheirNumberNotTheirOrder) {
+TEST(SmbiosInfoTest, TextsAreFoundByTheirNumberNotTheirOrder) {
   const TypeSysInfo info = Read(Table(Structure(1, {2, 2, 0, 1}, Texts({"SN", "Both"}))));
   EXPECT_EQ(info.manufacturer, "Both");
   EXPECT_EQ(info.product_name, "Both");
@@ -76,19 +76,19 @@ TEST(SMBiosInfoTest, TextsAreFoundByTheirNumberNotTheirOrder) {
   EXPECT_EQ(info.serial_number, "SN");
 }
 
-TEST(SMBiosInfoTest, AStructureWithoutTextsDoesNotHideTheNextOne) {
+TEST(SmbiosInfoTest, AStructureWithoutTextsDoesNotHideTheNextOne) {
   EXPECT_EQ(Read(Table(Structure(32, {0, 0, 0}, Texts({})) + kSystem)).serial_number, "5CG0000001");
 }
 
-TEST(SMBiosInfoTest, AnEmptyTextIsEmptyNotAbsent) {
+TEST(SmbiosInfoTest, AnEmptyTextIsEmptyNotAbsent) {
   EXPECT_EQ(Read(Table(Structure(1, {0, 0, 0, 1}, Texts({""})))).serial_number, "");
 }
 
-TEST(SMBiosInfoTest, TextNumberZeroIsAbsent) {
+TEST(SmbiosInfoTest, TextNumberZeroIsAbsent) {
   EXPECT_EQ(Read(Table(Structure(1, {1, 1, 1, 0}, Texts({"Maker"})))).serial_number, std::nullopt);
 }
 
-TEST(SMBiosInfoTest, ATextNumberBeyondTheSetIsAbsent) {
+TEST(SmbiosInfoTest, ATextNumberBeyondTheSetIsAbsent) {
   const Bytes broken = Structure(1, {1, 0, 3, 255}, Texts({"Maker", "Model"}));
   const TypeSysInfo info = Read(Table(broken + kEnd));
   EXPECT_EQ(info.manufacturer, "Maker");
@@ -96,46 +96,46 @@ TEST(SMBiosInfoTest, ATextNumberBeyondTheSetIsAbsent) {
   EXPECT_EQ(info.serial_number, std::nullopt);
 }
 
-TEST(SMBiosInfoTest, ATextNumberBeyondTheSetDoesNotReachTheNextStructure) {
+TEST(SmbiosInfoTest, ATextNumberBeyondTheSetDoesNotReachTheNextStructure) {
   const Bytes next = Structure(2, {1, 0, 0, 0}, Texts({"BOARD"}));
   EXPECT_EQ(Read(Table(Structure(1, {0, 0, 0, 3}, Texts({"Maker", "Model"})) + next)).serial_number, std::nullopt);
 }
 
-TEST(SMBiosInfoTest, AnEmptyTableHasNoTexts) {
+TEST(SmbiosInfoTest, AnEmptyTableHasNoTexts) {
   ExpectNoTexts(Read({}));
 }
 
-TEST(SMBiosInfoTest, ATableOfNoStructuresHasNoTexts) {
+TEST(SmbiosInfoTest, ATableOfNoStructuresHasNoTexts) {
   ExpectNoTexts(Read(Table({})));
 }
 
-TEST(SMBiosInfoTest, ATruncatedHeaderHasNoTexts) {
+TEST(SmbiosInfoTest, ATruncatedHeaderHasNoTexts) {
   const Bytes table = Table(kSystem);
   for (std::size_t size = 0; size < 8; ++size) {
     ExpectNoTexts(Read(Bytes(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(size))));
   }
 }
 
-TEST(SMBiosInfoTest, ALengthBeyondTheDataReadsWhatIsThere) {
+TEST(SmbiosInfoTest, ALengthBeyondTheDataReadsWhatIsThere) {
   EXPECT_EQ(Read(Header(kSystem.size() + 100) + kSystem).serial_number, "5CG0000001");
   EXPECT_EQ(Read(Header(0xFFFFFFFFU) + kSystem).serial_number, "5CG0000001");
 }
 
-TEST(SMBiosInfoTest, ALengthShortOfTheDataHidesTheRest) {
+TEST(SmbiosInfoTest, ALengthShortOfTheDataHidesTheRest) {
   ExpectNoTexts(Read(Header(kBios.size()) + kBios + kSystem));
 }
 
-TEST(SMBiosInfoTest, AStructureShorterThanItsOwnHeaderEndsTheReading) {
+TEST(SmbiosInfoTest, AStructureShorterThanItsOwnHeaderEndsTheReading) {
   for (std::uint8_t length = 0; length < 4; ++length) {
     ExpectNoTexts(Read(Table(Bytes{2, length, 0, 1, 0, 0} + kSystem)));
   }
 }
 
-TEST(SMBiosInfoTest, AStructureThatReachesBeyondTheDataEndsTheReading) {
+TEST(SmbiosInfoTest, AStructureThatReachesBeyondTheDataEndsTheReading) {
   ExpectNoTexts(Read(Table(Bytes{1, 200, 0, 1, 0, 0, 0, 1, 'S', 'N', 0, 0})));
 }
 
-TEST(SMBiosInfoTest, ASystemStructureTooShortForASerialHasNone) {
+TEST(SmbiosInfoTest, ASystemStructureTooShortForASerialHasNone) {
   // The byte after the structure would do for a text number.
   const TypeSysInfo info = Read(Table(Structure(1, {2, 2, 2}, Texts({"\x02", "Model"})) + kEnd));
   EXPECT_EQ(info.manufacturer, "Model");
@@ -143,13 +143,13 @@ TEST(SMBiosInfoTest, ASystemStructureTooShortForASerialHasNone) {
   EXPECT_EQ(info.serial_number, std::nullopt);
 }
 
-TEST(SMBiosInfoTest, ATextSetWithoutItsLastZeroIsReadToTheEnd) {
+TEST(SmbiosInfoTest, ATextSetWithoutItsLastZeroIsReadToTheEnd) {
   Bytes structures = kSystem;
   structures.pop_back();
   EXPECT_EQ(Read(Table(structures)).serial_number, "5CG0000001");
 }
 
-TEST(SMBiosInfoTest, ATextThatBreaksOffIsAbsent) {
+TEST(SmbiosInfoTest, ATextThatBreaksOffIsAbsent) {
   Bytes structures = kSystem;
   structures.resize(structures.size() - 3);
   const TypeSysInfo info = Read(Table(structures));
@@ -157,15 +157,15 @@ TEST(SMBiosInfoTest, ATextThatBreaksOffIsAbsent) {
   EXPECT_EQ(info.serial_number, std::nullopt);
 }
 
-TEST(SMBiosInfoTest, ASystemStructureWithoutATextSetHasNoTexts) {
+TEST(SmbiosInfoTest, ASystemStructureWithoutATextSetHasNoTexts) {
   ExpectNoTexts(Read(Table(Bytes{1, 8, 0, 1, 1, 2, 3, 4})));
 }
 
-TEST(SMBiosInfoTest, NothingIsReadBehindTheEndOfTheTable) {
+TEST(SmbiosInfoTest, NothingIsReadBehindTheEndOfTheTable) {
   ExpectNoTexts(Read(Table(kBios + kEnd + kSystem)));
 }
 
-TEST(SMBiosInfoTest, EveryTableCutShortIsReadWithoutHarm) {
+TEST(SmbiosInfoTest, EveryTableCutShortIsReadWithoutHarm) {
   const Bytes table = Table(kBios + kSystem + kEnd);
   for (std::size_t size = 0; size <= table.size(); ++size) {
     const TypeSysInfo info = Read(Bytes(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(size)));
@@ -173,7 +173,7 @@ TEST(SMBiosInfoTest, EveryTableCutShortIsReadWithoutHarm) {
   }
 }
 
-TEST(SMBiosInfoTest, EveryWrongByteIsReadWithoutHarm) {
+TEST(SmbiosInfoTest, EveryWrongByteIsReadWithoutHarm) {
   const Bytes table = Table(kBios + kSystem + kEnd);
   for (std::size_t place = 0; place < table.size(); ++place) {
     for (const std::uint8_t wrong : Bytes{0x00, 0x01, 0x03, 0x7F, 0x80, 0xFF}) {

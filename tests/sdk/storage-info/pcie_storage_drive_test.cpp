@@ -33,20 +33,20 @@ std::vector<std::string> Names(PCIeStorageDrive& library) {
   return {names.get(), names.get() + count};
 }
 
-TEST(StorageLibraryTest, WithoutDrivesThereIsNoArray) {
+TEST(PcieStorageDriveTest, WithoutDrivesThereIsNoArray) {
   PCIeStorageDrive library;
   int count = -1;
   EXPECT_EQ(library.GetAllStorageDrives(count), nullptr);
   EXPECT_EQ(count, 0);
 }
 
-TEST(StorageLibraryTest, ListsTheDrivesInTheirOrder) {
+TEST(PcieStorageDriveTest, ListsTheDrivesInTheirOrder) {
   UseDrives({{"S4EV", "0025."}, {"WD-1", "WD-1"}});
   PCIeStorageDrive library;
   EXPECT_THAT(Names(library), testing::ElementsAre("S4EV", "WD-1"));
 }
 
-TEST(StorageLibraryTest, EachCallGivesAnArrayOfItsOwn) {
+TEST(PcieStorageDriveTest, EachCallGivesAnArrayOfItsOwn) {
   UseDrives({{"S4EV", "0025."}});
   PCIeStorageDrive library;
   int count = 0;
@@ -56,7 +56,7 @@ TEST(StorageLibraryTest, EachCallGivesAnArrayOfItsOwn) {
   EXPECT_EQ(first[0], second[0]);
 }
 
-TEST(StorageLibraryTest, TellsTheWmiFormOfADrive) {
+TEST(PcieStorageDriveTest, TellsTheWmiFormOfADrive) {
   UseDrives({{"S4EV", "0025."}, {"WD-1", "WD-1"}});
   PCIeStorageDrive library;
   EXPECT_STREQ(library.GetWMISN("S4EV"), "0025.");
@@ -64,7 +64,7 @@ TEST(StorageLibraryTest, TellsTheWmiFormOfADrive) {
   EXPECT_STREQ(library.GetWMISN("S4E"), "");
 }
 
-TEST(StorageLibraryTest, TellsDrivesOfOneIdentityApart) {
+TEST(PcieStorageDriveTest, TellsDrivesOfOneIdentityApart) {
   UseDrives({{"S4EV", "0025."}, {"S4EV", "0026."}});
   PCIeStorageDrive library;
   int count = 0;
@@ -74,7 +74,7 @@ TEST(StorageLibraryTest, TellsDrivesOfOneIdentityApart) {
   EXPECT_STREQ(library.GetWMISN(names[1]), "0026.");
 }
 
-TEST(StorageLibraryTest, KeepsWhatItFoundWhenItWasMade) {
+TEST(PcieStorageDriveTest, KeepsWhatItFoundWhenItWasMade) {
   UseDrives({{"S4EV", "0025."}});
   PCIeStorageDrive library;
   UseDrives({});

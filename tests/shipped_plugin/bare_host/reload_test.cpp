@@ -9,13 +9,13 @@ namespace {
 using telemetry::host::LoadedLibrary;
 using testing::HasSubstr;
 
-TEST(BareHostTest, RunsThePluginFromAnotherFolder) {
+TEST(ReloadTest, RunsThePluginFromAnotherFolder) {
   BarePlugin plugin;
   EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));
 }
 
 // protobuf goes on knowing what was registered with it.
-TEST(BareHostTest, UnloadsAndReloadsThePluginWhileProtobufStays) {
+TEST(ReloadTest, UnloadsAndReloadsThePluginWhileProtobufStays) {
   const LoadedLibrary protobuf(ProtobufFile());
   for (int i = 0; i < 2; ++i) {
     BarePlugin plugin;
@@ -23,7 +23,7 @@ TEST(BareHostTest, UnloadsAndReloadsThePluginWhileProtobufStays) {
   }
 }
 
-TEST(BareHostTest, UnloadsAndReloadsThePluginWithProtobuf) {
+TEST(ReloadTest, UnloadsAndReloadsThePluginWithProtobuf) {
   for (int i = 0; i < 2; ++i) {
     BarePlugin plugin;
     EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));

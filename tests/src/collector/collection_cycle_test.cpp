@@ -18,14 +18,14 @@ using tests::SampleStore;
 constexpr char kReadSource[] = "zt::telemetry::collector::performancesamples::PerformanceSamples::ReadSource";
 constexpr char kSuccess[] = R"("code":0)";
 
-class CollectionCycle : public CollectorTest {
+class CollectionCycleTest : public CollectorTest {
  protected:
-  CollectionCycle() { simulation::UseMachine(simulation::ReadShippedProfile("convertible-laptop")); }
+  CollectionCycleTest() { simulation::UseMachine(simulation::ReadShippedProfile("convertible-laptop")); }
 
   SampleStore MakeStore() { return SampleStore::WithTables(folder_.File("ssm.db")); }
 };
 
-TEST_F(CollectionCycle, StoresOneRecordAndSendsOne) {
+TEST_F(CollectionCycleTest, StoresOneRecordAndSendsOne) {
   EXPECT_THAT(Execute(50), HasSubstr(kSuccess));
   EXPECT_THAT(sink_->stored, SizeIs(1));
   EXPECT_THAT(sink_->sent, SizeIs(1));
@@ -33,24 +33,24 @@ TEST_F(CollectionCycle, StoresOneRecordAndSendsOne) {
   EXPECT_TRUE(OnlySent().hw_info().system_memory_info().has_used_physical_memory_kb());
 }
 
-TEST_F(CollectionCycle, EventType20IsTheSameAs50) {
+TEST_F(CollectionCycleTest, EventType20IsTheSameAs50) {
   Execute(20);
   EXPECT_THAT(sink_->stored, SizeIs(1));
   EXPECT_THAT(sink_->sent, SizeIs(1));
 }
 
-TEST_F(CollectionCycle, LogsItsBeginAndItsEnd) {
+TEST_F(CollectionCycleTest, LogsItsBeginAndItsEnd) {
   Execute(50);
   const auto messages = log_.Messages(plog::info);
   EXPECT_THAT(messages, ElementsAre(std::string("Started ") + kReadSource, std::string("Finished ") + kReadSource));
   for (const auto& line : log_.lines) EXPECT_EQ(line.function, kReadSource);
 }
 
-TEST_F(CollectionCycle, AnnouncesItsPrototypeInTheOutcome) {
+TEST_F(CollectionCycleTest, AnnouncesItsPrototypeInTheOutcome) {
   EXPECT_THAT(Execute(50), HasSubstr("ThermalZTBiosSamples"));
 }
 
-TEST_F(CollectionCycle, EventType51SendsTheExampleAndDoesNothingElse) {
+TEST_F(CollectionCycleTest, EventType51SendsTheExampleAndDoesNothingElse) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T12:00:30.000Z");
   EXPECT_THAT(Execute(51), HasSubstr(kSuccess));
@@ -62,17 +62,17 @@ TEST_F(CollectionCycle, EventType51SendsTheExampleAndDoesNothingElse) {
   EXPECT_THAT(simulation::RecordedQueries(), IsEmpty());
 }
 
-TEST_F(CollectionCycle, EventType51LogsItsBeginOnly) {
+TEST_F(CollectionCycleTest, EventType51LogsItsBeginOnly) {
   Execute(51);
   EXPECT_THAT(log_.Messages(), ElementsAre(std::string("Started ") + kReadSource));
 }
 
-TEST_F(CollectionCycle, EventType51IgnoresAFailedSend) {
+TEST_F(CollectionCycleTest, EventType51IgnoresAFailedSend) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   EXPECT_THAT(Execute(51), HasSubstr(kSuccess));
 }
 
-TEST_F(CollectionCycle, AnotherEventTypeHandsNothingOverButFixesHandleAndEventType) {
+TEST_F(CollectionCycleTest, AnotherEventTypeHandsNothingOverButFixesHandleAndEventType) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T12:00:30.000Z");
   PerformanceSamples other;
@@ -89,7 +89,7 @@ TEST_F(CollectionCycle, AnotherEventTypeHandsNothingOverButFixesHandleAndEventTy
   EXPECT_EQ(PerfMessages::event_type_, 7);
 }
 
-TEST_F(CollectionCycle, ASecondCycleSendsARecordOfItsOwnWithoutSamplePoints) {
+TEST_F(CollectionCycleTest, ASecondCycleSendsARecordOfItsOwnWithoutSamplePoints) {
   Execute(50);
   Execute(50);
   ASSERT_THAT(sink_->sent, SizeIs(2));
@@ -98,7 +98,7 @@ TEST_F(CollectionCycle, ASecondCycleSendsARecordOfItsOwnWithoutSamplePoints) {
   EXPECT_TRUE(sink_->sent[1].hw_info().system_memory_info().has_used_physical_memory_kb());
 }
 
-TEST_F(CollectionCycle, ACollectorMadeAfterTheFirstWasDeletedStillHandsOver) {
+TEST_F(CollectionCycleTest, ACollectorMadeAfterTheFirstWasDeletedStillHandsOver) {
   {
     PerformanceSamples first;
     Execute(first, 50);
@@ -108,7 +108,7 @@ TEST_F(CollectionCycle, ACollectorMadeAfterTheFirstWasDeletedStillHandsOver) {
   EXPECT_EQ(PerfMessages::perf_handle_, &collector_);
 }
 
-TEST_F(CollectionCycle, ABuilderThatFailsIsLoggedAndTheOthersAndTheUploadStillRun) {
+TEST_F(CollectionCycleTest, ABuilderThatFailsIsLoggedAndTheOthersAndTheUploadStillRun) {
   simulation::Machine machine = simulation::ReadShippedProfile("convertible-laptop");
   machine.wmi.failures = {{"Win32_PhysicalMemory", -1, std::nullopt, 0}};
   simulation::UseMachine(machine);
@@ -120,33 +120,33 @@ TEST_F(CollectionCycle, ABuilderThatFailsIsLoggedAndTheOthersAndTheUploadStillRu
   EXPECT_THAT(sink_->sent, SizeIs(1));
 }
 
-TEST_F(CollectionCycle, AFailedStoreDoesNotStopTheUpload) {
+TEST_F(CollectionCycleTest, AFailedStoreDoesNotStopTheUpload) {
   sink_->store_outcome = {5, 1, "the store is full", "", ""};
   EXPECT_THAT(Execute(50), HasSubstr(kSuccess));
   EXPECT_THAT(log_.Messages(plog::error), ElementsAre("the store is full"));
   EXPECT_THAT(sink_->sent, SizeIs(1));
 }
 
-TEST_F(CollectionCycle, WithoutADatabaseNoFileIsCreated) {
+TEST_F(CollectionCycleTest, WithoutADatabaseNoFileIsCreated) {
   Execute(50);
   EXPECT_TRUE(std::filesystem::is_empty(folder_.Path()));
 }
 
-TEST_F(CollectionCycle, AFileThatIsNoDatabaseDoesNotDisturbIt) {
+TEST_F(CollectionCycleTest, AFileThatIsNoDatabaseDoesNotDisturbIt) {
   std::ofstream(folder_.Path() / "ssm.db") << std::string(5000, 'x');
   EXPECT_THAT(Execute(50), HasSubstr(kSuccess));
   EXPECT_THAT(sink_->sent, SizeIs(1));
   EXPECT_EQ(std::filesystem::file_size(folder_.Path() / "ssm.db"), 5000U);
 }
 
-TEST_F(CollectionCycle, EmptyTablesAreNotSummarised) {
+TEST_F(CollectionCycleTest, EmptyTablesAreNotSummarised) {
   auto store = MakeStore();
   Execute(50);
   EXPECT_THAT(sink_->sent, SizeIs(1));
   EXPECT_THAT(simulation::RecordedQueries(), testing::Not(testing::Contains(HasSubstr("Win32_Processor"))));
 }
 
-TEST_F(CollectionCycle, SummarisesEachTableThenSendsTheLiveRecord) {
+TEST_F(CollectionCycleTest, SummarisesEachTableThenSendsTheLiveRecord) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z");
   store.AddThermal("2026-03-07T10:00:30.000Z");
@@ -161,7 +161,7 @@ TEST_F(CollectionCycle, SummarisesEachTableThenSendsTheLiveRecord) {
   EXPECT_EQ(store.Count("NetworkData"), 0);
 }
 
-TEST_F(CollectionCycle, ASecondCycleSendsNoHourAgain) {
+TEST_F(CollectionCycleTest, ASecondCycleSendsNoHourAgain) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T10:00:30.000Z");
@@ -171,7 +171,7 @@ TEST_F(CollectionCycle, ASecondCycleSendsNoHourAgain) {
   EXPECT_TRUE(sink_->sent[3].hw_info().has_system_memory_info());
 }
 
-TEST_F(CollectionCycle, EachTableIsEmptiedAlone) {
+TEST_F(CollectionCycleTest, EachTableIsEmptiedAlone) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   Execute(50);
@@ -183,7 +183,7 @@ TEST_F(CollectionCycle, EachTableIsEmptiedAlone) {
   EXPECT_EQ(store.Count("NetworkData"), 0);
 }
 
-TEST_F(CollectionCycle, AHourThatCouldNotBeSentGoesWithTheRest) {
+TEST_F(CollectionCycleTest, AHourThatCouldNotBeSentGoesWithTheRest) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
@@ -191,7 +191,7 @@ TEST_F(CollectionCycle, AHourThatCouldNotBeSentGoesWithTheRest) {
   EXPECT_EQ(store.Count("ThermalData"), 0);
 }
 
-TEST_F(CollectionCycle, ATableThatTheQueryCouldNotReadKeepsItsRows) {
+TEST_F(CollectionCycleTest, ATableThatTheQueryCouldNotReadKeepsItsRows) {
   SampleStore store(folder_.File("ssm.db"));
   store.Execute("CREATE TABLE ThermalData(date_time TEXT)");
   store.Execute("INSERT INTO ThermalData VALUES('2026-03-07T10:00:30.000Z')");
@@ -201,9 +201,9 @@ TEST_F(CollectionCycle, ATableThatTheQueryCouldNotReadKeepsItsRows) {
 }
 
 // Everything that a machine can be: each shipped profile ends a cycle with one record of each kind.
-class CycleOn : public CollectorTest, public testing::WithParamInterface<const char*> {};
+class CollectionCycleOnMachineTest : public CollectorTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(CycleOn, AnyMachineEndsWithOneRecordStoredAndOneSent) {
+TEST_P(CollectionCycleOnMachineTest, AnyMachineEndsWithOneRecordStoredAndOneSent) {
   simulation::UseMachine(simulation::ReadShippedProfile(GetParam()));
   auto store = SampleStore::WithTables(folder_.File("ssm.db"));
   store.AddThermal("2026-03-07T10:00:30.000Z");
@@ -214,7 +214,8 @@ TEST_P(CycleOn, AnyMachineEndsWithOneRecordStoredAndOneSent) {
   EXPECT_EQ(store.Count("ThermalData"), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Shipped, CycleOn, testing::Values("bare", "convertible-laptop", "failing", "workstation"));
+INSTANTIATE_TEST_SUITE_P(Shipped, CollectionCycleOnMachineTest,
+                         testing::Values("bare", "convertible-laptop", "failing", "workstation"));
 
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples

@@ -46,9 +46,9 @@ class WatchingSink : public tests::RecordingSink {
   std::function<void()> on_send;
 };
 
-class CycleOrder : public CollectorTest {
+class CycleOrderTest : public CollectorTest {
  protected:
-  CycleOrder() {
+  CycleOrderTest() {
     simulation::UseMachine(Laptop());
     common::RegisterTelemetrySink(watching_sink_);
   }
@@ -77,7 +77,7 @@ class CycleOrder : public CollectorTest {
   std::shared_ptr<WatchingSink> watching_sink_ = std::make_shared<WatchingSink>();
 };
 
-TEST_F(CycleOrder, ATableIsEmptiedOnceItsHoursAreHandedOver) {
+TEST_F(CycleOrderTest, ATableIsEmptiedOnceItsHoursAreHandedOver) {
   SampleStore store = MakeStore();
   std::vector<std::pair<std::int64_t, std::int64_t>> rows;
   watching_sink_->on_send = [&] { rows.emplace_back(store.Count("ThermalData"), store.Count("NetworkData")); };
@@ -85,7 +85,7 @@ TEST_F(CycleOrder, ATableIsEmptiedOnceItsHoursAreHandedOver) {
   EXPECT_THAT(rows, ElementsAre(Pair(1, 1), Pair(0, 1), Pair(0, 0)));
 }
 
-TEST_F(CycleOrder, ATableThatIsEmptyByThenIsNeitherSummarisedNorEmptied) {
+TEST_F(CycleOrderTest, ATableThatIsEmptyByThenIsNeitherSummarisedNorEmptied) {
   SampleStore store = MakeStore();
   tests::SqlTrace trace;
   // The summary has found an hour in each table; then somebody empties them.
@@ -101,7 +101,7 @@ TEST_F(CycleOrder, ATableThatIsEmptyByThenIsNeitherSummarisedNorEmptied) {
   EXPECT_THAT(trace.statements, Not(Contains(kNetworkDeletion)));
 }
 
-TEST_F(CycleOrder, ADeletionThatFailsStopsNothing) {
+TEST_F(CycleOrderTest, ADeletionThatFailsStopsNothing) {
   SampleStore store = MakeStore();
   store.Execute("CREATE TRIGGER keep BEFORE DELETE ON ThermalData BEGIN SELECT RAISE(ABORT, 'kept'); END");
   Execute(50);
@@ -112,7 +112,7 @@ TEST_F(CycleOrder, ADeletionThatFailsStopsNothing) {
   EXPECT_THAT(log_.Messages(plog::error), IsEmpty());
 }
 
-TEST_F(CycleOrder, TheThermalTableIsEmptiedBeforeTheNetworkTable) {
+TEST_F(CycleOrderTest, TheThermalTableIsEmptiedBeforeTheNetworkTable) {
   SampleStore store = MakeStore();
   const tests::SqlTrace trace;
   Execute(20);
@@ -122,7 +122,7 @@ TEST_F(CycleOrder, TheThermalTableIsEmptiedBeforeTheNetworkTable) {
   EXPECT_THAT(deletions, ElementsAre(kThermalDeletion, kNetworkDeletion));
 }
 
-TEST_F(CycleOrder, EveryEventTypeReadsTheDatabase) {
+TEST_F(CycleOrderTest, EveryEventTypeReadsTheDatabase) {
   SampleStore store = MakeStore();
   for (const int event_type : {51, 7, 0, 50}) {
     const tests::SqlTrace trace;
@@ -134,7 +134,7 @@ TEST_F(CycleOrder, EveryEventTypeReadsTheDatabase) {
   }
 }
 
-TEST_F(CycleOrder, EventTypesThatCollectNothingChangeNoRow) {
+TEST_F(CycleOrderTest, EventTypesThatCollectNothingChangeNoRow) {
   SampleStore store = MakeStore();
   for (const int event_type : {51, 7, 0, -1}) {
     const tests::SqlTrace trace;
@@ -163,7 +163,7 @@ class BuilderMembers : public PerfMessages {
   }
 };
 
-TEST_F(CycleOrder, TheBuildersAreMadeInTheirOrderWithTheirClients) {
+TEST_F(CycleOrderTest, TheBuildersAreMadeInTheirOrderWithTheirClients) {
   Clients clients;
   const auto& [wmi, bios] = clients;
   const BuilderList builders = MakeBuilders(clients);
@@ -187,7 +187,7 @@ TEST_F(CycleOrder, TheBuildersAreMadeInTheirOrderWithTheirClients) {
   EXPECT_TRUE(made == expected);
 }
 
-TEST_F(CycleOrder, TheBuildersRunInTheirOrder) {
+TEST_F(CycleOrderTest, TheBuildersRunInTheirOrder) {
   Execute(50);
   const std::vector<std::string> queries = simulation::RecordedQueries();
   std::vector<std::ptrdiff_t> places;
@@ -201,7 +201,7 @@ TEST_F(CycleOrder, TheBuildersRunInTheirOrder) {
   EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << testing::PrintToString(queries);
 }
 
-TEST_F(CycleOrder, TheBuildersAfterOneThatFailedStillRun) {
+TEST_F(CycleOrderTest, TheBuildersAfterOneThatFailedStillRun) {
   UseFailure("Win32_PnPEntity");
   Execute(50);
   ASSERT_THAT(log_.Messages(plog::error), SizeIs(1)) << "the posture fails";
@@ -216,7 +216,7 @@ TEST_F(CycleOrder, TheBuildersAfterOneThatFailedStillRun) {
   EXPECT_THAT(sent.operating_system_info().resource_intensive_processes_info(), Not(IsEmpty()));
 }
 
-TEST_F(CycleOrder, EachBuilderThatFailsIsLoggedInTheirOrder) {
+TEST_F(CycleOrderTest, EachBuilderThatFailsIsLoggedInTheirOrder) {
   simulation::Machine machine = Laptop();
   machine.wmi.failures = {{"Win32_PerfFormattedData_PerfProc_Process", -1, std::nullopt, 0},
                           {"Win32_DiskDrive", -1, std::nullopt, 0},
@@ -230,7 +230,7 @@ TEST_F(CycleOrder, EachBuilderThatFailsIsLoggedInTheirOrder) {
   EXPECT_THAT(watching_sink_->sent, SizeIs(1));
 }
 
-TEST(FirmwareClients, OneIsMadeByTheFirstCollectorAndKept) {
+TEST(FirmwareClientsTest, OneIsMadeByTheFirstCollectorAndKept) {
   const simulation::BiosClients& clients = simulation::CurrentBiosClients();
   {
     const PerformanceSamples first;
@@ -243,7 +243,7 @@ TEST(FirmwareClients, OneIsMadeByTheFirstCollectorAndKept) {
   EXPECT_EQ(clients.alive, 1U);
 }
 
-TEST_F(CycleOrder, ACyclesOwnFirmwareClientLivesForTheCycle) {
+TEST_F(CycleOrderTest, ACyclesOwnFirmwareClientLivesForTheCycle) {
   const simulation::BiosClients& clients = simulation::CurrentBiosClients();
   const std::size_t before = clients.made;
   std::size_t alive_at_the_upload = 0;

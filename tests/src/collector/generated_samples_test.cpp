@@ -14,7 +14,7 @@ using tests::Literals;
 using tests::SampleStore;
 
 // The days of several hosts: their rows in any order, some interfaces and some minutes missing.
-class GeneratedSamples : public StoredSamples, public testing::WithParamInterface<unsigned> {
+class GeneratedSamplesTest : public StoredSamplesTest, public testing::WithParamInterface<unsigned> {
  protected:
   struct Sample {
     bool thermal;
@@ -63,7 +63,7 @@ class GeneratedSamples : public StoredSamples, public testing::WithParamInterfac
   }
 };
 
-TEST_P(GeneratedSamples, EverySampleIsCountedOnceInTheRecords) {
+TEST_P(GeneratedSamplesTest, EverySampleIsCountedOnceInTheRecords) {
   const auto samples = Generate();
   const auto thermal = static_cast<std::uint64_t>(
       std::count_if(samples.begin(), samples.end(), [](const auto& s) { return s.thermal; }));
@@ -74,7 +74,7 @@ TEST_P(GeneratedSamples, EverySampleIsCountedOnceInTheRecords) {
   EXPECT_THAT(Thermal(), SizeIs(30));
 }
 
-TEST_P(GeneratedSamples, TheRecordsDoNotDependOnTheOrderOfTheRows) {
+TEST_P(GeneratedSamplesTest, TheRecordsDoNotDependOnTheOrderOfTheRows) {
   auto samples = Generate();
   auto store = Store(samples);
   Cycle();
@@ -87,7 +87,7 @@ TEST_P(GeneratedSamples, TheRecordsDoNotDependOnTheOrderOfTheRows) {
   EXPECT_EQ(SentTexts(), ordered);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, GeneratedSamples, testing::Values(1U, 2U, 3U));
+INSTANTIATE_TEST_SUITE_P(Seeds, GeneratedSamplesTest, testing::Values(1U, 2U, 3U));
 
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples

@@ -12,9 +12,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class NestedCycle : public CollectorTest {
+class NestedCycleTest : public CollectorTest {
  protected:
-  ~NestedCycle() override { shared::wmi::ObserveQueries({}); }
+  ~NestedCycleTest() override { shared::wmi::ObserveQueries({}); }
 
   static void UseLaptop() { simulation::UseMachine(simulation::ReadShippedProfile("convertible-laptop")); }
 
@@ -34,7 +34,7 @@ class NestedCycle : public CollectorTest {
   bool is_inside_ = false;
 };
 
-TEST_F(NestedCycle, ASecondCycleInsideTheFirstIsRefused) {
+TEST_F(NestedCycleTest, ASecondCycleInsideTheFirstIsRefused) {
   UseLaptop();
   CallDuringEachQuery(collector_, 50);
   EXPECT_THAT(Execute(50), HasSubstr(R"("kind":0)"));
@@ -44,7 +44,7 @@ TEST_F(NestedCycle, ASecondCycleInsideTheFirstIsRefused) {
   EXPECT_THAT(sink_->sent, SizeIs(1));
 }
 
-TEST_F(NestedCycle, AnotherCollectorOfTheProcessIsRefusedToo) {
+TEST_F(NestedCycleTest, AnotherCollectorOfTheProcessIsRefusedToo) {
   UseLaptop();
   PerformanceSamples other;
   CallDuringEachQuery(other, 20);
@@ -54,7 +54,7 @@ TEST_F(NestedCycle, AnotherCollectorOfTheProcessIsRefusedToo) {
   EXPECT_EQ(PerfMessages::perf_handle_, &collector_);
 }
 
-TEST_F(NestedCycle, TheExampleIsRefusedToo) {
+TEST_F(NestedCycleTest, TheExampleIsRefusedToo) {
   UseLaptop();
   CallDuringEachQuery(collector_, 51);
   Execute(50);
@@ -62,7 +62,7 @@ TEST_F(NestedCycle, TheExampleIsRefusedToo) {
   EXPECT_THAT(sink_->texts, IsEmpty());
 }
 
-TEST_F(NestedCycle, NothingOfTheFirstIsTouched) {
+TEST_F(NestedCycleTest, NothingOfTheFirstIsTouched) {
   // The first record of a process alone tells its sample points.
   UseLaptop();
   Execute(50);
@@ -78,7 +78,7 @@ TEST_F(NestedCycle, NothingOfTheFirstIsTouched) {
   EXPECT_THAT(log_.Messages(), ElementsAre(HasSubstr("Started "), HasSubstr("Finished ")));
 }
 
-TEST_F(NestedCycle, TheNextCallIsServed) {
+TEST_F(NestedCycleTest, TheNextCallIsServed) {
   UseLaptop();
   CallDuringEachQuery(collector_, 50);
   Execute(50);

@@ -14,9 +14,9 @@ class SendingBuilder : public PerfMessages {
   void PopulateStorageAndUploadProtos() override { AddSendWrapper(*cdm_); }
 };
 
-class StorageAndUpload : public CollectorTest {
+class StorageAndUploadTest : public CollectorTest {
  protected:
-  StorageAndUpload() { UseSerialNumber("ZT12345678"); }
+  StorageAndUploadTest() { UseSerialNumber("ZT12345678"); }
 
   void UseSerialNumber(std::optional<std::string> serial) {
     simulation::Machine machine;
@@ -26,14 +26,14 @@ class StorageAndUpload : public CollectorTest {
   }
 };
 
-TEST_F(StorageAndUpload, StoresThePlatformRecordWithTheOffsetFormOfTheTime) {
+TEST_F(StorageAndUploadTest, StoresThePlatformRecordWithTheOffsetFormOfTheTime) {
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   ASSERT_EQ(sink_->stored.size(), 1U);
   EXPECT_EQ(sink_->stored[0].local_time(), "2026-03-07T12:20:42-03:00");
 }
 
-TEST_F(StorageAndUpload, StampsAndSendsTheUploadRecord) {
+TEST_F(StorageAndUploadTest, StampsAndSendsTheUploadRecord) {
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_EQ(OnlySent().local_time(), "2026-03-07T12:20:42.000Z");
@@ -41,35 +41,35 @@ TEST_F(StorageAndUpload, StampsAndSendsTheUploadRecord) {
   EXPECT_EQ(OnlySent().sample_points_actual(), 1U);
 }
 
-TEST_F(StorageAndUpload, ALongSerialNumberShortensTheTimeInTheId) {
+TEST_F(StorageAndUploadTest, ALongSerialNumberShortensTheTimeInTheId) {
   UseSerialNumber("ZT12345678901234567890");
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_EQ(OnlySent().collection_id(), "ZT12345678901234567890_2026-03");
 }
 
-TEST_F(StorageAndUpload, AShortSerialNumberLeavesTheWholeTimeInTheId) {
+TEST_F(StorageAndUploadTest, AShortSerialNumberLeavesTheWholeTimeInTheId) {
   UseSerialNumber("Z");
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_EQ(OnlySent().collection_id(), "Z_2026-03-07T12:20:42.000Z");
 }
 
-TEST_F(StorageAndUpload, TheIdOfAMachineWithoutSerialNumberSaysSo) {
+TEST_F(StorageAndUploadTest, TheIdOfAMachineWithoutSerialNumberSaysSo) {
   UseSerialNumber(std::nullopt);
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_EQ(OnlySent().collection_id(), "UNKNOWN_SN_2026-03-07T12:20:42");
 }
 
-TEST_F(StorageAndUpload, TheIdIsNeverCutInsideACharacter) {
+TEST_F(StorageAndUploadTest, TheIdIsNeverCutInsideACharacter) {
   UseSerialNumber("ZT1234567890123456789012345\xC3\xA4\xC3\xB6\xC3\xBC");  // 27 bytes, then three of two bytes each
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_EQ(OnlySent().collection_id(), "ZT1234567890123456789012345\xC3\xA4");
 }
 
-TEST_F(StorageAndUpload, LeavesAnEmptyRecordWithoutSamplePoints) {
+TEST_F(StorageAndUploadTest, LeavesAnEmptyRecordWithoutSamplePoints) {
   PerfMessages::Init(&collector_, 50);
   const auto sent = PerfMessages::static_cdm_;
   PerfMessages::ProcessStorageAndUpload();
@@ -78,7 +78,7 @@ TEST_F(StorageAndUpload, LeavesAnEmptyRecordWithoutSamplePoints) {
   EXPECT_EQ(PerfMessages::static_cdm_->ByteSizeLong(), 0U);
 }
 
-TEST_F(StorageAndUpload, ASecondPassSendsAnEmptyRecordWithAStamp) {
+TEST_F(StorageAndUploadTest, ASecondPassSendsAnEmptyRecordWithAStamp) {
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   PerfMessages::ProcessStorageAndUpload();
@@ -88,7 +88,7 @@ TEST_F(StorageAndUpload, ASecondPassSendsAnEmptyRecordWithAStamp) {
   EXPECT_EQ(sink_->sent[1].collection_id(), "ZT12345678_2026-03-07T12:20:42");
 }
 
-TEST_F(StorageAndUpload, NeitherStoresNorResetsTheOtherStorageRecords) {
+TEST_F(StorageAndUploadTest, NeitherStoresNorResetsTheOtherStorageRecords) {
   PerfMessages::Init(&collector_, 50);
   PerfMessages::thermal_->set_battery_temperature(31);
   const auto thermal = PerfMessages::thermal_;
@@ -102,7 +102,7 @@ TEST_F(StorageAndUpload, NeitherStoresNorResetsTheOtherStorageRecords) {
   EXPECT_EQ(PerfMessages::amd_pmf_, amd_pmf);
 }
 
-TEST_F(StorageAndUpload, AFailedStoreIsLoggedByItsDescriptionAndTheUploadStillHappens) {
+TEST_F(StorageAndUploadTest, AFailedStoreIsLoggedByItsDescriptionAndTheUploadStillHappens) {
   sink_->store_outcome = {5, 13, "the store is full", "Store", ""};
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
@@ -113,21 +113,21 @@ TEST_F(StorageAndUpload, AFailedStoreIsLoggedByItsDescriptionAndTheUploadStillHa
   EXPECT_EQ(PerfMessages::static_cdm_->ByteSizeLong(), 0U);
 }
 
-TEST_F(StorageAndUpload, AStoreFailsByItsCodeAlone) {
+TEST_F(StorageAndUploadTest, AStoreFailsByItsCodeAlone) {
   sink_->store_outcome = {0, 13, "only a code", "", ""};
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_THAT(log_.Messages(plog::error), ElementsAre("only a code"));
 }
 
-TEST_F(StorageAndUpload, AStoreFailsByItsKindAlone) {
+TEST_F(StorageAndUploadTest, AStoreFailsByItsKindAlone) {
   sink_->store_outcome = {5, 0, "only a kind", "", ""};
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
   EXPECT_THAT(log_.Messages(plog::error), ElementsAre("only a kind"));
 }
 
-TEST_F(StorageAndUpload, AFailedSendIsNotLoggedAndLosesTheRecord) {
+TEST_F(StorageAndUploadTest, AFailedSendIsNotLoggedAndLosesTheRecord) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
@@ -135,7 +135,7 @@ TEST_F(StorageAndUpload, AFailedSendIsNotLoggedAndLosesTheRecord) {
   EXPECT_EQ(PerfMessages::static_cdm_->ByteSizeLong(), 0U);
 }
 
-TEST_F(StorageAndUpload, WithoutASinkTheStoreFailsAndTheRecordIsReset) {
+TEST_F(StorageAndUploadTest, WithoutASinkTheStoreFailsAndTheRecordIsReset) {
   common::RegisterTelemetrySink(nullptr);
   PerfMessages::Init(&collector_, 50);
   PerfMessages::ProcessStorageAndUpload();
@@ -143,7 +143,7 @@ TEST_F(StorageAndUpload, WithoutASinkTheStoreFailsAndTheRecordIsReset) {
   EXPECT_EQ(PerfMessages::static_cdm_->ByteSizeLong(), 0U);
 }
 
-TEST_F(StorageAndUpload, WithoutAPlatformRecordNothingIsStoredAndTheUploadStillHappens) {
+TEST_F(StorageAndUploadTest, WithoutAPlatformRecordNothingIsStoredAndTheUploadStillHappens) {
   PerfMessages::Init(&collector_, 50);
   PerfMessages::amd_pmf_.reset();
   PerfMessages::ProcessStorageAndUpload();
@@ -151,7 +151,7 @@ TEST_F(StorageAndUpload, WithoutAPlatformRecordNothingIsStoredAndTheUploadStillH
   EXPECT_EQ(sink_->sent.size(), 1U);
 }
 
-TEST_F(StorageAndUpload, WithoutAnUploadRecordNothingIsSentAndAnEmptyOneIsMade) {
+TEST_F(StorageAndUploadTest, WithoutAnUploadRecordNothingIsSentAndAnEmptyOneIsMade) {
   PerfMessages::Init(&collector_, 50);
   PerfMessages::static_cdm_.reset();
   PerfMessages::ProcessStorageAndUpload();
@@ -159,7 +159,7 @@ TEST_F(StorageAndUpload, WithoutAnUploadRecordNothingIsSentAndAnEmptyOneIsMade) 
   ASSERT_NE(PerfMessages::static_cdm_, nullptr);
 }
 
-TEST_F(StorageAndUpload, ANullHandleIsLoggedAndLeavesEverythingAsItIs) {
+TEST_F(StorageAndUploadTest, ANullHandleIsLoggedAndLeavesEverythingAsItIs) {
   PerfMessages::Init(nullptr, 50);
   const auto record = PerfMessages::static_cdm_;
   PerfMessages::ProcessStorageAndUpload();
@@ -170,7 +170,7 @@ TEST_F(StorageAndUpload, ANullHandleIsLoggedAndLeavesEverythingAsItIs) {
   EXPECT_EQ(record->sample_points_actual(), 1U);
 }
 
-TEST_F(StorageAndUpload, ABuilderSendsItsOwnRecordWithAStamp) {
+TEST_F(StorageAndUploadTest, ABuilderSendsItsOwnRecordWithAStamp) {
   PerfMessages::Init(&collector_, 50);
   SendingBuilder builder;
   builder.PopulateStorageAndUploadProtos();
@@ -178,7 +178,7 @@ TEST_F(StorageAndUpload, ABuilderSendsItsOwnRecordWithAStamp) {
   EXPECT_EQ(OnlySent().local_time(), "2026-03-07T12:20:42.000Z");
 }
 
-TEST_F(StorageAndUpload, ABuilderStampsItsOwnRecordWhateverItSends) {
+TEST_F(StorageAndUploadTest, ABuilderStampsItsOwnRecordWhateverItSends) {
   PerfMessages::Init(&collector_, 50);
   SendingBuilder builder;
   PcLogPerformanceSamplesAsCDM other;
@@ -188,7 +188,7 @@ TEST_F(StorageAndUpload, ABuilderStampsItsOwnRecordWhateverItSends) {
   EXPECT_EQ(builder.cdm_->collection_id(), "ZT12345678_2026-03-07T12:20:42");
 }
 
-TEST_F(StorageAndUpload, ABuilderTakesAGivenTimeAsItIs) {
+TEST_F(StorageAndUploadTest, ABuilderTakesAGivenTimeAsItIs) {
   PerfMessages::Init(&collector_, 50);
   SendingBuilder builder;
   builder.AddSendWrapper(*builder.cdm_, "yesterday");
@@ -196,7 +196,7 @@ TEST_F(StorageAndUpload, ABuilderTakesAGivenTimeAsItIs) {
   EXPECT_EQ(OnlySent().local_time(), "yesterday");
 }
 
-TEST_F(StorageAndUpload, ABuilderWithoutACollectorDoesNothing) {
+TEST_F(StorageAndUploadTest, ABuilderWithoutACollectorDoesNothing) {
   SendingBuilder builder;
   builder.PopulateStorageAndUploadProtos();
   builder.AddSendWrapper(*builder.cdm_, "yesterday");

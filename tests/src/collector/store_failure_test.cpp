@@ -10,7 +10,7 @@ namespace {
 using common::Error;
 using contract::storage::device_performance::AmdPmfSamples;
 
-TEST(StoreFailure, KeepsTheCodeAndDescriptionOfTheCallUnderTheRecordsType) {
+TEST(StoreFailureTest, KeepsTheCodeAndDescriptionOfTheCallUnderTheRecordsType) {
   const Error cause(2, 112, "disk full", "the sink's type", "the sink's message");
   const Error expected(5, 112, "disk full", "zt.telemetry.contract.storage.device_performance.AmdPmfSamples",
                        "PerfMessages::ProcessStorageAndUpload - AddStore failed foramd_pmf.pb.h");

@@ -11,9 +11,9 @@ namespace zt::telemetry::collector::performancesamples {
 using Records = std::vector<tests::PcLogPerformanceSamplesAsCDM>;
 
 /// A collector beside a database of stored samples, on a machine with one processor and the serial number ZT12345678.
-class StoredSamples : public CollectorTest {
+class StoredSamplesTest : public CollectorTest {
  protected:
-  StoredSamples() {
+  StoredSamplesTest() {
     simulation::Machine machine;
     machine.clock = ExampleClock();
     machine.smbios_serial_number = "ZT12345678";

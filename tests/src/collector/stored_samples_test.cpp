@@ -12,7 +12,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using tests::SampleStore;
 
-TEST_F(StoredSamples, ASampleWithNothingButItsTimeLosesOnlyWhatItLacks) {
+TEST_F(StoredSamplesTest, ASampleWithNothingButItsTimeLosesOnlyWhatItLacks) {
   auto store = MakeStore();
   store.Execute("INSERT INTO ThermalData(date_time) VALUES('2026-03-07T10:00:30.000Z')");
   store.Execute("INSERT INTO NetworkData(date_time) VALUES('2026-03-07T10:00:30.000Z')");
@@ -25,7 +25,7 @@ TEST_F(StoredSamples, ASampleWithNothingButItsTimeLosesOnlyWhatItLacks) {
   EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
 }
 
-TEST_F(StoredSamples, ANullInANumberOfAnAcceptedInterfaceLosesTheHour) {
+TEST_F(StoredSamplesTest, ANullInANumberOfAnAcceptedInterfaceLosesTheHour) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"channel", "NULL"}});
   store.AddNetwork("2026-03-07T11:00:30.000Z");
@@ -34,7 +34,7 @@ TEST_F(StoredSamples, ANullInANumberOfAnAcceptedInterfaceLosesTheHour) {
   EXPECT_EQ(Network()[0].collection_id(), "2026-03-07T11H_ZT12345678-NE");
 }
 
-TEST_F(StoredSamples, ANullInATextOfAnAcceptedInterfaceLosesTheHour) {
+TEST_F(StoredSamplesTest, ANullInATextOfAnAcceptedInterfaceLosesTheHour) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"radio_type", "NULL"}});
   Cycle();
@@ -42,7 +42,7 @@ TEST_F(StoredSamples, ANullInATextOfAnAcceptedInterfaceLosesTheHour) {
   EXPECT_EQ(store.Count("NetworkData"), 0);
 }
 
-TEST_F(StoredSamples, TextsInNumberColumnsCountAsTheNumbersTheyBeginWith) {
+TEST_F(StoredSamplesTest, TextsInNumberColumnsCountAsTheNumbersTheyBeginWith) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z", {{"cpu_temp", "'51.5 degrees'"}, {"fan1_speed_step", "'fast'"}});
   Cycle();
@@ -51,7 +51,7 @@ TEST_F(StoredSamples, TextsInNumberColumnsCountAsTheNumbersTheyBeginWith) {
   EXPECT_THAT(Thermal()[0].hw_info().fans_info(0).fan_statistics_info(), SizeIs(2));
 }
 
-TEST_F(StoredSamples, ATextThatStaysATextInTheJsonLosesItsHourOnly) {
+TEST_F(StoredSamplesTest, ATextThatStaysATextInTheJsonLosesItsHourOnly) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"channel", "'radio'"}});
   store.AddNetwork("2026-03-07T11:00:30.000Z");
@@ -59,7 +59,7 @@ TEST_F(StoredSamples, ATextThatStaysATextInTheJsonLosesItsHourOnly) {
   EXPECT_THAT(Network(), SizeIs(1));
 }
 
-TEST_F(StoredSamples, TimesThatCannotBeReadFormAnHourThatIsNotSent) {
+TEST_F(StoredSamplesTest, TimesThatCannotBeReadFormAnHourThatIsNotSent) {
   auto store = MakeStore();
   store.AddThermal("yesterday");
   store.AddThermal("");
@@ -72,7 +72,7 @@ TEST_F(StoredSamples, TimesThatCannotBeReadFormAnHourThatIsNotSent) {
   EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
 }
 
-TEST_F(StoredSamples, BytesThatAreNoUtf8LoseTheirHourOnly) {
+TEST_F(StoredSamplesTest, BytesThatAreNoUtf8LoseTheirHourOnly) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"radio_type", "CAST(x'FFFE41' AS TEXT)"}});
   store.AddNetwork("2026-03-07T11:00:30.000Z");
@@ -80,7 +80,7 @@ TEST_F(StoredSamples, BytesThatAreNoUtf8LoseTheirHourOnly) {
   EXPECT_THAT(Network(), SizeIs(1));
 }
 
-TEST_F(StoredSamples, ANulInATextReachesTheRecordAsItIs) {
+TEST_F(StoredSamplesTest, ANulInATextReachesTheRecordAsItIs) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"radio_type", "CAST(x'410042' AS TEXT)"}});
   Cycle();
@@ -88,7 +88,7 @@ TEST_F(StoredSamples, ANulInATextReachesTheRecordAsItIs) {
   EXPECT_EQ(Network()[0].hw_info().network_info().interfaces_info(0).radio_type(), std::string("A\0B", 3));
 }
 
-TEST_F(StoredSamples, BytesWhereATextIsExpectedKeepEverySampleUntilTheyAreGone) {
+TEST_F(StoredSamplesTest, BytesWhereATextIsExpectedKeepEverySampleUntilTheyAreGone) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T10:00:30.000Z");
@@ -104,7 +104,7 @@ TEST_F(StoredSamples, BytesWhereATextIsExpectedKeepEverySampleUntilTheyAreGone) 
   EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
 }
 
-TEST_F(StoredSamples, TwentyThousandProfilesInAnHourGive32) {
+TEST_F(StoredSamplesTest, TwentyThousandProfilesInAnHourGive32) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z");
   store.Execute(
@@ -125,7 +125,7 @@ TEST_F(StoredSamples, TwentyThousandProfilesInAnHourGive32) {
   EXPECT_THAT(Network()[0].hw_info().network_info().interfaces_info(0).w_lan_profiles(), SizeIs(32));
 }
 
-TEST_F(StoredSamples, TwoThousandInterfacesInAnHourGive32) {
+TEST_F(StoredSamplesTest, TwoThousandInterfacesInAnHourGive32) {
   auto store = MakeStore();
   store.Execute("BEGIN");
   for (int i = 0; i < 2000; ++i) {
@@ -138,7 +138,7 @@ TEST_F(StoredSamples, TwoThousandInterfacesInAnHourGive32) {
   EXPECT_THAT(Network()[0].hw_info().network_info().interfaces_info(), SizeIs(32));
 }
 
-TEST_F(StoredSamples, NegativeAndHugeNumbersAreSentAsTheConversionsGiveThem) {
+TEST_F(StoredSamplesTest, NegativeAndHugeNumbersAreSentAsTheConversionsGiveThem) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z", {{"cpu_temp", "-1.5"}, {"ext_sensor_temp", "1e30"}});
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"rx_rate", "-1"}, {"bytes_sent", "-5"}, {"channel", "1e300"}});
@@ -152,7 +152,7 @@ TEST_F(StoredSamples, NegativeAndHugeNumbersAreSentAsTheConversionsGiveThem) {
   EXPECT_EQ(Network()[0].hw_info().network_info().interfaces_info(0).channel(), 0U);
 }
 
-TEST_F(StoredSamples, ASumThatOverflowsEndsTheQueryAndKeepsTheRows) {
+TEST_F(StoredSamplesTest, ASumThatOverflowsEndsTheQueryAndKeepsTheRows) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"bytes_received", "9223372036854775807"}});
   store.AddNetwork("2026-03-07T10:01:30.000Z", {{"bytes_received", "9223372036854775807"}});
@@ -161,7 +161,7 @@ TEST_F(StoredSamples, ASumThatOverflowsEndsTheQueryAndKeepsTheRows) {
   EXPECT_EQ(store.Count("NetworkData"), 2);
 }
 
-TEST_F(StoredSamples, AnInfiniteSumLosesItsHourOnly) {
+TEST_F(StoredSamplesTest, AnInfiniteSumLosesItsHourOnly) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z", {{"rx_rate", "9e999"}});
   store.AddNetwork("2026-03-07T11:00:30.000Z");
@@ -169,7 +169,7 @@ TEST_F(StoredSamples, AnInfiniteSumLosesItsHourOnly) {
   EXPECT_THAT(Network(), SizeIs(1));
 }
 
-TEST_F(StoredSamples, ATableWithoutTheExpectedColumnsKeepsEveryTablesRows) {
+TEST_F(StoredSamplesTest, ATableWithoutTheExpectedColumnsKeepsEveryTablesRows) {
   SampleStore store(File());
   store.CreateTables("date_time TEXT, something_else REAL");
   store.Execute("INSERT INTO ThermalData VALUES('2026-03-07T10:00:30.000Z', 1)");
@@ -180,7 +180,7 @@ TEST_F(StoredSamples, ATableWithoutTheExpectedColumnsKeepsEveryTablesRows) {
   EXPECT_EQ(store.Count("NetworkData"), 1);
 }
 
-TEST_F(StoredSamples, AMissingTableKeepsTheOthersRows) {
+TEST_F(StoredSamplesTest, AMissingTableKeepsTheOthersRows) {
   SampleStore store(File());
   store.CreateTables();
   store.AddThermal("2026-03-07T10:00:30.000Z");
@@ -190,7 +190,7 @@ TEST_F(StoredSamples, AMissingTableKeepsTheOthersRows) {
   EXPECT_EQ(store.Count("ThermalData"), 1);
 }
 
-TEST_F(StoredSamples, AViewInPlaceOfATableIsSummarisedAndKeepsItsRows) {
+TEST_F(StoredSamplesTest, AViewInPlaceOfATableIsSummarisedAndKeepsItsRows) {
   SampleStore store(File());
   store.CreateTables();
   store.AddThermal("2026-03-07T10:00:30.000Z");
@@ -201,14 +201,14 @@ TEST_F(StoredSamples, AViewInPlaceOfATableIsSummarisedAndKeepsItsRows) {
   EXPECT_EQ(store.Count("RealThermalData"), 1);
 }
 
-TEST_F(StoredSamples, AFileThatIsNoDatabaseIsLeftAsItIs) {
+TEST_F(StoredSamplesTest, AFileThatIsNoDatabaseIsLeftAsItIs) {
   std::ofstream(folder_.Path() / "ssm.db") << std::string(8192, '?');
   Cycle();
   EXPECT_THAT(sink_->sent, IsEmpty());
   EXPECT_EQ(std::filesystem::file_size(folder_.Path() / "ssm.db"), 8192U);
 }
 
-TEST_F(StoredSamples, ATruncatedFileDoesNotDisturbTheCycle) {
+TEST_F(StoredSamplesTest, ATruncatedFileDoesNotDisturbTheCycle) {
   {
     auto store = MakeStore();
     store.Execute("BEGIN");
@@ -220,7 +220,7 @@ TEST_F(StoredSamples, ATruncatedFileDoesNotDisturbTheCycle) {
   EXPECT_THAT(sink_->stored, SizeIs(1));
 }
 
-TEST_F(StoredSamples, AFileThatCanBeReadButNotWrittenIsSummarisedAndItsHoursComeAgain) {
+TEST_F(StoredSamplesTest, AFileThatCanBeReadButNotWrittenIsSummarisedAndItsHoursComeAgain) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   // A writer beside readers: they see the rows and cannot delete them.
@@ -235,7 +235,7 @@ TEST_F(StoredSamples, AFileThatCanBeReadButNotWrittenIsSummarisedAndItsHoursCome
   EXPECT_EQ(writer.Count("ThermalData"), 0);
 }
 
-TEST_F(StoredSamples, AWriterThatEndsInTimeIsWaitedFor) {
+TEST_F(StoredSamplesTest, AWriterThatEndsInTimeIsWaitedFor) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.Execute("BEGIN EXCLUSIVE");
@@ -246,7 +246,7 @@ TEST_F(StoredSamples, AWriterThatEndsInTimeIsWaitedFor) {
   EXPECT_EQ(store.Count("ThermalData"), 0);
 }
 
-TEST_F(StoredSamples, AWriterThatDoesNotEndCostsACycle200MillisecondsAndKeepsTheRowsForTheNext) {
+TEST_F(StoredSamplesTest, AWriterThatDoesNotEndCostsACycle200MillisecondsAndKeepsTheRowsForTheNext) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T10:00:30.000Z");
@@ -264,7 +264,7 @@ TEST_F(StoredSamples, AWriterThatDoesNotEndCostsACycle200MillisecondsAndKeepsThe
   EXPECT_THAT(Network(), SizeIs(1));
 }
 
-TEST_F(StoredSamples, NoEventWaitsLongerForAWriter) {
+TEST_F(StoredSamplesTest, NoEventWaitsLongerForAWriter) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.Execute("BEGIN EXCLUSIVE");
@@ -276,7 +276,7 @@ TEST_F(StoredSamples, NoEventWaitsLongerForAWriter) {
   store.Execute("COMMIT");
 }
 
-TEST_F(StoredSamples, AReaderBesideTheCycleIsNotWaitedForAndTheHourComesAgain) {
+TEST_F(StoredSamplesTest, AReaderBesideTheCycleIsNotWaitedForAndTheHourComesAgain) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.Execute("BEGIN");
@@ -292,7 +292,7 @@ TEST_F(StoredSamples, AReaderBesideTheCycleIsNotWaitedForAndTheHourComesAgain) {
 }
 
 // Somebody else empties the tables between the summary and the count, and goes on writing.
-TEST_F(StoredSamples, ATableThatIsEmptyByThenIsNeitherSentNorEmptied) {
+TEST_F(StoredSamplesTest, ATableThatIsEmptyByThenIsNeitherSentNorEmptied) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T10:00:30.000Z");
@@ -307,7 +307,7 @@ TEST_F(StoredSamples, ATableThatIsEmptyByThenIsNeitherSentNorEmptied) {
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
-TEST_F(StoredSamples, NothingIsDeletedThatWasNotSummarised) {
+TEST_F(StoredSamplesTest, NothingIsDeletedThatWasNotSummarised) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   tests::WatchedFiles files;
@@ -324,7 +324,7 @@ TEST_F(StoredSamples, NothingIsDeletedThatWasNotSummarised) {
   EXPECT_EQ(store.Count("NetworkData"), 1);
 }
 
-TEST_F(StoredSamples, HoursThatTheHostDoesNotTakeAreDeletedAllTheSame) {
+TEST_F(StoredSamplesTest, HoursThatTheHostDoesNotTakeAreDeletedAllTheSame) {
   auto store = MakeStore();
   for (const char* time : {"2026-03-07T10:00:30.000Z", "2026-03-07T11:00:30.000Z"}) {
     store.AddThermal(time);
@@ -337,7 +337,7 @@ TEST_F(StoredSamples, HoursThatTheHostDoesNotTakeAreDeletedAllTheSame) {
   EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
 }
 
-TEST_F(StoredSamples, CountsOfFailuresAddUpOverSamplesAndInterfaces) {
+TEST_F(StoredSamplesTest, CountsOfFailuresAddUpOverSamplesAndInterfaces) {
   auto store = MakeStore();
   store.AddNetwork("2026-03-07T10:00:30.000Z",
                    {{"tcp_ipv4_failed_connections", "1"}, {"tcp_ipv6_failed_connections", "10"}});
@@ -356,7 +356,7 @@ TEST_F(StoredSamples, CountsOfFailuresAddUpOverSamplesAndInterfaces) {
   EXPECT_EQ(network.tcp_i_p_v6_stats_info().failed_connections(), 70U);
 }
 
-TEST_F(StoredSamples, ADatabaseInWalModeIsSummarisedBesideItsWriter) {
+TEST_F(StoredSamplesTest, ADatabaseInWalModeIsSummarisedBesideItsWriter) {
   auto store = MakeStore();
   store.Execute("PRAGMA journal_mode=WAL");
   store.AddThermal("2026-03-07T10:00:30.000Z");

@@ -24,7 +24,7 @@ class PlainBuilder : public PerfMessages {
   void PopulateStorageAndUploadProtos() override {}
 };
 
-TEST(BuilderBase, KeepsTheClientsItIsGiven) {
+TEST(BuilderBaseTest, KeepsTheClientsItIsGiven) {
   shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   shared::ztbios::PrivateBiosWmi bios;
   EXPECT_EQ(PlainBuilder().wmi_client_, nullptr);
@@ -37,7 +37,7 @@ TEST(BuilderBase, KeepsTheClientsItIsGiven) {
   EXPECT_EQ(PlainBuilder(&wmi, &bios).private_bios_wmi_, &bios);
 }
 
-TEST(BuilderBase, StartsWithAnEmptyRecordOfItsOwn) {
+TEST(BuilderBaseTest, StartsWithAnEmptyRecordOfItsOwn) {
   const PlainBuilder one;
   const PlainBuilder other;
   ASSERT_NE(one.cdm_, nullptr);
@@ -45,7 +45,7 @@ TEST(BuilderBase, StartsWithAnEmptyRecordOfItsOwn) {
   EXPECT_NE(one.cdm_, other.cdm_);
 }
 
-TEST(BuilderBase, CopiesShareTheRecordAndTheClients) {
+TEST(BuilderBaseTest, CopiesShareTheRecordAndTheClients) {
   shared::ztbios::PrivateBiosWmi bios;
   const PlainBuilder original(&bios);
   const PlainBuilder copy(original);
@@ -57,7 +57,7 @@ TEST(BuilderBase, CopiesShareTheRecordAndTheClients) {
   EXPECT_EQ(assigned.private_bios_wmi_, &bios);
 }
 
-TEST(BuilderBase, KeepsItsRecordThenItsClients) {
+TEST(BuilderBaseTest, KeepsItsRecordThenItsClients) {
   const PlainBuilder builder;
   const auto address = [](const auto& member) { return reinterpret_cast<std::uintptr_t>(&member); };
   EXPECT_LT(address(builder.cdm_), address(builder.wmi_client_));
@@ -81,7 +81,7 @@ class NotingBuilder : public PerfMessages {
   std::vector<std::string>& notes_;
 };
 
-TEST(BuilderBase, ItsTableHasTheDestructorThenThePass) {
+TEST(BuilderBaseTest, ItsTableHasTheDestructorThenThePass) {
   std::vector<std::string> notes;
   auto* const table = reinterpret_cast<BuilderTable*>(static_cast<PerfMessages*>(new NotingBuilder(notes)));
   table->PopulateStorageAndUploadProtos();
@@ -89,7 +89,7 @@ TEST(BuilderBase, ItsTableHasTheDestructorThenThePass) {
   EXPECT_THAT(notes, testing::ElementsAre("PopulateStorageAndUploadProtos", "destructor"));
 }
 
-TEST(BuilderBase, TheBuildersOfHourlySectionsAddNothingToALiveRecord) {
+TEST(BuilderBaseTest, TheBuildersOfHourlySectionsAddNothingToALiveRecord) {
   PerfMessages::Init(nullptr, 50);
   const std::string before = PerfMessages::static_cdm_->SerializeAsString();
   CPUInfoMsg().PopulateStorageAndUploadProtos();
@@ -98,7 +98,7 @@ TEST(BuilderBase, TheBuildersOfHourlySectionsAddNothingToALiveRecord) {
   EXPECT_EQ(PerfMessages::static_cdm_->SerializeAsString(), before);
 }
 
-TEST(Init, CreatesTheSharedRecordsAndKeepsHandleAndEventType) {
+TEST(InitTest, CreatesTheSharedRecordsAndKeepsHandleAndEventType) {
   int handle = 0;
   PerfMessages::Init(&handle, 50);
   EXPECT_EQ(PerfMessages::perf_handle_, &handle);
@@ -112,7 +112,7 @@ TEST(Init, CreatesTheSharedRecordsAndKeepsHandleAndEventType) {
   EXPECT_EQ(PerfMessages::amd_pmf_->ByteSizeLong(), 0U);
 }
 
-TEST(Init, ASecondCallWithAnotherHandleAndEventTypeChangesNothing) {
+TEST(InitTest, ASecondCallWithAnotherHandleAndEventTypeChangesNothing) {
   int first = 0;
   int second = 0;
   PerfMessages::Init(&first, 50);
@@ -125,7 +125,7 @@ TEST(Init, ASecondCallWithAnotherHandleAndEventTypeChangesNothing) {
   EXPECT_EQ(PerfMessages::thermal_, thermal);
 }
 
-TEST(Init, TakesTheNextHandleOnceTheFirstCollectorIsGone) {
+TEST(InitTest, TakesTheNextHandleOnceTheFirstCollectorIsGone) {
   int first = 0;
   int second = 0;
   PerfMessages::Init(&first, 50);
@@ -136,7 +136,7 @@ TEST(Init, TakesTheNextHandleOnceTheFirstCollectorIsGone) {
   EXPECT_EQ(PerfMessages::event_type_, 50);
 }
 
-TEST(Init, KeepsTheHandleThatTookAnothersPlace) {
+TEST(InitTest, KeepsTheHandleThatTookAnothersPlace) {
   int first = 0;
   int second = 0;
   int third = 0;
@@ -147,7 +147,7 @@ TEST(Init, KeepsTheHandleThatTookAnothersPlace) {
   EXPECT_EQ(PerfMessages::perf_handle_, &second);
 }
 
-TEST(Init, KeepsTheHandleThatCameWithNewRecords) {
+TEST(InitTest, KeepsTheHandleThatCameWithNewRecords) {
   int first = 0;
   int second = 0;
   int third = 0;
@@ -160,7 +160,7 @@ TEST(Init, KeepsTheHandleThatCameWithNewRecords) {
   EXPECT_EQ(PerfMessages::event_type_, 20);
 }
 
-TEST(Init, ReplacesTheStorageRecordsWithTheUploadRecord) {
+TEST(InitTest, ReplacesTheStorageRecordsWithTheUploadRecord) {
   int handle = 0;
   PerfMessages::Init(&handle, 50);
   const auto thermal = PerfMessages::thermal_;
@@ -173,7 +173,7 @@ TEST(Init, ReplacesTheStorageRecordsWithTheUploadRecord) {
   EXPECT_NE(PerfMessages::amd_pmf_, amd_pmf);
 }
 
-TEST(Init, KeepsItsHandleWhenAnotherCollectorIsGone) {
+TEST(InitTest, KeepsItsHandleWhenAnotherCollectorIsGone) {
   int first = 0;
   int second = 0;
   PerfMessages::Init(&first, 50);
@@ -181,26 +181,26 @@ TEST(Init, KeepsItsHandleWhenAnotherCollectorIsGone) {
   EXPECT_EQ(PerfMessages::perf_handle_, &first);
 }
 
-TEST(SerialNumber, IsTheSmbiosOne) {
+TEST(SerialNumberTest, IsTheSmbiosOne) {
   simulation::Machine machine;
   machine.smbios_serial_number = "ZT12345678";
   simulation::UseMachine(machine);
   EXPECT_EQ(PerfMessages::GetSN(), "ZT12345678");
 }
 
-TEST(SerialNumber, AnEmptySmbiosOneIsUsedAsItIs) {
+TEST(SerialNumberTest, AnEmptySmbiosOneIsUsedAsItIs) {
   simulation::Machine machine;
   machine.smbios_serial_number = "";
   simulation::UseMachine(machine);
   EXPECT_EQ(PerfMessages::GetSN(), "");
 }
 
-TEST(SerialNumber, IsUnknownSnWithoutASmbiosOne) {
+TEST(SerialNumberTest, IsUnknownSnWithoutASmbiosOne) {
   simulation::UseMachine({});
   EXPECT_EQ(PerfMessages::GetSN(), "UNKNOWN_SN");
 }
 
-class FirmwareThermalQuery : public testing::Test {
+class FirmwareThermalQueryTest : public testing::Test {
  protected:
   // A machine whose firmware answers the thermal command with this selector as it is told.
   void UseReply(std::uint8_t selector, std::int32_t result, std::uint32_t return_code) {
@@ -214,7 +214,7 @@ class FirmwareThermalQuery : public testing::Test {
   PlainBuilder builder_{&bios_};
 };
 
-TEST_F(FirmwareThermalQuery, GivesTheReplyBytes) {
+TEST_F(FirmwareThermalQueryTest, GivesTheReplyBytes) {
   UseReply(1, 0, 0);
   EXPECT_EQ(builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 0U);
   EXPECT_EQ(reply_[0], 2);
@@ -222,37 +222,37 @@ TEST_F(FirmwareThermalQuery, GivesTheReplyBytes) {
   EXPECT_EQ(reply_[2], 48);
 }
 
-TEST_F(FirmwareThermalQuery, SendsOnlyTheLowByteOfTheSelector) {
+TEST_F(FirmwareThermalQueryTest, SendsOnlyTheLowByteOfTheSelector) {
   UseReply(0x34, 0, 0);
   EXPECT_EQ(builder_.GetThermalDataFromPrivateBiosWmi(0x1234, reply_.data()), 0U);
   EXPECT_EQ(reply_[1], 55);
 }
 
-TEST_F(FirmwareThermalQuery, ReturnsTheFirmwaresCodeWhenTheCallItselfWorked) {
+TEST_F(FirmwareThermalQueryTest, ReturnsTheFirmwaresCodeWhenTheCallItselfWorked) {
   UseReply(1, 0, 7);
   EXPECT_EQ(builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 7U);
 }
 
-TEST_F(FirmwareThermalQuery, PrefersTheStatusOfAFailedCall) {
+TEST_F(FirmwareThermalQueryTest, PrefersTheStatusOfAFailedCall) {
   UseReply(1, -5, 7);
   EXPECT_EQ(builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 0xFFFFFFFBU);
 }
 
-TEST_F(FirmwareThermalQuery, AsksForTheWholeReply) {
+TEST_F(FirmwareThermalQueryTest, AsksForTheWholeReply) {
   UseReply(1, 0, 0);
   reply_.fill(0xAA);
   builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data());
   EXPECT_EQ(std::count(reply_.begin(), reply_.end(), std::uint8_t{0}), 125) << "the rest of 128 bytes becomes zero";
 }
 
-TEST_F(FirmwareThermalQuery, WithoutAClientItFailsAndLeavesTheReply) {
+TEST_F(FirmwareThermalQueryTest, WithoutAClientItFailsAndLeavesTheReply) {
   PlainBuilder without_client;
   reply_.fill(0xAA);
   EXPECT_EQ(without_client.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 0x80004003U);
   EXPECT_EQ(std::count(reply_.begin(), reply_.end(), std::uint8_t{0xAA}), 128);
 }
 
-TEST_F(FirmwareThermalQuery, FailsOnAMachineWithoutTheInterface) {
+TEST_F(FirmwareThermalQueryTest, FailsOnAMachineWithoutTheInterface) {
   simulation::UseMachine({});
   EXPECT_NE(builder_.GetThermalDataFromPrivateBiosWmi(1, reply_.data()), 0U);
 }

@@ -5,7 +5,9 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-TEST_F(NetworkTest, AddsNothingToALiveRecord) {
+class NetworkInfoMsgTest : public NetworkTest {};
+
+TEST_F(NetworkInfoMsgTest, AddsNothingToALiveRecord) {
   AddInterface(kWired);
   simulation::UseMachine(machine_);
   PerfMessages::Init(this, 50);
@@ -15,13 +17,13 @@ TEST_F(NetworkTest, AddsNothingToALiveRecord) {
   EXPECT_THAT(simulation::RecordedQueries(), testing::IsEmpty());
 }
 
-TEST_F(NetworkTest, KnowsOfNoAccessBeforeItsPasses) {
+TEST_F(NetworkInfoMsgTest, KnowsOfNoAccessBeforeItsPasses) {
   EXPECT_FALSE(network_.is_vpn_connected_);
   EXPECT_FALSE(network_.has_network_access_);
   EXPECT_FALSE(network_.has_internet_access_);
 }
 
-TEST_F(NetworkTest, ACopyHasTheFlagsAndAsksTheSameClient) {
+TEST_F(NetworkInfoMsgTest, ACopyHasTheFlagsAndAsksTheSameClient) {
   AddInterface(kWired);
   network_.is_vpn_connected_ = true;
   network_.has_network_access_ = true;
@@ -34,7 +36,7 @@ TEST_F(NetworkTest, ACopyHasTheFlagsAndAsksTheSameClient) {
   EXPECT_TRUE(copy.PerformNetworkInterfaceQueries().contains(kWired));
 }
 
-TEST_F(NetworkTest, AnAssignedOneTakesTheFlagsAndTheClient) {
+TEST_F(NetworkInfoMsgTest, AnAssignedOneTakesTheFlagsAndTheClient) {
   AddInterface(kWired);
   network_.has_network_access_ = true;
   NetworkInfoMsg other(nullptr, nullptr);
@@ -44,7 +46,7 @@ TEST_F(NetworkTest, AnAssignedOneTakesTheFlagsAndTheClient) {
   EXPECT_TRUE(other.PerformNetworkInterfaceQueries().contains(kWired));
 }
 
-TEST_F(NetworkTest, WithoutAClientTheInventoryIsEmpty) {
+TEST_F(NetworkInfoMsgTest, WithoutAClientTheInventoryIsEmpty) {
   AddInterface(kWired);
   simulation::UseMachine(machine_);
   EXPECT_THAT(NetworkInfoMsg(nullptr, nullptr).PerformNetworkInterfaceQueries(), testing::IsEmpty());

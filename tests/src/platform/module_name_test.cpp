@@ -21,7 +21,7 @@ TEST(ModuleNameTest, AFunctionOfThisProgramLiesInThisProgram) {
   const void* address = nullptr;
   std::memcpy(&address, &function, sizeof(address));
   const std::wstring name = ModuleFileName(address);
-  EXPECT_TRUE(name == L"sdk_tests" || name == L"sdk_tests.exe") << testing::PrintToString(name);
+  EXPECT_TRUE(name == L"collector_tests" || name == L"collector_tests.exe") << testing::PrintToString(name);
 }
 
 TEST(ModuleNameTest, AFunctionOfALibraryLiesInThatLibrary) {

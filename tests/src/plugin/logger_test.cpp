@@ -29,12 +29,12 @@ class RecordWithoutMessage : public plog::Record {
   const plog::util::nchar* getMessage() const override { return nullptr; }
 };
 
-class Logger : public testing::Test {
+class LoggerTest : public testing::Test {
  protected:
   tests::RecordingLog host_;
 };
 
-TEST_F(Logger, ACycleBeforeTheFirstCallLogsNothingAndFailsNowhere) {
+TEST_F(LoggerTest, ACycleBeforeTheFirstCallLogsNothingAndFailsNowhere) {
   tests::TemporaryFolder folder;
   shared::TelemetryStorage::SetDefaultDBPath(folder.Utf8());
   const auto sink = tests::RegisterRecordingSink();
@@ -49,20 +49,20 @@ TEST_F(Logger, ACycleBeforeTheFirstCallLogsNothingAndFailsNowhere) {
   EXPECT_THAT(host_.Messages(), testing::Contains("the store is full").Times(1));
 }
 
-TEST_F(Logger, ForwardsToTheHostFromTheFirstCallOn) {
+TEST_F(LoggerTest, ForwardsToTheHostFromTheFirstCallOn) {
   ztSharedInitializeLogger(plog::info, &host_);
   PLOG_WARNING << "something to tell";
   EXPECT_THAT(host_.Messages(plog::warning), ElementsAre("something to tell"));
 }
 
-TEST_F(Logger, HoldsBackLinesAboveItsSeverity) {
+TEST_F(LoggerTest, HoldsBackLinesAboveItsSeverity) {
   ztSharedInitializeLogger(plog::warning, &host_);
   PLOG_INFO << "chatter";
   PLOG_ERROR << "trouble";
   EXPECT_THAT(host_.Messages(), ElementsAre("trouble"));
 }
 
-TEST_F(Logger, KeepsTheFirstSeverityAndDoublesEachLineAfterASecondCall) {
+TEST_F(LoggerTest, KeepsTheFirstSeverityAndDoublesEachLineAfterASecondCall) {
   ztSharedInitializeLogger(plog::warning, &host_);
   ztSharedInitializeLogger(plog::verbose, &host_);
   PLOG_INFO << "chatter";
@@ -70,7 +70,7 @@ TEST_F(Logger, KeepsTheFirstSeverityAndDoublesEachLineAfterASecondCall) {
   EXPECT_THAT(host_.Messages(), ElementsAre("trouble", "trouble"));
 }
 
-TEST_F(Logger, KeepsTheFirstHostAppender) {
+TEST_F(LoggerTest, KeepsTheFirstHostAppender) {
   tests::RecordingLog second;
   ztSharedInitializeLogger(plog::info, &host_);
   ztSharedInitializeLogger(plog::info, &second);
@@ -79,7 +79,7 @@ TEST_F(Logger, KeepsTheFirstHostAppender) {
   EXPECT_THAT(second.lines, IsEmpty());
 }
 
-TEST_F(Logger, PutsTheFunctionIntoTheFileFieldToo) {
+TEST_F(LoggerTest, PutsTheFunctionIntoTheFileFieldToo) {
   ztSharedInitializeLogger(plog::info, &host_);
   PLOG_ERROR << "trouble";
   ASSERT_THAT(host_.lines, SizeIs(1));
@@ -87,14 +87,14 @@ TEST_F(Logger, PutsTheFunctionIntoTheFileFieldToo) {
   EXPECT_EQ(host_.lines[0].file, host_.lines[0].function);
 }
 
-TEST_F(Logger, TagsEachLineWithTheFileNameOfTheModule) {
+TEST_F(LoggerTest, TagsEachLineWithTheFileNameOfTheModule) {
   ztSharedInitializeLogger(plog::info, &host_);
   PLOG_ERROR << "trouble";
   ASSERT_THAT(host_.lines, SizeIs(1));
   EXPECT_THAT(host_.lines[0].object, testing::StartsWith(L"collector_tests"));
 }
 
-TEST_F(Logger, AppenderKeepsSeverityLineAndInstance) {
+TEST_F(LoggerTest, AppenderKeepsSeverityLineAndInstance) {
   shared::common::logger::ComponentAppender appender(L"component.dll", &host_);
   plog::Record record(plog::debug, "Where", 42, "file.cpp", nullptr, 3);
   record << "text";
@@ -108,13 +108,13 @@ TEST_F(Logger, AppenderKeepsSeverityLineAndInstance) {
   EXPECT_EQ(host_.lines[0].message, "text");
 }
 
-TEST_F(Logger, ARecordWithoutMessageReadsNull) {
+TEST_F(LoggerTest, ARecordWithoutMessageReadsNull) {
   shared::common::logger::ComponentAppender appender(L"component.dll", &host_);
   appender.write(RecordWithoutMessage());
   EXPECT_THAT(host_.Messages(), ElementsAre("(null)"));
 }
 
-TEST_F(Logger, KeepsTextsOutsideAsciiAsTheyAre) {
+TEST_F(LoggerTest, KeepsTextsOutsideAsciiAsTheyAre) {
   ztSharedInitializeLogger(plog::info, &host_);
   const std::string text =
       "L\xC3\xBC"

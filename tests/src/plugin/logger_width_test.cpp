@@ -56,25 +56,25 @@ Text HostsText() {
   return text;
 }
 
-TEST(LoggerWidth, IsTheOneThatThisProgramIsBuiltFor) {
+TEST(LoggerWidthTest, IsTheOneThatThisProgramIsBuiltFor) {
   EXPECT_EQ((std::is_same_v<Text, std::string>), PLOG_CHAR_IS_UTF8 == 1);
 }
 
-TEST(LoggerWidth, ALineReachesTheHostWithAllItsCharacters) {
+TEST(LoggerWidthTest, ALineReachesTheHostWithAllItsCharacters) {
   HostLog host;
   ztSharedInitializeLogger(plog::info, &host);
   PLOG_ERROR << LogText(kBeyondAscii);
   EXPECT_THAT(host.messages, ElementsAre(HostsText()));
 }
 
-TEST(LoggerWidth, PlainTextsAndNumbersReachTheHost) {
+TEST(LoggerWidthTest, PlainTextsAndNumbersReachTheHost) {
   HostLog host;
   ztSharedInitializeLogger(plog::info, &host);
   PLOG_ERROR << "status " << std::to_string(-7) << " of " << 3;
   EXPECT_THAT(host.messages, ElementsAre(Text(PLOG_NSTR("status -7 of 3"))));
 }
 
-TEST(LoggerWidth, TheComponentIsAWideTextWhateverMessagesAre) {
+TEST(LoggerWidthTest, TheComponentIsAWideTextWhateverMessagesAre) {
   HostLog host;
   shared::common::logger::ComponentAppender appender(L"component.dll", &host);
   plog::Record record(plog::debug, "Where", 42, "file.cpp", nullptr, 3);
@@ -84,7 +84,7 @@ TEST(LoggerWidth, TheComponentIsAWideTextWhateverMessagesAre) {
   EXPECT_THAT(host.objects, ElementsAre(L"component.dll"));
 }
 
-TEST(LoggerWidth, ARecordWithoutMessageReadsNull) {
+TEST(LoggerWidthTest, ARecordWithoutMessageReadsNull) {
   HostLog host;
   shared::common::logger::ComponentAppender appender(L"component.dll", &host);
   appender.write(RecordWithoutMessage());

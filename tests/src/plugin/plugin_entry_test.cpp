@@ -10,21 +10,21 @@ class AnnouncingCollector : public PerformanceSamples {
   using PerformanceSamples::GetDatabases;
 };
 
-TEST(PluginEntry, GivesANewCollectorAtEachCall) {
+TEST(PluginEntryTest, GivesANewCollectorAtEachCall) {
   const std::unique_ptr<shared::plugin::IDynamicPluginModule> one(LoadPlugin());
   const std::unique_ptr<shared::plugin::IDynamicPluginModule> other(LoadPlugin());
   EXPECT_NE(one, other);
   EXPECT_NE(dynamic_cast<PerformanceSamples*>(one.get()), nullptr);
 }
 
-TEST(PluginEntry, TouchesNeitherTheSharedRecordsNorTheMachine) {
+TEST(PluginEntryTest, TouchesNeitherTheSharedRecordsNorTheMachine) {
   const std::unique_ptr<shared::plugin::IDynamicPluginModule> module(LoadPlugin());
   EXPECT_EQ(PerfMessages::static_cdm_, nullptr);
   EXPECT_EQ(PerfMessages::perf_handle_, nullptr);
   EXPECT_TRUE(simulation::RecordedQueries().empty());
 }
 
-TEST(PluginEntry, TheSharedRecordsOutliveTheModule) {
+TEST(PluginEntryTest, TheSharedRecordsOutliveTheModule) {
   const auto sink = tests::RegisterRecordingSink();
   {
     const std::unique_ptr<shared::plugin::IDynamicPluginModule> module(LoadPlugin());
@@ -35,7 +35,7 @@ TEST(PluginEntry, TheSharedRecordsOutliveTheModule) {
   EXPECT_EQ(PerfMessages::perf_handle_, nullptr);
 }
 
-TEST(Collector, AnnouncesOnePrototypeAndNoDatabase) {
+TEST(CollectorEntryTest, AnnouncesOnePrototypeAndNoDatabase) {
   AnnouncingCollector collector;
   std::vector<std::shared_ptr<google::protobuf::Message>> messages;
   std::vector<std::string> databases;
@@ -46,7 +46,7 @@ TEST(Collector, AnnouncesOnePrototypeAndNoDatabase) {
   EXPECT_TRUE(databases.empty());
 }
 
-TEST(Collector, AddsItsPrototypeBehindWhatIsThere) {
+TEST(CollectorEntryTest, AddsItsPrototypeBehindWhatIsThere) {
   AnnouncingCollector collector;
   std::vector<std::shared_ptr<google::protobuf::Message>> messages = {std::make_shared<AmdPmfSamples>()};
   std::vector<std::string> databases = {"other"};
@@ -55,7 +55,7 @@ TEST(Collector, AddsItsPrototypeBehindWhatIsThere) {
   EXPECT_EQ(databases, std::vector<std::string>{"other"});
 }
 
-TEST(Collector, EachNewOneRefillsTheSensorIndex) {
+TEST(CollectorEntryTest, EachNewOneRefillsTheSensorIndex) {
   const std::map<std::string, int> expected = {
       {"cpu_temperature", 0},     {"gpu_temperature", 1},  {"system_temperature", 2}, {"fan_speed_percent", 3},
       {"battery_temperature", 4}, {"fan_tach_current", 7}, {"fan_tach_target", 8}};
@@ -67,7 +67,7 @@ TEST(Collector, EachNewOneRefillsTheSensorIndex) {
   EXPECT_EQ(sensor_index_, expected);
 }
 
-TEST(Collector, ItsWrappersReturnTheHostsAnswerUnchanged) {
+TEST(CollectorEntryTest, ItsWrappersReturnTheHostsAnswerUnchanged) {
   const auto sink = tests::RegisterRecordingSink();
   sink->store_outcome = {5, 1, "a", "b", "c"};
   sink->send_outcome = {1, 2, "d", "e", "f"};

@@ -19,9 +19,9 @@ namespace {
 
 constexpr std::int64_t kNoClientStatus = tests::kNullPointer;  // E_POINTER
 
-class AbsentClients : public SamplerTest {
+class AbsentClientsTest : public SamplerTest {
  protected:
-  AbsentClients() {
+  AbsentClientsTest() {
     machine_ = simulation::ReadShippedProfile("convertible-laptop");
     UseMachine();
   }
@@ -32,7 +32,7 @@ class AbsentClients : public SamplerTest {
   }
 };
 
-TEST_F(AbsentClients, MemoryIsAFailedFirstQuery) {
+TEST_F(AbsentClientsTest, MemoryIsAFailedFirstQuery) {
   MemoryInfoMsg builder(static_cast<shared::wmi::WMIClient*>(nullptr));
   const Error error = Failure(builder);
   EXPECT_EQ(error.kind, 5);
@@ -41,7 +41,7 @@ TEST_F(AbsentClients, MemoryIsAFailedFirstQuery) {
   EXPECT_EQ(Hardware().system_memory_info().ByteSizeLong(), 0U);
 }
 
-TEST_F(AbsentClients, StorageIsAFailedFirstQuery) {
+TEST_F(AbsentClientsTest, StorageIsAFailedFirstQuery) {
   StorageInfoMsg builder(nullptr, nullptr);
   const Error error = Failure(builder);
   EXPECT_EQ(error.code, kNoClientStatus);
@@ -49,7 +49,7 @@ TEST_F(AbsentClients, StorageIsAFailedFirstQuery) {
   EXPECT_EQ(Hardware().storage_drives_info_size(), 0);
 }
 
-TEST_F(AbsentClients, KeyboardsAreAFailedQuery) {
+TEST_F(AbsentClientsTest, KeyboardsAreAFailedQuery) {
   DeviceStateInfoMsg builder(static_cast<shared::wmi::WMIClient*>(nullptr));
   simulation::UseMachine({});
   EXPECT_EQ(Failure(builder),
@@ -58,7 +58,7 @@ TEST_F(AbsentClients, KeyboardsAreAFailedQuery) {
   EXPECT_FALSE(Hardware().has_device_state());
 }
 
-TEST_F(AbsentClients, TheHingeStillTellsThePosture) {
+TEST_F(AbsentClientsTest, TheHingeStillTellsThePosture) {
   simulation::Machine machine;
   machine.sensors.hinge = simulation::Hinge{simulation::HingeOutcome::kReading, 110};
   simulation::UseMachine(machine);
@@ -66,7 +66,7 @@ TEST_F(AbsentClients, TheHingeStillTellsThePosture) {
   EXPECT_EQ(Hardware().device_state().device_mode(), "positionPullForward");
 }
 
-TEST_F(AbsentClients, ProcessesAreAFailedQueryAndTheSessionIsTold) {
+TEST_F(AbsentClientsTest, ProcessesAreAFailedQueryAndTheSessionIsTold) {
   OperatingSystemInfoMsg builder(static_cast<shared::wmi::WMIClient*>(nullptr));
   std::string failure;
   try {
@@ -80,7 +80,7 @@ TEST_F(AbsentClients, ProcessesAreAFailedQueryAndTheSessionIsTold) {
   EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
 }
 
-TEST_F(AbsentClients, BuildersThatAskNoClientNeedNone) {
+TEST_F(AbsentClientsTest, BuildersThatAskNoClientNeedNone) {
   const DeviceStateInfoMsg without(static_cast<shared::wmi::WMIClient*>(nullptr));
   const PerfMessages& base = without;
   BatteryInfoMsg(base).PopulateStorageAndUploadProtos();
@@ -89,7 +89,7 @@ TEST_F(AbsentClients, BuildersThatAskNoClientNeedNone) {
   EXPECT_EQ(Hardware().npus_info_size(), 1);
 }
 
-TEST_F(AbsentClients, BuildersOfTheHourlyRecordsAddNothing) {
+TEST_F(AbsentClientsTest, BuildersOfTheHourlyRecordsAddNothing) {
   CPUInfoMsg().PopulateStorageAndUploadProtos();
   FansInfoMsg().PopulateStorageAndUploadProtos();
   SystemBoardInfoMsg().PopulateStorageAndUploadProtos();

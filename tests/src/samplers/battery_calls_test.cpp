@@ -112,7 +112,7 @@ void Sample(std::uint8_t battery_flag) {
   BatteryInfoMsg().PopulateStorageAndUploadProtos();
 }
 
-TEST(BatteryCalls, AskForEachFigureOnceAndInTheirOrder) {
+TEST(BatteryCallsTest, AskForEachFigureOnceAndInTheirOrder) {
   Sample(kCharging);
   EXPECT_THAT(events,
               ElementsAre("ZTBatteries(true, true, null, null)", "Query(0)", "GetSerialNumber", "GetCTNumber",
@@ -123,12 +123,12 @@ TEST(BatteryCalls, AskForEachFigureOnceAndInTheirOrder) {
                           "GetStatusCode", "GetFullChargePercent", "Query(1)", "~ZTBatteries"));
 }
 
-TEST(BatteryCalls, TellNothingOfTheSecondStatus) {
+TEST(BatteryCallsTest, TellNothingOfTheSecondStatus) {
   Sample(kCharging);
   EXPECT_EQ(PerfMessages::static_cdm_->hw_info().batteries_info(0).charge_state(), "discharging");
 }
 
-TEST(BatteryCalls, AreNotMadeWithoutABattery) {
+TEST(BatteryCallsTest, AreNotMadeWithoutABattery) {
   Sample(kNoBattery);
   EXPECT_THAT(events, IsEmpty());
 }

@@ -32,9 +32,9 @@ simulation::Battery ExampleBattery() {
   return battery;
 }
 
-class BatterySampler : public SamplerTest {
+class BatterySamplerTest : public SamplerTest {
  protected:
-  BatterySampler() {
+  BatterySamplerTest() {
     machine_.battery_flag = kCharging;
     machine_.batteries = {ExampleBattery()};
   }
@@ -62,7 +62,7 @@ class BatterySampler : public SamplerTest {
   }
 };
 
-TEST_F(BatterySampler, AnEntryHasEveryFigureOfTheBattery) {
+TEST_F(BatterySamplerTest, AnEntryHasEveryFigureOfTheBattery) {
   const auto& entry = SampleOne();
   EXPECT_EQ(entry.battery_serial_number(), "01234");
   EXPECT_EQ(entry.battery_ct_number(), "6QZZX0ABCDEF12");
@@ -81,7 +81,7 @@ TEST_F(BatterySampler, AnEntryHasEveryFigureOfTheBattery) {
   EXPECT_EQ(entry.voltage_percent(), 1.06F);
 }
 
-TEST_F(BatterySampler, TheStorageRecordsHaveTheBatterysFigures) {
+TEST_F(BatterySamplerTest, TheStorageRecordsHaveTheBatterysFigures) {
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_further_capacity_mwh(), 52480);
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_full_charge_capacity_mwh(), 49120);
@@ -90,7 +90,7 @@ TEST_F(BatterySampler, TheStorageRecordsHaveTheBatterysFigures) {
   EXPECT_EQ(PerfMessages::thermal_->battery_temperature(), 31);
 }
 
-TEST_F(BatterySampler, TheFlagsOfNoBatteryAndOfAnUnknownStatusAddNothing) {
+TEST_F(BatterySamplerTest, TheFlagsOfNoBatteryAndOfAnUnknownStatusAddNothing) {
   for (const std::uint8_t flag : {std::uint8_t{128}, std::uint8_t{255}}) {
     machine_.battery_flag = flag;
     Sample();
@@ -98,13 +98,13 @@ TEST_F(BatterySampler, TheFlagsOfNoBatteryAndOfAnUnknownStatusAddNothing) {
   }
 }
 
-TEST_F(BatterySampler, APowerStatusThatCannotBeReadAddsNothing) {
+TEST_F(BatterySamplerTest, APowerStatusThatCannotBeReadAddsNothing) {
   machine_.battery_flag.reset();
   Sample();
   ExpectNothingSampled();
 }
 
-TEST_F(BatterySampler, EveryOtherFlagMeansABattery) {
+TEST_F(BatterySamplerTest, EveryOtherFlagMeansABattery) {
   for (const int flag : {0, 1, 2, 4, 8, 9, 127, 129, 136, 254}) {
     machine_.battery_flag = static_cast<std::uint8_t>(flag);
     Sample();
@@ -113,24 +113,24 @@ TEST_F(BatterySampler, EveryOtherFlagMeansABattery) {
   }
 }
 
-TEST_F(BatterySampler, AFlagWithoutBatteriesAddsNothing) {
+TEST_F(BatterySamplerTest, AFlagWithoutBatteriesAddsNothing) {
   machine_.batteries.clear();
   Sample();
   ExpectNothingSampled();
 }
 
-TEST_F(BatterySampler, GapsAtBothIndicesAddNothing) {
+TEST_F(BatterySamplerTest, GapsAtBothIndicesAddNothing) {
   machine_.batteries = {std::nullopt, std::nullopt, ExampleBattery()};
   Sample();
   ExpectNothingSampled();
 }
 
-TEST_F(BatterySampler, ABatteryBehindAGapIsAdded) {
+TEST_F(BatterySamplerTest, ABatteryBehindAGapIsAdded) {
   machine_.batteries = {std::nullopt, ExampleBattery()};
   EXPECT_EQ(SampleOne().battery_serial_number(), "01234");
 }
 
-TEST_F(BatterySampler, TwoBatteriesAreAddedInTheirOrder) {
+TEST_F(BatterySamplerTest, TwoBatteriesAreAddedInTheirOrder) {
   machine_.batteries.push_back(ExampleBattery());
   machine_.batteries[1]->serial_number = "56789";
   Sample();
@@ -139,7 +139,7 @@ TEST_F(BatterySampler, TwoBatteriesAreAddedInTheirOrder) {
   EXPECT_EQ(Entries()[1].battery_serial_number(), "56789");
 }
 
-TEST_F(BatterySampler, AThirdBatteryIsNotAskedFor) {
+TEST_F(BatterySamplerTest, AThirdBatteryIsNotAskedFor) {
   machine_.batteries = {ExampleBattery(), ExampleBattery(), ExampleBattery()};
   machine_.batteries[2]->temperature_celsius = 99;
   Sample();
@@ -147,7 +147,7 @@ TEST_F(BatterySampler, AThirdBatteryIsNotAskedFor) {
   EXPECT_EQ(PerfMessages::thermal_->battery_temperature(), 31);
 }
 
-TEST_F(BatterySampler, TheLastBatteryWinsInTheStorageRecords) {
+TEST_F(BatterySamplerTest, TheLastBatteryWinsInTheStorageRecords) {
   machine_.batteries.push_back(simulation::Battery());
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_further_capacity_mwh(), 0);
@@ -158,7 +158,7 @@ TEST_F(BatterySampler, TheLastBatteryWinsInTheStorageRecords) {
   EXPECT_EQ(PerfMessages::thermal_->battery_temperature(), 0);
 }
 
-TEST_F(BatterySampler, StorageFiguresKeepTheirSign) {
+TEST_F(BatterySamplerTest, StorageFiguresKeepTheirSign) {
   Battery().further_capacity_mwh = -1;
   Battery().full_charge_capacity_mwh = std::numeric_limits<std::int32_t>::min();
   Battery().charge_rate_mw = -2;
@@ -170,7 +170,7 @@ TEST_F(BatterySampler, StorageFiguresKeepTheirSign) {
   EXPECT_EQ(PerfMessages::thermal_->battery_temperature(), -3);
 }
 
-TEST_F(BatterySampler, NegativeFiguresKeepTheirBitsInTheEntry) {
+TEST_F(BatterySamplerTest, NegativeFiguresKeepTheirBitsInTheEntry) {
   Battery().full_charge_capacity_mwh = -1;
   Battery().voltage_mv = -2;
   Battery().charge_rate_mw = -3;
@@ -180,7 +180,7 @@ TEST_F(BatterySampler, NegativeFiguresKeepTheirBitsInTheEntry) {
   EXPECT_EQ(entry.charge_rate_mw(), 4'294'967'293U);
 }
 
-TEST_F(BatterySampler, HalvesAreRoundedAwayFromZeroInSinglePrecision) {
+TEST_F(BatterySamplerTest, HalvesAreRoundedAwayFromZeroInSinglePrecision) {
   Battery().full_charge_percent = 75.405F;
   Battery().remaining_percent = 78.125F;
   const auto& entry = SampleOne();
@@ -188,12 +188,12 @@ TEST_F(BatterySampler, HalvesAreRoundedAwayFromZeroInSinglePrecision) {
   EXPECT_EQ(entry.remaining_charge_capacity_percent(), 78.13F);
 }
 
-TEST_F(BatterySampler, NegativePercentagesAreRoundedAwayFromZeroToo) {
+TEST_F(BatterySamplerTest, NegativePercentagesAreRoundedAwayFromZeroToo) {
   Battery().full_charge_percent = -78.125F;
   EXPECT_EQ(SampleOne().full_charge_capacity_percent(), -78.13F);
 }
 
-TEST_F(BatterySampler, TheStoragePercentageIsCutOffTheRoundedOne) {
+TEST_F(BatterySamplerTest, TheStoragePercentageIsCutOffTheRoundedOne) {
   Battery().remaining_percent = 99.994F;
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_remaining_capacity_percent(), 99U);
@@ -202,7 +202,7 @@ TEST_F(BatterySampler, TheStoragePercentageIsCutOffTheRoundedOne) {
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_remaining_capacity_percent(), 100U);
 }
 
-TEST_F(BatterySampler, APercentageThatIsNoNumberHasADefinedStorageFigure) {
+TEST_F(BatterySamplerTest, APercentageThatIsNoNumberHasADefinedStorageFigure) {
   Battery().remaining_percent = std::numeric_limits<float>::quiet_NaN();
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_remaining_capacity_percent(), 0x8000000000000000U);
@@ -211,7 +211,7 @@ TEST_F(BatterySampler, APercentageThatIsNoNumberHasADefinedStorageFigure) {
   EXPECT_EQ(PerfMessages::amd_pmf_->battery_remaining_capacity_percent(), 0xFFFFFFFFFFFFFFFFU);
 }
 
-TEST_F(BatterySampler, WithoutADesignVoltageOnlyTheRatioIsUnset) {
+TEST_F(BatterySamplerTest, WithoutADesignVoltageOnlyTheRatioIsUnset) {
   for (const std::int32_t voltage : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
     Battery().design_voltage_mv = voltage;
     const auto& entry = SampleOne();
@@ -226,20 +226,20 @@ TEST_F(BatterySampler, WithoutADesignVoltageOnlyTheRatioIsUnset) {
   }
 }
 
-TEST_F(BatterySampler, AVoltageOfZeroIsARatioOfZero) {
+TEST_F(BatterySamplerTest, AVoltageOfZeroIsARatioOfZero) {
   Battery().voltage_mv = 0;
   const auto& entry = SampleOne();
   EXPECT_TRUE(entry.has_voltage_percent());
   EXPECT_EQ(entry.voltage_percent(), 0.0F);
 }
 
-TEST_F(BatterySampler, TheFlagOfMainsThatDoNotChargeWinsOverDischarging) {
+TEST_F(BatterySamplerTest, TheFlagOfMainsThatDoNotChargeWinsOverDischarging) {
   Battery().on_ac_not_charging = true;
   Battery().discharging = true;
   EXPECT_EQ(SampleOne().charge_state(), "onACNotCharging");
 }
 
-TEST_F(BatterySampler, EachFlagAloneHasItsText) {
+TEST_F(BatterySamplerTest, EachFlagAloneHasItsText) {
   Battery().on_ac_not_charging = true;
   EXPECT_EQ(SampleOne().charge_state(), "onACNotCharging");
   PerfMessages::static_cdm_->Clear();
@@ -248,7 +248,7 @@ TEST_F(BatterySampler, EachFlagAloneHasItsText) {
   EXPECT_EQ(SampleOne().charge_state(), "discharging");
 }
 
-TEST_F(BatterySampler, TextsAreCutTo32Bytes) {
+TEST_F(BatterySamplerTest, TextsAreCutTo32Bytes) {
   Battery().serial_number = std::string(40, 'S');
   Battery().ct_number = std::string(33, 'C');
   const auto& entry = SampleOne();
@@ -256,7 +256,7 @@ TEST_F(BatterySampler, TextsAreCutTo32Bytes) {
   EXPECT_EQ(entry.battery_ct_number(), std::string(32, 'C'));
 }
 
-TEST_F(BatterySampler, EmptyTextsAreUnknown) {
+TEST_F(BatterySamplerTest, EmptyTextsAreUnknown) {
   Battery().serial_number.clear();
   Battery().ct_number.clear();
   const auto& entry = SampleOne();
@@ -264,12 +264,12 @@ TEST_F(BatterySampler, EmptyTextsAreUnknown) {
   EXPECT_EQ(entry.battery_ct_number(), "unknown");
 }
 
-TEST_F(BatterySampler, ANegativeStatusCodeKeepsItsSign) {
+TEST_F(BatterySamplerTest, ANegativeStatusCodeKeepsItsSign) {
   Battery().status_code = -7;
   EXPECT_THAT(SampleOne().battery_status(), testing::ElementsAre("-7"));
 }
 
-TEST_F(BatterySampler, NothingIsKeptBetweenPasses) {
+TEST_F(BatterySamplerTest, NothingIsKeptBetweenPasses) {
   Sample();
   machine_.batteries = {ExampleBattery()};
   Battery().serial_number = "56789";
@@ -278,12 +278,14 @@ TEST_F(BatterySampler, NothingIsKeptBetweenPasses) {
   EXPECT_EQ(Entries()[1].battery_serial_number(), "56789");
 }
 
-TEST_F(BatterySampler, AsksNothingOfWmi) {
+TEST_F(BatterySamplerTest, AsksNothingOfWmi) {
   Sample();
   EXPECT_THAT(simulation::RecordedQueries(), testing::IsEmpty());
 }
 
-TEST_F(CollectorTest, TheBatteryComesWithTheCyclesRecords) {
+class BatteryCycleTest : public CollectorTest {};
+
+TEST_F(BatteryCycleTest, TheBatteryComesWithTheCyclesRecords) {
   simulation::Machine machine;
   machine.battery_flag = kCharging;
   machine.batteries = {ExampleBattery()};

@@ -8,7 +8,9 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST_F(StorageSampler, AsksForDrivesThenForPartitionsThenForEachLogicalDisk) {
+class DriveQueriesTest : public StorageSamplerTest {};
+
+TEST_F(DriveQueriesTest, AsksForDrivesThenForPartitionsThenForEachLogicalDisk) {
   AddExampleDrive();
   AddDrive(kDrive1, "WD-2");
   Sample();
@@ -21,7 +23,7 @@ TEST_F(StorageSampler, AsksForDrivesThenForPartitionsThenForEachLogicalDisk) {
                           kPartitionsOfDrive1));
 }
 
-TEST_F(StorageSampler, APartitionsIdIsATextOfAnyLanguage) {
+TEST_F(DriveQueriesTest, APartitionsIdIsATextOfAnyLanguage) {
   AddDrive(kDrive0, "S4EV");
   AddPartition(kDrive0, "Datenträger Nr. 0, Partition Nr. 1", {{"FreeSpace", "1"}, {"Size", "4"}});
   AddPartition(kDrive0, "ディスク 0、パーティション 2 🖴", {{"FreeSpace", "1"}, {"Size", "4"}});
@@ -35,7 +37,7 @@ TEST_F(StorageSampler, APartitionsIdIsATextOfAnyLanguage) {
                   "WHERE ResultClass = Win32_LogicalDisk"));
 }
 
-TEST_F(StorageSampler, ADrivesIdIsWidenedByteByByteWithItsSign) {
+TEST_F(DriveQueriesTest, ADrivesIdIsWidenedByteByByteWithItsSign) {
   AddDrive("é", "");  // the bytes C3 and A9
   Sample();
   EXPECT_THAT(
@@ -44,20 +46,20 @@ TEST_F(StorageSampler, ADrivesIdIsWidenedByteByByteWithItsSign) {
                   "ASSOCIATORS OF {Win32_DiskDrive.DeviceID='\uFFC3\uFFA9'} WHERE ResultClass = Win32_DiskPartition"));
 }
 
-TEST_F(StorageSampler, WithoutDrivesOneQueryRuns) {
+TEST_F(DriveQueriesTest, WithoutDrivesOneQueryRuns) {
   EXPECT_TRUE(Sample().empty());
   EXPECT_TRUE(PerfMessages::static_cdm_->has_hw_info());
   EXPECT_THAT(simulation::RecordedQueries(), ElementsAre(kDrivesQuery));
 }
 
-TEST_F(StorageSampler, AFailedDriveQueryEndsThePass) {
+TEST_F(DriveQueriesTest, AFailedDriveQueryEndsThePass) {
   AddExampleDrive();
   EXPECT_EQ(SampleAndFail("Win32_DiskDrive"), "Error while querying Win32_DiskDrive");
   EXPECT_EQ(simulation::RecordedQueries().size(), 1U);
   EXPECT_TRUE(Drives().empty());
 }
 
-TEST_F(StorageSampler, AFailedMediaQueryEndsThePassWithoutADrive) {
+TEST_F(DriveQueriesTest, AFailedMediaQueryEndsThePassWithoutADrive) {
   AddExampleDrive();
   AddDrive(kDrive1, "");
   EXPECT_EQ(SampleAndFail("Win32_PhysicalMedia"), "Error while querying Win32_PhysicalMedia");
@@ -65,7 +67,7 @@ TEST_F(StorageSampler, AFailedMediaQueryEndsThePassWithoutADrive) {
   EXPECT_TRUE(Drives().empty());
 }
 
-TEST_F(StorageSampler, AFailedPartitionQueryEndsThePassWithoutADrive) {
+TEST_F(DriveQueriesTest, AFailedPartitionQueryEndsThePassWithoutADrive) {
   AddExampleDrive();
   AddDrive(kDrive1, "WD-2");
   EXPECT_EQ(SampleAndFail("PHYSICALDRIVE1"),
@@ -74,7 +76,7 @@ TEST_F(StorageSampler, AFailedPartitionQueryEndsThePassWithoutADrive) {
   EXPECT_TRUE(Drives().empty());
 }
 
-TEST_F(StorageSampler, AFailedLogicalDiskQueryEndsThePassWithoutADrive) {
+TEST_F(DriveQueriesTest, AFailedLogicalDiskQueryEndsThePassWithoutADrive) {
   AddExampleDrive();
   EXPECT_EQ(SampleAndFail("Partition #1"),
             "Error while querying associates of Win32_DiskPartition that are of the type Win32_LogicalDisk class");
@@ -82,19 +84,19 @@ TEST_F(StorageSampler, AFailedLogicalDiskQueryEndsThePassWithoutADrive) {
   EXPECT_TRUE(Drives().empty());
 }
 
-TEST_F(StorageSampler, ADriveWithoutANeedForMediaSurvivesItsFailure) {
+TEST_F(DriveQueriesTest, ADriveWithoutANeedForMediaSurvivesItsFailure) {
   AddExampleDrive();
   machine_.wmi.failures = {{"Win32_PhysicalMedia", tests::kAccessDenied, std::nullopt, 0}};
   EXPECT_THAT(Sample(), ElementsAre(Drive("S4EV", 66.67)));
 }
 
-TEST_F(StorageSampler, ACopyOfAnotherBuilderUsesItsClient) {
+TEST_F(DriveQueriesTest, ACopyOfAnotherBuilderUsesItsClient) {
   AddExampleDrive();
   PopulateByCopy(StorageInfoMsg(&wmi_, nullptr));
   EXPECT_THAT(Drives(), ElementsAre(Drive("S4EV", 66.67)));
 }
 
-class StorageCycle : public CollectorTest {};
+class StorageCycleTest : public CollectorTest {};
 
 // A drive as Windows in German shows it: two partitions, of which the second has a logical disk of 400 GB, 100 of them
 // free.
@@ -121,7 +123,7 @@ constexpr char kGermanMachine[] = R"({
   }
 })";
 
-TEST_F(StorageCycle, AMachineInGermanIsSentWithTheUseOfItsDrive) {
+TEST_F(StorageCycleTest, AMachineInGermanIsSentWithTheUseOfItsDrive) {
   simulation::UseMachine(simulation::ParseProfile(kGermanMachine, "german"));
   Execute(50);
   ASSERT_EQ(OnlySent().hw_info().storage_drives_info_size(), 1);
@@ -129,7 +131,7 @@ TEST_F(StorageCycle, AMachineInGermanIsSentWithTheUseOfItsDrive) {
   EXPECT_EQ(OnlySent().hw_info().storage_drives_info(0).utilization_percent(), 75.0F);
 }
 
-TEST_F(StorageCycle, AFailedQueryIsOneErrorLineAndTheRecordIsSent) {
+TEST_F(StorageCycleTest, AFailedQueryIsOneErrorLineAndTheRecordIsSent) {
   simulation::Machine machine;
   machine.clock = ExampleClock();
   machine.wmi.failures = {{"Win32_DiskDrive", tests::kAccessDenied, std::nullopt, 0}};

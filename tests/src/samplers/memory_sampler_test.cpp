@@ -7,9 +7,9 @@ namespace {
 
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_SystemMemoryInfo;
 
-class MemorySampler : public SamplerTest {
+class MemorySamplerTest : public SamplerTest {
  protected:
-  MemorySampler() {
+  MemorySamplerTest() {
     auto& classes = machine_.wmi.classes;
     classes["Win32_PhysicalMemory"] = {{{"ConfiguredClockSpeed", 3200}}};
     classes["Win32_ComputerSystem"] = {{{"TotalPhysicalMemory", "17179869184"}}};
@@ -43,13 +43,13 @@ class MemorySampler : public SamplerTest {
   }
 };
 
-TEST_F(MemorySampler, UsesThousandsOfBytesForTheTotalAndKibibytesForTheFreePart) {
+TEST_F(MemorySamplerTest, UsesThousandsOfBytesForTheTotalAndKibibytesForTheFreePart) {
   const auto& section = Sample();
   EXPECT_EQ(section.used_physical_memory_kb(), 9179869U);
   EXPECT_FLOAT_EQ(section.utilization_physical_percent(), 53.43F);
 }
 
-TEST_F(MemorySampler, TakesTheUsedPartInSinglePrecision) {
+TEST_F(MemorySamplerTest, TakesTheUsedPartInSinglePrecision) {
   machine_.wmi.classes["Win32_ComputerSystem"] = {{{"TotalPhysicalMemory", "32500982000"}}};
   machine_.wmi.classes["Win32_OperatingSystem"] = {{{"FreePhysicalMemory", "13863295"}}};
   const auto& section = Sample();
@@ -58,58 +58,58 @@ TEST_F(MemorySampler, TakesTheUsedPartInSinglePrecision) {
   EXPECT_EQ(section.utilization_physical_percent(), 57.35F);
 }
 
-TEST_F(MemorySampler, ReportsVirtualMemoryAsRead) {
+TEST_F(MemorySamplerTest, ReportsVirtualMemoryAsRead) {
   const auto& section = Sample();
   EXPECT_EQ(section.total_virtual_memory_kb(), 20000000U);
   EXPECT_EQ(section.used_virtual_memory_kb(), 11000000U);
 }
 
-TEST_F(MemorySampler, KeepsTheSlowestClockOtherThanZero) {
+TEST_F(MemorySamplerTest, KeepsTheSlowestClockOtherThanZero) {
   SetClocks({2400, 0, 3200});
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->memory_clock_mhz(), 2400U);
 }
 
-TEST_F(MemorySampler, KeepsALaterSlowerClock) {
+TEST_F(MemorySamplerTest, KeepsALaterSlowerClock) {
   SetClocks({0, 3200, 2400});
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->memory_clock_mhz(), 2400U);
 }
 
-TEST_F(MemorySampler, ReportsAZeroClockWhenNoModuleHasAnother) {
+TEST_F(MemorySamplerTest, ReportsAZeroClockWhenNoModuleHasAnother) {
   SetClocks({0, 0});
   Sample();
   EXPECT_TRUE(PerfMessages::amd_pmf_->has_memory_clock_mhz());
   EXPECT_EQ(PerfMessages::amd_pmf_->memory_clock_mhz(), 0U);
 }
 
-TEST_F(MemorySampler, LeavesTheClockUnsetWithoutModules) {
+TEST_F(MemorySamplerTest, LeavesTheClockUnsetWithoutModules) {
   SetClocks({});
   Sample();
   EXPECT_FALSE(PerfMessages::amd_pmf_->has_memory_clock_mhz());
 }
 
-TEST_F(MemorySampler, AClockThatIsNoNumberCountsAsThePreviousModules) {
+TEST_F(MemorySamplerTest, AClockThatIsNoNumberCountsAsThePreviousModules) {
   machine_.wmi.classes["Win32_PhysicalMemory"] = {{{"ConfiguredClockSpeed", 3200}}, {{"ConfiguredClockSpeed", "fast"}}};
   Sample();
   EXPECT_EQ(PerfMessages::amd_pmf_->memory_clock_mhz(), 3200U);
 }
 
-TEST_F(MemorySampler, DoesNotDivideByATotalBelowOneThousandBytes) {
+TEST_F(MemorySamplerTest, DoesNotDivideByATotalBelowOneThousandBytes) {
   machine_.wmi.classes["Win32_ComputerSystem"] = {{{"TotalPhysicalMemory", "999"}}};
   const auto& section = Sample();
   EXPECT_TRUE(section.has_utilization_physical_percent());
   EXPECT_EQ(section.utilization_physical_percent(), 0.0F);
 }
 
-TEST_F(MemorySampler, WithoutAComputerRowUsedMemoryIsMinusTheFreePart) {
+TEST_F(MemorySamplerTest, WithoutAComputerRowUsedMemoryIsMinusTheFreePart) {
   machine_.wmi.classes["Win32_ComputerSystem"].clear();
   const auto& section = Sample();
   EXPECT_EQ(section.utilization_physical_percent(), 0.0F);
   EXPECT_EQ(section.used_physical_memory_kb(), 4286967296U);  // 2^32 - 8,000,000
 }
 
-TEST_F(MemorySampler, WithoutASystemRowTheVirtualFiguresAreZero) {
+TEST_F(MemorySamplerTest, WithoutASystemRowTheVirtualFiguresAreZero) {
   machine_.wmi.classes["Win32_OperatingSystem"].clear();
   const auto& section = Sample();
   EXPECT_TRUE(section.has_total_virtual_memory_kb());
@@ -118,31 +118,31 @@ TEST_F(MemorySampler, WithoutASystemRowTheVirtualFiguresAreZero) {
   EXPECT_EQ(section.utilization_physical_percent(), 100.0F);
 }
 
-TEST_F(MemorySampler, WrapsWhenMoreVirtualMemoryIsFreeThanThereIs) {
+TEST_F(MemorySamplerTest, WrapsWhenMoreVirtualMemoryIsFreeThanThereIs) {
   machine_.wmi.classes["Win32_OperatingSystem"] = {
       {{"FreePhysicalMemory", "1"}, {"TotalVirtualMemorySize", "10"}, {"FreeVirtualMemory", "11"}}};
   EXPECT_EQ(Sample().used_virtual_memory_kb(), 4294967295U);
 }
 
-TEST_F(MemorySampler, CutsFiguresToTheirLow32Bits) {
+TEST_F(MemorySamplerTest, CutsFiguresToTheirLow32Bits) {
   machine_.wmi.classes["Win32_OperatingSystem"] = {
       {{"FreePhysicalMemory", "1"}, {"TotalVirtualMemorySize", "4294967297"}, {"FreeVirtualMemory", "0"}}};
   EXPECT_EQ(Sample().total_virtual_memory_kb(), 1U);
 }
 
-TEST_F(MemorySampler, AMissingPropertyCountsAsZero) {
+TEST_F(MemorySamplerTest, AMissingPropertyCountsAsZero) {
   machine_.wmi.classes["Win32_OperatingSystem"] = {{{"TotalVirtualMemorySize", "10"}}};
   const auto& section = Sample();
   EXPECT_EQ(section.used_virtual_memory_kb(), 10U);
   EXPECT_EQ(section.used_physical_memory_kb(), 17179869U);
 }
 
-TEST_F(MemorySampler, OnlyTheFirstComputerRowCounts) {
+TEST_F(MemorySamplerTest, OnlyTheFirstComputerRowCounts) {
   machine_.wmi.classes["Win32_ComputerSystem"].push_back({{"TotalPhysicalMemory", "1"}});
   EXPECT_EQ(Sample().used_physical_memory_kb(), 9179869U);
 }
 
-TEST_F(MemorySampler, AFailedModuleQueryEndsThePassWithItsStatus) {
+TEST_F(MemorySamplerTest, AFailedModuleQueryEndsThePassWithItsStatus) {
   FailQuery("Win32_PhysicalMemory");
   const Error error = SampleAndFail();
   EXPECT_EQ(error.kind, 5);
@@ -153,21 +153,21 @@ TEST_F(MemorySampler, AFailedModuleQueryEndsThePassWithItsStatus) {
   EXPECT_FALSE(Section().has_utilization_physical_percent());
 }
 
-TEST_F(MemorySampler, AFailedComputerQueryKeepsTheClockAndEndsThePass) {
+TEST_F(MemorySamplerTest, AFailedComputerQueryKeepsTheClockAndEndsThePass) {
   FailQuery("Win32_ComputerSystem");
   EXPECT_EQ(SampleAndFail().description, "Error while querying Win32_ComputerSystem");
   EXPECT_EQ(PerfMessages::amd_pmf_->memory_clock_mhz(), 3200U);
   EXPECT_EQ(simulation::RecordedQueries().size(), 2U);
 }
 
-TEST_F(MemorySampler, AFailedSystemQueryLeavesTheSectionEmpty) {
+TEST_F(MemorySamplerTest, AFailedSystemQueryLeavesTheSectionEmpty) {
   FailQuery("Win32_OperatingSystem");
   EXPECT_EQ(SampleAndFail().description, "Error while querying Win32_OperatingSystem");
   EXPECT_TRUE(PerfMessages::static_cdm_->hw_info().has_system_memory_info());
   EXPECT_EQ(Section().ByteSizeLong(), 0U);
 }
 
-TEST_F(MemorySampler, AsksExactlyItsThreeQueries) {
+TEST_F(MemorySamplerTest, AsksExactlyItsThreeQueries) {
   Sample();
   EXPECT_THAT(simulation::RecordedQueries(),
               testing::ElementsAre(
@@ -176,14 +176,14 @@ TEST_F(MemorySampler, AsksExactlyItsThreeQueries) {
                   "SELECT FreePhysicalMemory, TotalVirtualMemorySize, FreeVirtualMemory FROM Win32_OperatingSystem"));
 }
 
-TEST_F(MemorySampler, OverwritesItsSectionInTheNextPass) {
+TEST_F(MemorySamplerTest, OverwritesItsSectionInTheNextPass) {
   Sample();
   machine_.wmi.classes["Win32_ComputerSystem"] = {{{"TotalPhysicalMemory", "8000001000"}}};
   const auto& section = Sample();
   EXPECT_EQ(section.used_physical_memory_kb(), 1U);
 }
 
-TEST_F(MemorySampler, ACopyOfAnotherBuilderUsesItsClient) {
+TEST_F(MemorySamplerTest, ACopyOfAnotherBuilderUsesItsClient) {
   PopulateByCopy(MemoryInfoMsg(&wmi_));
   EXPECT_EQ(Section().used_physical_memory_kb(), 9179869U);
 }

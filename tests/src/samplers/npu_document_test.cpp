@@ -4,7 +4,9 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-TEST_F(NpuSampler, ACountThatIsNotPositiveIsInvalid) {
+class NpuDocumentTest : public NpuSamplerTest {};
+
+TEST_F(NpuDocumentTest, ACountThatIsNotPositiveIsInvalid) {
   ExpectInvalid(R"({"npu_count": 0, "npu_info": []})");
   ExpectInvalid(R"({"npu_count": 0, "npu_info": [{"device_id": "npu"}]})");
   ExpectInvalid(R"({"npu_count": -1, "npu_info": []})");
@@ -14,7 +16,7 @@ TEST_F(NpuSampler, ACountThatIsNotPositiveIsInvalid) {
   ExpectInvalid(R"({"npu_count": 1e300, "npu_info": []})");
 }
 
-TEST_F(NpuSampler, AMissingCountOrListIsInvalid) {
+TEST_F(NpuDocumentTest, AMissingCountOrListIsInvalid) {
   ExpectInvalid("{}");
   ExpectInvalid(R"({"npu_info": [{"device_id": "npu"}]})");
   ExpectInvalid(R"({"npu_count": 1})");
@@ -22,20 +24,20 @@ TEST_F(NpuSampler, AMissingCountOrListIsInvalid) {
   ExpectInvalid(R"({"npu_count": 1, "npu_info": null})");
 }
 
-TEST_F(NpuSampler, ARootThatIsNoObjectIsInvalid) {
+TEST_F(NpuDocumentTest, ARootThatIsNoObjectIsInvalid) {
   for (const char* root : {"[]", "[{\"npu_count\": 1}]", "null", "true", "1", "1.5", "\"npu_count\""})
     ExpectInvalid(root);
 }
 
-TEST_F(NpuSampler, ACountMayBeAnyPositiveNumber) {
+TEST_F(NpuDocumentTest, ACountMayBeAnyPositiveNumber) {
   EXPECT_EQ(Sample(std::string(R"({"npu_count": 1.9, "npu_info": [{"device_id": "npu"}]})")).npus_info_size(), 1);
 }
 
-TEST_F(NpuSampler, AnEmptyListUnderAPositiveCountAddsNothing) {
+TEST_F(NpuDocumentTest, AnEmptyListUnderAPositiveCountAddsNothing) {
   EXPECT_EQ(Sample(std::string(R"({"npu_count": 3, "npu_info": []})")).npus_info_size(), 0);
 }
 
-TEST_F(NpuSampler, ACountThatIsNoNumberIsATypeError) {
+TEST_F(NpuDocumentTest, ACountThatIsNoNumberIsATypeError) {
   const json list = json::array({NamedNpu("npu")});
   ExpectTypeError({{"npu_count", "1"}, {"npu_info", list}}, "string");
   ExpectTypeError({{"npu_count", true}, {"npu_info", list}}, "boolean");
@@ -54,9 +56,9 @@ void PrintTo(const WrongType& tested, std::ostream* out) {
   *out << tested.facts;
 }
 
-class NpuSamplerWrongType : public NpuSampler, public testing::WithParamInterface<WrongType> {};
+class NpuDocumentWrongTypeTest : public NpuSamplerTest, public testing::WithParamInterface<WrongType> {};
 
-TEST_P(NpuSamplerWrongType, IsATypeErrorAndWhatWasAddedBeforeStays) {
+TEST_P(NpuDocumentWrongTypeTest, IsATypeErrorAndWhatWasAddedBeforeStays) {
   json wrong = GetParam().facts;
   wrong["device_id"] = "second";
   ExpectTypeError(Report(json::array({NamedNpu("first"), wrong, NamedNpu("third")})), GetParam().type);
@@ -67,7 +69,7 @@ TEST_P(NpuSamplerWrongType, IsATypeErrorAndWhatWasAddedBeforeStays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , NpuSamplerWrongType,
+    , NpuDocumentWrongTypeTest,
     testing::Values(
         WrongType{"Temperature", {{"adapter_temp_celsius", "47"}}, "string"},
         WrongType{"TemperatureFlag", {{"adapter_temp_celsius", true}}, "boolean"},
@@ -83,42 +85,42 @@ INSTANTIATE_TEST_SUITE_P(
         WrongType{"Used", {{"memory_total", 0}, {"memory_used", json::array({1})}}, "array"}),
     [](const testing::TestParamInfo<WrongType>& tested) { return std::string(tested.param.name); });
 
-TEST_F(NpuSampler, FieldsFilledBeforeAWrongTypeStay) {
+TEST_F(NpuDocumentTest, FieldsFilledBeforeAWrongTypeStay) {
   json npu = FullNpu();
   npu["memory_used"] = "all";
   ExpectTypeError(Report(json::array({npu})), "string");
   EXPECT_FLOAT_EQ(Hardware().npus_info(0).memory_bandwidth_gb(), 16.90332F);
 }
 
-TEST_F(NpuSampler, AReportCutAnywhereIsAParseError) {
+TEST_F(NpuDocumentTest, AReportCutAnywhereIsAParseError) {
   const std::string report = Report(json::array({FullNpu()})).dump();
   for (std::size_t length = 1; length < report.size(); ++length) ExpectParseError(report.substr(0, length));
 }
 
-TEST_F(NpuSampler, ATextThatIsNoJsonIsAParseError) {
+TEST_F(NpuDocumentTest, ATextThatIsNoJsonIsAParseError) {
   for (const char* text : {" ", "\n", "npu", "<npu/>", "{'npu_count': 1}", "]", ",", "{\"npu_count\": 1,}"}) {
     ExpectParseError(text);
   }
 }
 
-TEST_F(NpuSampler, WhatFollowsTheFirstValueIsIgnored) {
+TEST_F(NpuDocumentTest, WhatFollowsTheFirstValueIsIgnored) {
   const std::string report = Report(json::array({NamedNpu(kDevice)})).dump();
   for (const char* rest : {" ", "\n", "rubbish", "}", "{", "{\"npu_count\": 0}", "\"", "\xff\xfe", "\x01"}) {
     EXPECT_EQ(Sample(report + rest).npus_info_size(), 1) << rest;
   }
 }
 
-TEST_F(NpuSampler, TextThatIsNotUtf8IsAParseError) {
+TEST_F(NpuDocumentTest, TextThatIsNotUtf8IsAParseError) {
   ExpectParseError("{\"npu_count\": 1, \"npu_info\": [{\"device_id\": \"npu \xff\"}]}");
   ExpectParseError("{\"npu_count\": 1, \"npu_info\": [{\"device_id\": \"npu \xc3\"}]}");
   ExpectParseError("{\"npu_count\": 1, \"npu_info\": [{\"device_id\": \"npu \xed\xa0\x80\"}]}");
 }
 
-TEST_F(NpuSampler, ANumberBeyondAllPrecisionIsTheJsonLibrarysError) {
+TEST_F(NpuDocumentTest, ANumberBeyondAllPrecisionIsTheJsonLibrarysError) {
   EXPECT_THROW(Sample(std::string(R"({"npu_count": 1e999, "npu_info": []})")), json::out_of_range);
 }
 
-TEST_F(NpuSampler, TakesAHugeReport) {
+TEST_F(NpuDocumentTest, TakesAHugeReport) {
   json npus = json::array();
   for (int i = 0; i < 20000; ++i) npus.push_back({{"maker", std::string(200, 'x')}});
   npus.push_back(FullNpu());
@@ -127,18 +129,18 @@ TEST_F(NpuSampler, TakesAHugeReport) {
 
 constexpr std::size_t kDepth = 100000;
 
-TEST_F(NpuSampler, TakesDeeplyNestedLists) {
+TEST_F(NpuDocumentTest, TakesDeeplyNestedLists) {
   const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
   EXPECT_EQ(Sample(R"({"npu_count": 1, "more": )" + deep + R"(, "npu_info": [{"device_id": "npu"}, )" + deep + "]}")
                 .npus_info_size(),
             1);
 }
 
-TEST_F(NpuSampler, ADeeplyNestedRootIsInvalid) {
+TEST_F(NpuDocumentTest, ADeeplyNestedRootIsInvalid) {
   ExpectInvalid(std::string(kDepth, '[') + std::string(kDepth, ']'));
 }
 
-TEST_F(NpuSampler, TakesDeeplyNestedObjects) {
+TEST_F(NpuDocumentTest, TakesDeeplyNestedObjects) {
   std::string deep;
   for (std::size_t i = 0; i < kDepth; ++i) deep += R"({"frequency":)";
   deep += "1" + std::string(kDepth, '}');
@@ -146,11 +148,11 @@ TEST_F(NpuSampler, TakesDeeplyNestedObjects) {
   EXPECT_EQ(Sample(R"({"npu_count": 1, "npu_info": [)" + npu + "]}").npus_info_size(), 1);
 }
 
-TEST_F(NpuSampler, ADeepReportThatIsCutIsAParseError) {
+TEST_F(NpuDocumentTest, ADeepReportThatIsCutIsAParseError) {
   ExpectParseError(std::string(kDepth, '['));
 }
 
-class NpuCycle : public CollectorTest {
+class NpuCycleTest : public CollectorTest {
  protected:
   std::vector<std::string> ErrorsWith(const std::string& report) {
     simulation::Machine machine;
@@ -162,18 +164,18 @@ class NpuCycle : public CollectorTest {
   }
 };
 
-TEST_F(NpuCycle, AMachineWithoutNpusLogsNoError) {
+TEST_F(NpuCycleTest, AMachineWithoutNpusLogsNoError) {
   EXPECT_THAT(ErrorsWith(""), testing::Not(testing::Contains(testing::HasSubstr("NPU"))));
   EXPECT_EQ(OnlySent().hw_info().npus_info_size(), 0);
 }
 
-TEST_F(NpuCycle, AnInvalidReportIsOneErrorLineAndTheRecordIsSent) {
+TEST_F(NpuCycleTest, AnInvalidReportIsOneErrorLineAndTheRecordIsSent) {
   EXPECT_THAT(ErrorsWith(R"({"npu_count": 0, "npu_info": []})"),
               testing::Contains("Error handling message. Details: Invalid NPU JSON").Times(1));
   EXPECT_EQ(OnlySent().hw_info().npus_info_size(), 0);
 }
 
-TEST_F(NpuCycle, ATextThatIsNoJsonIsOneErrorLineAndTheRecordIsSent) {
+TEST_F(NpuCycleTest, ATextThatIsNoJsonIsOneErrorLineAndTheRecordIsSent) {
   const auto without = ErrorsWith("");
   log_.lines.clear();
   sink_->sent.clear();

@@ -33,7 +33,7 @@ inline json FullNpu() {
           {"memory_used", 750000000}};
 }
 
-class NpuSampler : public SamplerTest {
+class NpuSamplerTest : public SamplerTest {
  protected:
   /// Samples a machine with this report into an empty record.
   const HwInfo& Sample(const std::string& report) {

@@ -3,13 +3,13 @@
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-TEST_F(NpuSampler, AnEmptyReportAddsNothingSilently) {
+TEST_F(NpuSamplerTest, AnEmptyReportAddsNothingSilently) {
   const auto& hardware = Sample(std::string());
   EXPECT_TRUE(PerfMessages::static_cdm_->has_hw_info());
   EXPECT_EQ(hardware.ByteSizeLong(), 0U);
 }
 
-TEST_F(NpuSampler, FillsEveryFieldOfAnNpu) {
+TEST_F(NpuSamplerTest, FillsEveryFieldOfAnNpu) {
   const auto& npu = SampleOne(FullNpu());
   EXPECT_EQ(npu.device_id(), kDevice);
   ASSERT_EQ(npu.temperature_sensors_info_size(), 1);
@@ -23,13 +23,13 @@ TEST_F(NpuSampler, FillsEveryFieldOfAnNpu) {
   EXPECT_EQ(npu.memory_controller_utilization_percent(), 0.0F);
 }
 
-TEST_F(NpuSampler, AnNpuWithOnlyANameIsAnEntryWithOnlyThatText) {
+TEST_F(NpuSamplerTest, AnNpuWithOnlyANameIsAnEntryWithOnlyThatText) {
   PcLogPerformanceSamplesAsCDM_HwInfo_NpuInfo expected;
   expected.set_device_id(kDevice);
   EXPECT_EQ(SampleOne(NamedNpu(kDevice)).SerializeAsString(), expected.SerializeAsString());
 }
 
-TEST_F(NpuSampler, ReportsThirtyTwoOfFortyNpusInTheirOrder) {
+TEST_F(NpuSamplerTest, ReportsThirtyTwoOfFortyNpusInTheirOrder) {
   json npus = json::array();
   for (int i = 0; i < 40; ++i) npus.push_back(NamedNpu("npu " + std::to_string(i)));
   json report = Report(npus);
@@ -40,14 +40,14 @@ TEST_F(NpuSampler, ReportsThirtyTwoOfFortyNpusInTheirOrder) {
   EXPECT_EQ(hardware.npus_info(31).device_id(), "npu 31");
 }
 
-TEST_F(NpuSampler, AnNpuBeyondTheThirtySecondIsNotEvenRead) {
+TEST_F(NpuSamplerTest, AnNpuBeyondTheThirtySecondIsNotEvenRead) {
   json npus = json::array();
   for (int i = 0; i < 32; ++i) npus.push_back(NamedNpu("npu"));
   npus.push_back({{"device_id", "npu"}, {"adapter_temp_celsius", "hot"}});
   EXPECT_EQ(Sample(Report(npus)).npus_info_size(), 32);
 }
 
-TEST_F(NpuSampler, WhatHasNoNameIsNeitherAddedNorCounted) {
+TEST_F(NpuSamplerTest, WhatHasNoNameIsNeitherAddedNorCounted) {
   json npus = json::array();
   for (int i = 0; i < 10; ++i) {
     npus.insert(npus.end(),
@@ -60,11 +60,11 @@ TEST_F(NpuSampler, WhatHasNoNameIsNeitherAddedNorCounted) {
   for (const auto& npu : hardware.npus_info()) EXPECT_EQ(npu.device_id(), "npu");
 }
 
-TEST_F(NpuSampler, KeepsNamesInOtherScripts) {
+TEST_F(NpuSamplerTest, KeepsNamesInOtherScripts) {
   EXPECT_EQ(SampleOne(NamedNpu("処理装置 é")).device_id(), "処理装置 é");
 }
 
-TEST_F(NpuSampler, CutsTheTemperatureToWholeDegrees) {
+TEST_F(NpuSamplerTest, CutsTheTemperatureToWholeDegrees) {
   const auto degrees = [this](const json& value) {
     return SampleWith("adapter_temp_celsius", value).temperature_sensors_info(0).temperature_celsius();
   };
@@ -77,12 +77,12 @@ TEST_F(NpuSampler, CutsTheTemperatureToWholeDegrees) {
   EXPECT_EQ(degrees(-1e300), 0U);
 }
 
-TEST_F(NpuSampler, CopiesClocksUnchangedAsSinglePrecision) {
+TEST_F(NpuSamplerTest, CopiesClocksUnchangedAsSinglePrecision) {
   EXPECT_EQ(SampleWith("adapter_engine_frequency_hz", {{"frequency", 1.5}}).npus_clock_mhz(), 1.5F);
   EXPECT_EQ(SampleWith("adapter_mem_frequency_hz", {{"frequency", 16777217}}).memory_clock_mhz(), 16777216.0F);
 }
 
-TEST_F(NpuSampler, SharedMemoryInUseWrapsFromTwoGibibytesOn) {
+TEST_F(NpuSamplerTest, SharedMemoryInUseWrapsFromTwoGibibytesOn) {
   const auto used = [this](const json& dedicated, const json& shared) {
     return SampleWith("adapter_mem_usage", {{"dedicated", dedicated}, {"shared", shared}}).memory_used_mb();
   };
@@ -94,7 +94,7 @@ TEST_F(NpuSampler, SharedMemoryInUseWrapsFromTwoGibibytesOn) {
   EXPECT_EQ(used(0, 1e300), -2048.0F);
 }
 
-TEST_F(NpuSampler, MemoryInUseIsNullOrAllInWholeHundreds) {
+TEST_F(NpuSamplerTest, MemoryInUseIsNullOrAllInWholeHundreds) {
   const auto percent = [this](const json& used, const json& total) {
     return SampleOne({{"device_id", kDevice}, {"memory_used", used}, {"memory_total", total}})
         .memory_controller_utilization_percent();
@@ -107,12 +107,12 @@ TEST_F(NpuSampler, MemoryInUseIsNullOrAllInWholeHundreds) {
   EXPECT_EQ(percent(1e300, 1), 0.0F);
 }
 
-TEST_F(NpuSampler, ATotalOfZeroLeavesTheUtilizationUnset) {
+TEST_F(NpuSamplerTest, ATotalOfZeroLeavesTheUtilizationUnset) {
   const auto& npu = SampleOne({{"device_id", kDevice}, {"memory_used", 1}, {"memory_total", 0}});
   EXPECT_FALSE(npu.has_memory_controller_utilization_percent());
 }
 
-TEST_F(NpuSampler, HalfOfAPairLeavesItsFieldUnset) {
+TEST_F(NpuSamplerTest, HalfOfAPairLeavesItsFieldUnset) {
   json npu = FullNpu();
   npu["adapter_engine_frequency_hz"] = {{"maximum", 1}};
   npu["adapter_mem_frequency_hz"] = json::array({1});
@@ -125,7 +125,7 @@ TEST_F(NpuSampler, HalfOfAPairLeavesItsFieldUnset) {
   EXPECT_EQ(SampleOne(npu).SerializeAsString(), expected.SerializeAsString());
 }
 
-TEST_F(NpuSampler, AnotherHalfOfAPairLeavesItsFieldUnsetToo) {
+TEST_F(NpuSamplerTest, AnotherHalfOfAPairLeavesItsFieldUnsetToo) {
   json npu = FullNpu();
   npu["adapter_mem_usage"].erase("shared");
   npu.erase("dedicated_system_memory");
@@ -137,7 +137,7 @@ TEST_F(NpuSampler, AnotherHalfOfAPairLeavesItsFieldUnsetToo) {
   EXPECT_TRUE(entry.has_memory_clock_mhz());
 }
 
-TEST_F(NpuSampler, ACopyOfAnotherBuilderSamplesToo) {
+TEST_F(NpuSamplerTest, ACopyOfAnotherBuilderSamplesToo) {
   machine_.npu_report = Report(json::array({NamedNpu(kDevice)})).dump();
   PopulateByCopy(NPUMsg());
   EXPECT_EQ(Hardware().npus_info_size(), 1);

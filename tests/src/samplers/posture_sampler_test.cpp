@@ -17,9 +17,9 @@ constexpr std::int32_t kUpright = 0;
 constexpr std::int32_t kFaceUp = 4;
 constexpr std::int32_t kFaceDown = 5;
 
-class PostureSampler : public SamplerTest {
+class PostureSamplerTest : public SamplerTest {
  protected:
-  PostureSampler() { AddKeyboard(true, "OK"); }
+  PostureSamplerTest() { AddKeyboard(true, "OK"); }
 
   void AddKeyboard(bool present, const std::string& status) {
     Keyboards().push_back({{"PNPClass", "Keyboard"}, {"Present", present}, {"Status", status}});
@@ -60,7 +60,7 @@ struct AngleCase {
   const char* posture;
 };
 
-TEST_F(PostureSampler, EveryAngleBelongsToOneBand) {
+TEST_F(PostureSamplerTest, EveryAngleBelongsToOneBand) {
   machine_.sensors.orientation = kUpright;
   const AngleCase cases[] = {
       {0.001, "positionClamshell"},
@@ -88,37 +88,37 @@ TEST_F(PostureSampler, EveryAngleBelongsToOneBand) {
   for (const AngleCase& each : cases) EXPECT_EQ(Evaluate(each.angle), each.posture) << each.angle;
 }
 
-TEST_F(PostureSampler, AnAngleThatTellsThePostureNeedsNoOrientation) {
+TEST_F(PostureSamplerTest, AnAngleThatTellsThePostureNeedsNoOrientation) {
   machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   for (const double angle : {45.0, 135.0, 180.0, 200.0, 300.0}) EXPECT_NE(Evaluate(angle), "Invalid");
 }
 
-TEST_F(PostureSampler, ANearlyClosedDeviceHasItsLidClosedOnlyFaceDown) {
+TEST_F(PostureSamplerTest, ANearlyClosedDeviceHasItsLidClosedOnlyFaceDown) {
   for (std::int32_t orientation = 0; orientation <= 5; ++orientation) {
     machine_.sensors.orientation = orientation;
     EXPECT_EQ(Evaluate(10), orientation == kFaceDown ? "positionLidClosed" : "positionClamshell");
   }
 }
 
-TEST_F(PostureSampler, AnAngleOfZeroIsAClosedDevice) {
+TEST_F(PostureSamplerTest, AnAngleOfZeroIsAClosedDevice) {
   machine_.sensors.orientation = kFaceDown;
   EXPECT_EQ(Evaluate(0.0), "positionLidClosed");
   EXPECT_EQ(Evaluate(-0.0), "positionLidClosed");
 }
 
-TEST_F(PostureSampler, ADeviceFoldedBackIsATabletOnlyFaceUp) {
+TEST_F(PostureSamplerTest, ADeviceFoldedBackIsATabletOnlyFaceUp) {
   for (std::int32_t orientation = 0; orientation <= 5; ++orientation) {
     machine_.sensors.orientation = orientation;
     EXPECT_EQ(Evaluate(350), orientation == kFaceUp ? "positionTablet" : "positionPresentation");
   }
 }
 
-TEST_F(PostureSampler, WithoutAnOrientationSensorTheModeIsInvalid) {
+TEST_F(PostureSamplerTest, WithoutAnOrientationSensorTheModeIsInvalid) {
   EXPECT_EQ(Evaluate(44.999), "Invalid");
   EXPECT_EQ(Evaluate(315.0), "Invalid");
 }
 
-TEST_F(PostureSampler, AnOrientationThatCannotBeReadIsAnError) {
+TEST_F(PostureSamplerTest, AnOrientationThatCannotBeReadIsAnError) {
   machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   for (const double angle : {10.0, 350.0}) {
     const Error error = FailureOf([&] { Evaluate(angle); });
@@ -128,14 +128,14 @@ TEST_F(PostureSampler, AnOrientationThatCannotBeReadIsAnError) {
   }
 }
 
-TEST_F(PostureSampler, AnAngleThatIsNoneAsksTheKeyboards) {
+TEST_F(PostureSamplerTest, AnAngleThatIsNoneAsksTheKeyboards) {
   for (const double angle : {-1.0, -1e-300, -std::numeric_limits<double>::infinity(), std::nan("")}) {
     EXPECT_EQ(Evaluate(angle), "positionClamshell") << angle;
     EXPECT_THAT(simulation::RecordedQueries(), testing::ElementsAre(kKeyboardsQuery));
   }
 }
 
-TEST_F(PostureSampler, ThePositionIsTheReadingsAngle) {
+TEST_F(PostureSamplerTest, ThePositionIsTheReadingsAngle) {
   SetAngle(110);
   EXPECT_EQ(Position(), "positionPullForward");
   EXPECT_THAT(simulation::RecordedQueries(), testing::IsEmpty());
@@ -146,7 +146,7 @@ struct HingeFailureCase {
   const char* text;
 };
 
-TEST_F(PostureSampler, EachWayOfNotTellingTheAngleHasItsText) {
+TEST_F(PostureSamplerTest, EachWayOfNotTellingTheAngleHasItsText) {
   const HingeFailureCase cases[] = {
       {HingeOutcome::kSensorTimeout, "Hinge Angle read timed out while getting sensor task"},
       {std::nullopt, "Invalid sensor. No hinge angle sensor available"},
@@ -161,7 +161,7 @@ TEST_F(PostureSampler, EachWayOfNotTellingTheAngleHasItsText) {
   }
 }
 
-TEST_F(PostureSampler, AFailedInitialisationIsAnErrorWithItsStatus) {
+TEST_F(PostureSamplerTest, AFailedInitialisationIsAnErrorWithItsStatus) {
   SetAngle(110);
   machine_.sensors.apartment = simulation::Failure{tests::kChangedMode};
   const Error error = FailureOf([&] { Position(); });
@@ -170,19 +170,19 @@ TEST_F(PostureSampler, AFailedInitialisationIsAnErrorWithItsStatus) {
   EXPECT_EQ(error.description, "Error while reading the hinge angle sensor");
 }
 
-TEST_F(PostureSampler, KeyboardsThatAreAllWellMakeAClamshell) {
+TEST_F(PostureSamplerTest, KeyboardsThatAreAllWellMakeAClamshell) {
   AddKeyboard(true, "OK");
   EXPECT_EQ(Infer(), "positionClamshell");
 }
 
-TEST_F(PostureSampler, TheStatusMayBeInLowerCase) {
+TEST_F(PostureSamplerTest, TheStatusMayBeInLowerCase) {
   Keyboards().clear();
   AddKeyboard(true, "ok");
   AddKeyboard(true, "oK");
   EXPECT_EQ(Infer(), "positionClamshell");
 }
 
-TEST_F(PostureSampler, AnyOtherStatusMakesATablet) {
+TEST_F(PostureSamplerTest, AnyOtherStatusMakesATablet) {
   for (const char* status : {"Error", "OK ", "OKAY", "O", "", "Unknown", "\xC3\x96K"}) {
     Keyboards().clear();
     AddKeyboard(true, status);
@@ -190,18 +190,18 @@ TEST_F(PostureSampler, AnyOtherStatusMakesATablet) {
   }
 }
 
-TEST_F(PostureSampler, ADetachedKeyboardMakesATablet) {
+TEST_F(PostureSamplerTest, ADetachedKeyboardMakesATablet) {
   AddKeyboard(false, "OK");
   EXPECT_EQ(Infer(), "positionTablet");
 }
 
-TEST_F(PostureSampler, OneKeyboardThatIsNotWellIsEnoughWhereverItStands) {
+TEST_F(PostureSamplerTest, OneKeyboardThatIsNotWellIsEnoughWhereverItStands) {
   AddKeyboard(true, "Error");
   AddKeyboard(true, "OK");
   EXPECT_EQ(Infer(), "positionTablet");
 }
 
-TEST_F(PostureSampler, APropertyThatCannotBeReadMakesATablet) {
+TEST_F(PostureSamplerTest, APropertyThatCannotBeReadMakesATablet) {
   Keyboards() = {{{"PNPClass", "Keyboard"}, {"Present", true}, {"Status", "OK"}},
                  {{"PNPClass", "Keyboard"}, {"Present", true}}};
   EXPECT_EQ(Infer(), "positionTablet");
@@ -210,17 +210,17 @@ TEST_F(PostureSampler, APropertyThatCannotBeReadMakesATablet) {
   EXPECT_EQ(Infer(), "positionTablet");
 }
 
-TEST_F(PostureSampler, WithoutKeyboardsThePositionIsUnknown) {
+TEST_F(PostureSamplerTest, WithoutKeyboardsThePositionIsUnknown) {
   Keyboards().clear();
   EXPECT_EQ(Infer(), "positionUnknown");
 }
 
-TEST_F(PostureSampler, OtherDevicesAreNoKeyboards) {
+TEST_F(PostureSamplerTest, OtherDevicesAreNoKeyboards) {
   Keyboards() = {{{"PNPClass", "Mouse"}, {"Present", false}, {"Status", "Error"}}};
   EXPECT_EQ(Infer(), "positionUnknown");
 }
 
-TEST_F(PostureSampler, AFailedQueryIsAnErrorThatNamesItsSource) {
+TEST_F(PostureSamplerTest, AFailedQueryIsAnErrorThatNamesItsSource) {
   FailKeyboards();
   const Error error = FailureOf([&] { Infer(); });
   EXPECT_EQ(error,
@@ -228,20 +228,20 @@ TEST_F(PostureSampler, AFailedQueryIsAnErrorThatNamesItsSource) {
                   "zt::telemetry::collector::performancesamples::DeviceStateInfoMsg::InferFromKeyboardStatus", ""));
 }
 
-TEST_F(PostureSampler, TheModeStandsInBothRecords) {
+TEST_F(PostureSamplerTest, TheModeStandsInBothRecords) {
   SetAngle(200);
   EXPECT_EQ(Sample(), "positionTent");
   EXPECT_EQ(PerfMessages::amd_pmf_->device_mode(), "positionTent");
   EXPECT_THAT(simulation::RecordedQueries(), testing::IsEmpty());
 }
 
-TEST_F(PostureSampler, AnInvalidModeIsReportedAsItIs) {
+TEST_F(PostureSamplerTest, AnInvalidModeIsReportedAsItIs) {
   SetAngle(10);
   EXPECT_EQ(Sample(), "Invalid");
   EXPECT_EQ(PerfMessages::amd_pmf_->device_mode(), "Invalid");
 }
 
-TEST_F(PostureSampler, TheKeyboardsDecideWhateverKeepsTheSensorFromTelling) {
+TEST_F(PostureSamplerTest, TheKeyboardsDecideWhateverKeepsTheSensorFromTelling) {
   const std::optional<HingeOutcome> outcomes[] = {HingeOutcome::kSensorTimeout, std::nullopt,
                                                   HingeOutcome::kReadingTimeout, HingeOutcome::kNoReading};
   for (const std::optional<HingeOutcome>& outcome : outcomes) {
@@ -253,26 +253,26 @@ TEST_F(PostureSampler, TheKeyboardsDecideWhateverKeepsTheSensorFromTelling) {
   }
 }
 
-TEST_F(PostureSampler, TheKeyboardsDecideWithoutTheWindowsRuntime) {
+TEST_F(PostureSamplerTest, TheKeyboardsDecideWithoutTheWindowsRuntime) {
   SetAngle(110);
   machine_.sensors.apartment = simulation::Failure{tests::kChangedMode};
   EXPECT_EQ(Sample(), "positionClamshell");
 }
 
-TEST_F(PostureSampler, TheKeyboardsDecideWhenTheOrientationFails) {
+TEST_F(PostureSamplerTest, TheKeyboardsDecideWhenTheOrientationFails) {
   SetAngle(10);
   machine_.sensors.orientation = simulation::Failure{tests::kDeviceLost};
   AddKeyboard(false, "OK");
   EXPECT_EQ(Sample(), "positionTablet");
 }
 
-TEST_F(PostureSampler, AnAngleThatIsNoneAsksTheKeyboardsOnce) {
+TEST_F(PostureSamplerTest, AnAngleThatIsNoneAsksTheKeyboardsOnce) {
   SetAngle(-1);
   EXPECT_EQ(Sample(), "positionClamshell");
   EXPECT_EQ(simulation::RecordedQueries().size(), 1U);
 }
 
-TEST_F(PostureSampler, KeyboardsThatFailEndThePassAndLeaveTheRecords) {
+TEST_F(PostureSamplerTest, KeyboardsThatFailEndThePassAndLeaveTheRecords) {
   FailKeyboards();
   EXPECT_EQ(FailureOf([&] { Sample(); }).description, "Error while querying Win32_PnPEntity");
   EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());
@@ -280,14 +280,14 @@ TEST_F(PostureSampler, KeyboardsThatFailEndThePassAndLeaveTheRecords) {
   EXPECT_EQ(simulation::RecordedQueries().size(), 1U);
 }
 
-TEST_F(PostureSampler, KeyboardsThatFailForAnAngleThatIsNoneAreAskedAgain) {
+TEST_F(PostureSamplerTest, KeyboardsThatFailForAnAngleThatIsNoneAreAskedAgain) {
   SetAngle(std::nan(""));
   machine_.wmi.failures = {{"Win32_PnPEntity", tests::kInvalidClass, 1U, 0}};
   EXPECT_EQ(Sample(), "positionClamshell");
   EXPECT_THAT(simulation::RecordedQueries(), testing::ElementsAre(kKeyboardsQuery, kKeyboardsQuery));
 }
 
-TEST_F(PostureSampler, ALaterPassOverwritesTheMode) {
+TEST_F(PostureSamplerTest, ALaterPassOverwritesTheMode) {
   SetAngle(200);
   Sample();
   SetAngle(110);
@@ -295,7 +295,7 @@ TEST_F(PostureSampler, ALaterPassOverwritesTheMode) {
   EXPECT_EQ(PerfMessages::amd_pmf_->device_mode(), "positionPullForward");
 }
 
-TEST_F(PostureSampler, ACopyOfAnotherBuilderUsesItsClient) {
+TEST_F(PostureSamplerTest, ACopyOfAnotherBuilderUsesItsClient) {
   const std::string mode = Answer([](DeviceStateInfoMsg& sampler) {
     const PerfMessages& base = sampler;
     return DeviceStateInfoMsg(base).InferFromKeyboardStatus();
@@ -303,7 +303,9 @@ TEST_F(PostureSampler, ACopyOfAnotherBuilderUsesItsClient) {
   EXPECT_EQ(mode, "positionClamshell");
 }
 
-TEST_F(CollectorTest, AFailedPostureIsOneErrorLineAndTheRecordIsStillSent) {
+class PostureCycleTest : public CollectorTest {};
+
+TEST_F(PostureCycleTest, AFailedPostureIsOneErrorLineAndTheRecordIsStillSent) {
   simulation::Machine machine;
   machine.wmi.failures = {{"Win32_PnPEntity", tests::kInvalidClass, std::nullopt, 0}};
   simulation::UseMachine(machine);
@@ -313,7 +315,7 @@ TEST_F(CollectorTest, AFailedPostureIsOneErrorLineAndTheRecordIsStillSent) {
   EXPECT_FALSE(OnlySent().hw_info().has_device_state());
 }
 
-TEST_F(CollectorTest, ThePostureComesWithTheCyclesRecords) {
+TEST_F(PostureCycleTest, ThePostureComesWithTheCyclesRecords) {
   simulation::Machine machine;
   machine.sensors.hinge = simulation::Hinge{HingeOutcome::kReading, 110};
   simulation::UseMachine(machine);

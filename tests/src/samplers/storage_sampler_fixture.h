@@ -34,7 +34,7 @@ MATCHER_P2(Drive, identity, percent, "") {
   return arg.identity == identity && std::abs(arg.percent - static_cast<float>(percent)) < 0.005F;
 }
 
-class StorageSampler : public SamplerTest {
+class StorageSamplerTest : public SamplerTest {
  protected:
   /// Samples the machine into an empty record; the drives are the shared record's.
   std::vector<Reported> Sample() {

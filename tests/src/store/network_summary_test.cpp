@@ -59,9 +59,9 @@ Json HourWithout(const std::string& key) {
   return Hour(Json::array({changed}));
 }
 
-class NetworkSummary : public testing::Test {
+class NetworkSummaryTest : public testing::Test {
  protected:
-  NetworkSummary() {
+  NetworkSummaryTest() {
     simulation::Machine machine;
     machine.clock = ExampleClock();
     machine.smbios_serial_number = "ZT12345678";
@@ -97,7 +97,7 @@ class NetworkSummary : public testing::Test {
   OpenCollector collector_;
 };
 
-TEST_F(NetworkSummary, SendsOneRecordForEachHour) {
+TEST_F(NetworkSummaryTest, SendsOneRecordForEachHour) {
   Upload({Hour(), Hour()});
   ASSERT_THAT(sink_->sent, SizeIs(2));
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024-05-01T10H_ZT12345678-NE");
@@ -106,7 +106,7 @@ TEST_F(NetworkSummary, SendsOneRecordForEachHour) {
   EXPECT_EQ(sink_->sent[1].collection_id(), "2024-05-01T11H_ZT12345678-NE");
 }
 
-TEST_F(NetworkSummary, FillsEveryFigureOfAnInterface) {
+TEST_F(NetworkSummaryTest, FillsEveryFigureOfAnInterface) {
   const auto& entry = InterfaceOf(Hour());
   EXPECT_EQ(entry.device_id(), "{A}");
   EXPECT_EQ(entry.network_trust_level(), "Private");
@@ -122,71 +122,71 @@ TEST_F(NetworkSummary, FillsEveryFigureOfAnInterface) {
   EXPECT_FALSE(entry.has_network_adapter_type());
 }
 
-TEST_F(NetworkSummary, CutsRatesTowardZero) {
+TEST_F(NetworkSummaryTest, CutsRatesTowardZero) {
   const auto& entry = InterfaceOf(Hour());
   EXPECT_EQ(entry.receive_rate(), 866.0F);
   EXPECT_EQ(entry.transmission_rate(), 1100.0F);
 }
 
-TEST_F(NetworkSummary, SendsSignalStrengthAsTheBitsOfASignedNumber) {
+TEST_F(NetworkSummaryTest, SendsSignalStrengthAsTheBitsOfASignedNumber) {
   EXPECT_EQ(InterfaceOf(Hour()).signal_strength(), 4294967235U);
   EXPECT_EQ(InterfaceOf(HourWith("rssi_avg", 0)).signal_strength(), 0U);
 }
 
-TEST_F(NetworkSummary, ASignalStrengthOutOfRangeIsTheSmallestNumber) {
+TEST_F(NetworkSummaryTest, ASignalStrengthOutOfRangeIsTheSmallestNumber) {
   EXPECT_EQ(InterfaceOf(HourWith("rssi_avg", 1e20)).signal_strength(), 0x80000000U);
   EXPECT_EQ(InterfaceOf(HourWith("rssi_avg", -1e20)).signal_strength(), 0x80000000U);
 }
 
-TEST_F(NetworkSummary, RatesOutOfRangeWrap) {
+TEST_F(NetworkSummaryTest, RatesOutOfRangeWrap) {
   EXPECT_EQ(InterfaceOf(HourWith("rx_avg", -1.0)).receive_rate(), 4294967296.0F);  // 2^32 - 1 as a float
   EXPECT_EQ(InterfaceOf(HourWith("rx_avg", 1e30)).receive_rate(), 0.0F);
   EXPECT_EQ(InterfaceOf(HourWith("speed_avg", 4294967296.0)).nominal_speed(), 0.0F);
 }
 
-TEST_F(NetworkSummary, ByteSumsLosePrecisionAsFloats) {
+TEST_F(NetworkSummaryTest, ByteSumsLosePrecisionAsFloats) {
   EXPECT_EQ(InterfaceOf(HourWith("bytes_received", 16777217)).bytes_received(), 16777216.0F);
 }
 
-TEST_F(NetworkSummary, ANegativeByteSumWraps) {
+TEST_F(NetworkSummaryTest, ANegativeByteSumWraps) {
   EXPECT_EQ(InterfaceOf(HourWith("bytes_sent", -1)).bytes_sent(), 18446744073709551616.0F);
 }
 
-TEST_F(NetworkSummary, AFractionReadAsAnIntegerIsCut) {
+TEST_F(NetworkSummaryTest, AFractionReadAsAnIntegerIsCut) {
   EXPECT_EQ(InterfaceOf(HourWith("channel", 36.9)).channel(), 36U);
   EXPECT_EQ(InterfaceOf(HourWith("bytes_received", 3000.9)).bytes_received(), 3000.0F);
 }
 
-TEST_F(NetworkSummary, AHugeFractionReadAsAnIntegerIsDefined) {
+TEST_F(NetworkSummaryTest, AHugeFractionReadAsAnIntegerIsDefined) {
   EXPECT_EQ(InterfaceOf(HourWith("channel", 1e300)).channel(), 0U);
   EXPECT_EQ(InterfaceOf(HourWith("bytes_received", 1e300)).bytes_received(), 0.0F);
   EXPECT_EQ(InterfaceOf(HourWith("bytes_received", 1e19)).bytes_received(), 1e19F);
   EXPECT_EQ(InterfaceOf(HourWith("bytes_received", -1e300)).bytes_received(), 9223372036854775808.0F);
 }
 
-TEST_F(NetworkSummary, ABooleanCountsAsANumber) {
+TEST_F(NetworkSummaryTest, ABooleanCountsAsANumber) {
   EXPECT_EQ(InterfaceOf(HourWith("is_managed", true)).is_managed_network(), "Managed");
   EXPECT_EQ(InterfaceOf(HourWith("channel", true)).channel(), 1U);
 }
 
-TEST_F(NetworkSummary, AnInterfaceThatIsNotManagedSaysSo) {
+TEST_F(NetworkSummaryTest, AnInterfaceThatIsNotManagedSaysSo) {
   EXPECT_EQ(InterfaceOf(HourWith("is_managed", 0)).is_managed_network(), "Unmanaged");
   EXPECT_EQ(InterfaceOf(HourWith("is_managed", 0.5)).is_managed_network(), "Unmanaged");
   EXPECT_EQ(InterfaceOf(HourWith("is_managed", -3)).is_managed_network(), "Managed");
 }
 
-TEST_F(NetworkSummary, BoundsItsTexts) {
+TEST_F(NetworkSummaryTest, BoundsItsTexts) {
   EXPECT_EQ(InterfaceOf(HourWith("interface_device_id", std::string(200, 'x'))).device_id(), std::string(128, 'x'));
   EXPECT_EQ(InterfaceOf(HourWith("network_trust_level", std::string(40, 'x'))).network_trust_level(),
             std::string(32, 'x'));
   EXPECT_EQ(InterfaceOf(HourWith("radio_type", std::string(40, 'x'))).radio_type(), std::string(32, 'x'));
 }
 
-TEST_F(NetworkSummary, AnEmptyTextIsUnknown) {
+TEST_F(NetworkSummaryTest, AnEmptyTextIsUnknown) {
   EXPECT_EQ(InterfaceOf(HourWith("radio_type", "")).radio_type(), "unknown");
 }
 
-TEST_F(NetworkSummary, TakesTheFirst32InterfacesThatNameTheirDevice) {
+TEST_F(NetworkSummaryTest, TakesTheFirst32InterfacesThatNameTheirDevice) {
   Json interfaces = Json::array();
   for (int i = 0; i < 40; ++i) interfaces.push_back(Interface("{" + std::to_string(i) + "}"));
   interfaces[3]["interface_device_id"] = nullptr;
@@ -197,18 +197,18 @@ TEST_F(NetworkSummary, TakesTheFirst32InterfacesThatNameTheirDevice) {
   EXPECT_EQ(section.interfaces_info(31).device_id(), "{32}");
 }
 
-TEST_F(NetworkSummary, SkipsElementsThatAreNoInterface) {
+TEST_F(NetworkSummaryTest, SkipsElementsThatAreNoInterface) {
   const auto& section = SectionOf(Hour(Json::array({nullptr, 7, "text", Json::array(), Json::object(), Interface()})));
   EXPECT_THAT(section.interfaces_info(), SizeIs(1));
 }
 
-TEST_F(NetworkSummary, AnHourWithoutInterfacesIsSentWithoutThem) {
+TEST_F(NetworkSummaryTest, AnHourWithoutInterfacesIsSentWithoutThem) {
   Json hour = Hour();
   hour.erase("interfaces_info");
   EXPECT_THAT(SectionOf(hour).interfaces_info(), IsEmpty());
 }
 
-TEST_F(NetworkSummary, CarriesTheWifiProfiles) {
+TEST_F(NetworkSummaryTest, CarriesTheWifiProfiles) {
   const auto& profiles = InterfaceOf(HourWith("w_lan_profiles", {Profile("01"), Profile("02")})).w_lan_profiles();
   ASSERT_THAT(profiles, SizeIs(2));
   EXPECT_EQ(profiles[0].w_lan_profile_name(), "01");
@@ -218,7 +218,7 @@ TEST_F(NetworkSummary, CarriesTheWifiProfiles) {
   EXPECT_EQ(profiles[1].w_lan_profile_name(), "02");
 }
 
-TEST_F(NetworkSummary, TakesTheFirst32Profiles) {
+TEST_F(NetworkSummaryTest, TakesTheFirst32Profiles) {
   Json profiles = Json::array();
   for (int i = 0; i < 33; ++i) profiles.push_back(Profile(std::to_string(i)));
   const auto& taken = InterfaceOf(HourWith("w_lan_profiles", profiles)).w_lan_profiles();
@@ -226,7 +226,7 @@ TEST_F(NetworkSummary, TakesTheFirst32Profiles) {
   EXPECT_EQ(taken[31].w_lan_profile_name(), "31");
 }
 
-TEST_F(NetworkSummary, BoundsTheTextsOfAProfile) {
+TEST_F(NetworkSummaryTest, BoundsTheTextsOfAProfile) {
   Json profile = Profile(std::string(200, 'A'));
   profile["profile_encryption"] = "";
   const auto& taken = InterfaceOf(HourWith("w_lan_profiles", Json::array({profile}))).w_lan_profiles(0);
@@ -234,12 +234,12 @@ TEST_F(NetworkSummary, BoundsTheTextsOfAProfile) {
   EXPECT_EQ(taken.w_lan_profile_encryption(), "unknown");
 }
 
-TEST_F(NetworkSummary, AnInterfaceWithoutProfilesHasNone) {
+TEST_F(NetworkSummaryTest, AnInterfaceWithoutProfilesHasNone) {
   EXPECT_THAT(InterfaceOf(HourWithout("w_lan_profiles")).w_lan_profiles(), IsEmpty());
   EXPECT_THAT(InterfaceOf(HourWith("w_lan_profiles", nullptr)).w_lan_profiles(), IsEmpty());
 }
 
-TEST_F(NetworkSummary, CarriesTheTcpStatistics) {
+TEST_F(NetworkSummaryTest, CarriesTheTcpStatistics) {
   const auto& section = SectionOf(Hour());
   EXPECT_EQ(section.tcp_i_p_v4_stats_info().current_connections(), 40U);
   EXPECT_EQ(section.tcp_i_p_v4_stats_info().failed_connections(), 4U);
@@ -247,25 +247,25 @@ TEST_F(NetworkSummary, CarriesTheTcpStatistics) {
   EXPECT_EQ(section.tcp_i_p_v6_stats_info().failed_connections(), 6U);
 }
 
-TEST_F(NetworkSummary, CarriesTheFlags) {
+TEST_F(NetworkSummaryTest, CarriesTheFlags) {
   const auto& section = SectionOf(Hour());
   EXPECT_FALSE(section.is_vpn_connected());
   EXPECT_TRUE(section.has_network_access());
   EXPECT_TRUE(section.has_internet_access());
 }
 
-TEST_F(NetworkSummary, AHourThatIsEmptyOrNoObjectIsNotSent) {
+TEST_F(NetworkSummaryTest, AHourThatIsEmptyOrNoObjectIsNotSent) {
   UploadTexts({"{}", "[]", "null", "[1]", "7", "\"text\""});
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
-TEST_F(NetworkSummary, AHourThatIsNoJsonIsDroppedAndTheNextOneSent) {
+TEST_F(NetworkSummaryTest, AHourThatIsNoJsonIsDroppedAndTheNextOneSent) {
   UploadTexts({"", "{\"num_samples\":", "\xFF\xFE", Hour().dump()});
   ASSERT_THAT(sink_->sent, SizeIs(1));
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024-05-01T13H_ZT12345678-NE");
 }
 
-TEST_F(NetworkSummary, AKeyMissingFromTheHourDropsItWhole) {
+TEST_F(NetworkSummaryTest, AKeyMissingFromTheHourDropsItWhole) {
   for (const char* key : {"has_internet_access", "has_network_access", "is_vpn_connected", "tcp_ipv4_stats_info",
                           "tcp_ipv6_stats_info", "num_samples"}) {
     Json hour = Hour();
@@ -275,7 +275,7 @@ TEST_F(NetworkSummary, AKeyMissingFromTheHourDropsItWhole) {
   }
 }
 
-TEST_F(NetworkSummary, AKeyMissingFromAnInterfaceDropsTheHour) {
+TEST_F(NetworkSummaryTest, AKeyMissingFromAnInterfaceDropsTheHour) {
   const Json complete = Interface();
   for (const auto& [key, value] : complete.items()) {
     if (key == "interface_device_id" || key == "w_lan_profiles") continue;
@@ -284,7 +284,7 @@ TEST_F(NetworkSummary, AKeyMissingFromAnInterfaceDropsTheHour) {
   }
 }
 
-TEST_F(NetworkSummary, AValueOfTheWrongTypeDropsTheHour) {
+TEST_F(NetworkSummaryTest, AValueOfTheWrongTypeDropsTheHour) {
   const Json complete = Interface();
   for (const auto& [key, value] : complete.items()) {
     if (key == "interface_device_id") continue;
@@ -293,14 +293,14 @@ TEST_F(NetworkSummary, AValueOfTheWrongTypeDropsTheHour) {
   }
 }
 
-TEST_F(NetworkSummary, AProfileThatLacksATextDropsTheHour) {
+TEST_F(NetworkSummaryTest, AProfileThatLacksATextDropsTheHour) {
   Json profile = Profile();
   profile.erase("profile_encryption");
   Upload({HourWith("w_lan_profiles", Json::array({profile})), HourWith("w_lan_profiles", Json::array({7}))});
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
-TEST_F(NetworkSummary, NothingOfADroppedHourIsLeftInTheNext) {
+TEST_F(NetworkSummaryTest, NothingOfADroppedHourIsLeftInTheNext) {
   Json broken = Hour(Json::array({Interface("{A}"), Interface("{B}")}));
   broken["num_samples"] = "many";
   Upload({broken, Hour(Json::array())});
@@ -308,32 +308,32 @@ TEST_F(NetworkSummary, NothingOfADroppedHourIsLeftInTheNext) {
   EXPECT_THAT(sink_->sent[0].hw_info().network_info().interfaces_info(), IsEmpty());
 }
 
-TEST_F(NetworkSummary, NothingOfASentHourIsLeftInTheNext) {
+TEST_F(NetworkSummaryTest, NothingOfASentHourIsLeftInTheNext) {
   Upload({Hour(), Hour(Json::array())});
   ASSERT_THAT(sink_->sent, SizeIs(2));
   EXPECT_THAT(sink_->sent[1].hw_info().network_info().interfaces_info(), IsEmpty());
 }
 
-TEST_F(NetworkSummary, AnHourWithoutItsWindowOrItsTextIsNotSent) {
+TEST_F(NetworkSummaryTest, AnHourWithoutItsWindowOrItsTextIsNotSent) {
   std::vector<SummaryRow> rows = {{{"network_info", Hour().dump()}}, {{"hour_window", "2024-05-01T10:00:00.000Z"}}};
   collector_.UploadNetworkSamples(&rows);
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
-TEST_F(NetworkSummary, WithoutRowsNothingHappens) {
+TEST_F(NetworkSummaryTest, WithoutRowsNothingHappens) {
   std::vector<SummaryRow> rows;
   collector_.UploadNetworkSamples(&rows);
   collector_.UploadNetworkSamples(nullptr);
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
-TEST_F(NetworkSummary, AFailedSendDoesNotStopTheNextHour) {
+TEST_F(NetworkSummaryTest, AFailedSendDoesNotStopTheNextHour) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   Upload({Hour(), Hour()});
   EXPECT_THAT(sink_->sent, SizeIs(2));
 }
 
-TEST_F(NetworkSummary, ASendThatThrowsDoesNotStopTheNextHour) {
+TEST_F(NetworkSummaryTest, ASendThatThrowsDoesNotStopTheNextHour) {
   const SummaryRow row = {{"hour_window", "2024-05-01T10:00:00.000Z"}, {"network_info", Hour().dump()}};
   int sends = 0;
   const auto send = [&](const PcLogPerformanceSamplesAsCDM&) {
@@ -344,7 +344,7 @@ TEST_F(NetworkSummary, ASendThatThrowsDoesNotStopTheNextHour) {
   EXPECT_EQ(sends, 2);
 }
 
-TEST_F(NetworkSummary, NoFigureOfASentHourIsLeftInTheNextThatBreaksOff) {
+TEST_F(NetworkSummaryTest, NoFigureOfASentHourIsLeftInTheNextThatBreaksOff) {
   Json flagged = Hour();
   flagged["is_vpn_connected"] = 1;
   Upload({flagged, Hour()});
@@ -353,27 +353,27 @@ TEST_F(NetworkSummary, NoFigureOfASentHourIsLeftInTheNextThatBreaksOff) {
   EXPECT_FALSE(sink_->sent[1].hw_info().network_info().is_vpn_connected());
 }
 
-TEST_F(NetworkSummary, UsesAShortHourWindowWhole) {
+TEST_F(NetworkSummaryTest, UsesAShortHourWindowWhole) {
   std::vector<SummaryRow> rows = {{{"hour_window", "2024"}, {"network_info", Hour().dump()}}};
   collector_.UploadNetworkSamples(&rows);
   ASSERT_THAT(sink_->sent, SizeIs(1));
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024H_ZT12345678-NE");
 }
 
-TEST_F(NetworkSummary, LeavesTheLiveRecordAlone) {
+TEST_F(NetworkSummaryTest, LeavesTheLiveRecordAlone) {
   PerfMessages::Init(&collector_, 50);
   Upload({Hour()});
   EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());
 }
 
-TEST_F(NetworkSummary, ASampleCountBeyond32BitsKeepsItsLowBits) {
+TEST_F(NetworkSummaryTest, ASampleCountBeyond32BitsKeepsItsLowBits) {
   Json hour = Hour();
   hour["num_samples"] = 4294967299;
   Upload({hour});
   EXPECT_EQ(sink_->sent.at(0).sample_points_actual(), 3U);
 }
 
-TEST_F(NetworkSummary, CutsALongIdAtThirty) {
+TEST_F(NetworkSummaryTest, CutsALongIdAtThirty) {
   simulation::Machine machine;
   machine.smbios_serial_number = "ZT1234567890123";
   simulation::UseMachine(machine);

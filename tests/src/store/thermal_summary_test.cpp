@@ -24,9 +24,9 @@ std::string TextOf(const google::protobuf::RepeatedPtrField<
   return text;
 }
 
-class ThermalSummary : public testing::Test {
+class ThermalSummaryTest : public testing::Test {
  protected:
-  ThermalSummary() {
+  ThermalSummaryTest() {
     machine_.clock = ExampleClock();
     machine_.smbios_serial_number = "ZT12345678";
     machine_.wmi.classes["Win32_Processor"] = {{{"DeviceID", "CPU0"}, {"LoadPercentage", 12}}};
@@ -76,7 +76,7 @@ class ThermalSummary : public testing::Test {
   OpenCollector collector_;
 };
 
-TEST_F(ThermalSummary, SendsOneRecordForEachHourInOrder) {
+TEST_F(ThermalSummaryTest, SendsOneRecordForEachHourInOrder) {
   Upload({Hour(), Hour({{"hour_window", "2024-05-01T11:00:00.000Z"}, {"num_samples", "7"}})});
   ASSERT_THAT(sink_->sent, SizeIs(2));
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024-05-01T10H_ZT12345678-TH");
@@ -85,34 +85,34 @@ TEST_F(ThermalSummary, SendsOneRecordForEachHourInOrder) {
   EXPECT_EQ(sink_->sent[1].sample_points_actual(), 7U);
 }
 
-TEST_F(ThermalSummary, StampsEachRecordWithThePresentLocalTime) {
+TEST_F(ThermalSummaryTest, StampsEachRecordWithThePresentLocalTime) {
   Upload({Hour()});
   EXPECT_EQ(sink_->sent[0].local_time(), "2026-03-07T12:20:42.000Z");
 }
 
-TEST_F(ThermalSummary, CutsALongIdAtThirty) {
+TEST_F(ThermalSummaryTest, CutsALongIdAtThirty) {
   machine_.smbios_serial_number = "ZT1234567890123";
   Upload({Hour()});
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024-05-01T10H_ZT1234567890123");
 }
 
-TEST_F(ThermalSummary, SaysUnknownSnOnAMachineWithoutSerialNumber) {
+TEST_F(ThermalSummaryTest, SaysUnknownSnOnAMachineWithoutSerialNumber) {
   machine_.smbios_serial_number.reset();
   Upload({Hour()});
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024-05-01T10H_UNKNOWN_SN-TH");
 }
 
-TEST_F(ThermalSummary, UsesAShortHourWindowWhole) {
+TEST_F(ThermalSummaryTest, UsesAShortHourWindowWhole) {
   Upload({Hour({{"hour_window", "2024"}})});
   EXPECT_EQ(sink_->sent[0].collection_id(), "2024H_ZT12345678-TH");
 }
 
-TEST_F(ThermalSummary, AsksForTheProcessorsOnceForAllHours) {
+TEST_F(ThermalSummaryTest, AsksForTheProcessorsOnceForAllHours) {
   Upload({Hour(), Hour(), Hour()});
   EXPECT_THAT(simulation::RecordedQueries(), ElementsAre("SELECT DeviceID, LoadPercentage FROM Win32_Processor"));
 }
 
-TEST_F(ThermalSummary, CarriesTheProcessorsIdAndLoadInEveryHour) {
+TEST_F(ThermalSummaryTest, CarriesTheProcessorsIdAndLoadInEveryHour) {
   Upload({Hour(), Hour()});
   for (const auto& record : sink_->sent) {
     ASSERT_THAT(record.hw_info().cpus_info(), SizeIs(1));
@@ -122,7 +122,7 @@ TEST_F(ThermalSummary, CarriesTheProcessorsIdAndLoadInEveryHour) {
   }
 }
 
-TEST_F(ThermalSummary, ShowsTheLastProcessorInOneEntry) {
+TEST_F(ThermalSummaryTest, ShowsTheLastProcessorInOneEntry) {
   machine_.wmi.classes["Win32_Processor"].push_back({{"DeviceID", "CPU1"}, {"LoadPercentage", 34}});
   Upload({Hour()});
   ASSERT_THAT(HardwareOf(0).cpus_info(), SizeIs(1));
@@ -130,7 +130,7 @@ TEST_F(ThermalSummary, ShowsTheLastProcessorInOneEntry) {
   EXPECT_EQ(HardwareOf(0).cpus_info(0).utilization_percent(), 34.0F);
 }
 
-TEST_F(ThermalSummary, ALoadThatIsNoNumberDoesNotOverwriteTheOneBefore) {
+TEST_F(ThermalSummaryTest, ALoadThatIsNoNumberDoesNotOverwriteTheOneBefore) {
   machine_.wmi.classes["Win32_Processor"] = {{{"DeviceID", "CPU0"}, {"LoadPercentage", 10}},
                                              {{"DeviceID", "CPU1"}, {"LoadPercentage", std::nan("")}}};
   Upload({Hour()});
@@ -138,13 +138,13 @@ TEST_F(ThermalSummary, ALoadThatIsNoNumberDoesNotOverwriteTheOneBefore) {
   EXPECT_EQ(HardwareOf(0).cpus_info(0).utilization_percent(), 10.0F);
 }
 
-TEST_F(ThermalSummary, ALoadThatCannotBeReadIsZero) {
+TEST_F(ThermalSummaryTest, ALoadThatCannotBeReadIsZero) {
   machine_.wmi.classes["Win32_Processor"] = {{{"DeviceID", "CPU0"}, {"LoadPercentage", 10}}, {{"DeviceID", "CPU1"}}};
   Upload({Hour()});
   EXPECT_EQ(HardwareOf(0).cpus_info(0).utilization_percent(), 0.0F);
 }
 
-TEST_F(ThermalSummary, ReadsOnlyTheFirst32Processors) {
+TEST_F(ThermalSummaryTest, ReadsOnlyTheFirst32Processors) {
   auto& processors = machine_.wmi.classes["Win32_Processor"];
   processors.clear();
   for (int i = 1; i <= 33; ++i) processors.push_back({{"DeviceID", "CPU" + std::to_string(i)}, {"LoadPercentage", i}});
@@ -153,7 +153,7 @@ TEST_F(ThermalSummary, ReadsOnlyTheFirst32Processors) {
   EXPECT_EQ(HardwareOf(0).cpus_info(0).utilization_percent(), 32.0F);
 }
 
-TEST_F(ThermalSummary, WithoutProcessorsTheEntryHoldsTheTemperatureOnly) {
+TEST_F(ThermalSummaryTest, WithoutProcessorsTheEntryHoldsTheTemperatureOnly) {
   machine_.wmi.classes["Win32_Processor"].clear();
   Upload({Hour()});
   ASSERT_THAT(HardwareOf(0).cpus_info(), SizeIs(1));
@@ -162,7 +162,7 @@ TEST_F(ThermalSummary, WithoutProcessorsTheEntryHoldsTheTemperatureOnly) {
   EXPECT_THAT(HardwareOf(0).cpus_info(0).temperature_sensors_info(), SizeIs(1));
 }
 
-TEST_F(ThermalSummary, AFailedProcessorQueryDropsTheProcessorSectionOnly) {
+TEST_F(ThermalSummaryTest, AFailedProcessorQueryDropsTheProcessorSectionOnly) {
   machine_.wmi.failures = {{"Win32_Processor", -1, std::nullopt, 0}};
   Upload({Hour()});
   EXPECT_THAT(HardwareOf(0).cpus_info(), IsEmpty());
@@ -170,30 +170,30 @@ TEST_F(ThermalSummary, AFailedProcessorQueryDropsTheProcessorSectionOnly) {
   EXPECT_THAT(HardwareOf(0).fans_info(), SizeIs(2));
 }
 
-TEST_F(ThermalSummary, CutsTemperaturesTowardZero) {
+TEST_F(ThermalSummaryTest, CutsTemperaturesTowardZero) {
   EXPECT_EQ(CpuTemperature("41.99"), 41U);
   EXPECT_EQ(CpuTemperature("0.9"), 0U);
 }
 
-TEST_F(ThermalSummary, ANegativeTemperatureWraps) {
+TEST_F(ThermalSummaryTest, ANegativeTemperatureWraps) {
   EXPECT_EQ(CpuTemperature("-1.5"), 4294967295U);
   EXPECT_EQ(CpuTemperature("-0.5"), 0U);
 }
 
-TEST_F(ThermalSummary, ATemperatureBeyond32BitsKeepsItsLowBits) {
+TEST_F(ThermalSummaryTest, ATemperatureBeyond32BitsKeepsItsLowBits) {
   EXPECT_EQ(CpuTemperature("4294967296.0"), 0U);
   EXPECT_EQ(CpuTemperature("8589934592.0"), 0U);
   EXPECT_EQ(CpuTemperature("3000000000.0"), 3000000000U);
 }
 
-TEST_F(ThermalSummary, ATemperatureBeyond64BitsOrNotANumberIsZero) {
+TEST_F(ThermalSummaryTest, ATemperatureBeyond64BitsOrNotANumberIsZero) {
   EXPECT_EQ(CpuTemperature("1e30"), 0U);
   EXPECT_EQ(CpuTemperature("-1e30"), 0U);
   EXPECT_EQ(CpuTemperature("inf"), 0U);
   EXPECT_EQ(CpuTemperature("nan"), 0U);
 }
 
-TEST_F(ThermalSummary, NamesItsSensors) {
+TEST_F(ThermalSummaryTest, NamesItsSensors) {
   Upload({Hour()});
   EXPECT_EQ(HardwareOf(0).cpus_info(0).temperature_sensors_info(0).sensor_name(), "cpu_temp");
   const auto& board = HardwareOf(0).system_board_info().temperature_sensors_info();
@@ -204,13 +204,13 @@ TEST_F(ThermalSummary, NamesItsSensors) {
   EXPECT_EQ(board[1].temperature_celsius(), 30U);
 }
 
-TEST_F(ThermalSummary, AMissingProcessorTemperatureDropsThatSensorOnly) {
+TEST_F(ThermalSummaryTest, AMissingProcessorTemperatureDropsThatSensorOnly) {
   Upload({Hour({{"cpu_temp_avg", ""}})});
   EXPECT_THAT(HardwareOf(0).cpus_info(0).temperature_sensors_info(), IsEmpty());
   EXPECT_THAT(HardwareOf(0).system_board_info().temperature_sensors_info(), SizeIs(2));
 }
 
-TEST_F(ThermalSummary, OneMissingBoardReadingDropsBoth) {
+TEST_F(ThermalSummaryTest, OneMissingBoardReadingDropsBoth) {
   for (const char* column : {"ext_sensor_avg", "loc_sensor_avg"}) {
     sink_->sent.clear();
     Upload({Hour({{column, ""}})});
@@ -219,7 +219,7 @@ TEST_F(ThermalSummary, OneMissingBoardReadingDropsBoth) {
   }
 }
 
-TEST_F(ThermalSummary, OneMissingFanReadingDropsBothFans) {
+TEST_F(ThermalSummaryTest, OneMissingFanReadingDropsBothFans) {
   for (const char* column : {"fan1_current_tach_speed_avg", "fan1_target_tach_speed_avg", "fan1_speed_step_avg",
                              "fan2_current_tach_speed_avg", "fan2_target_tach_speed_avg", "fan2_speed_step_avg"}) {
     sink_->sent.clear();
@@ -229,14 +229,14 @@ TEST_F(ThermalSummary, OneMissingFanReadingDropsBothFans) {
   }
 }
 
-TEST_F(ThermalSummary, ATextThatIsNoNumberDropsItsBlockOnly) {
+TEST_F(ThermalSummaryTest, ATextThatIsNoNumberDropsItsBlockOnly) {
   Upload({Hour({{"cpu_temp_avg", "hot"}, {"fan2_speed_step_avg", "1e99"}})});
   EXPECT_THAT(HardwareOf(0).cpus_info(0).temperature_sensors_info(), IsEmpty());
   EXPECT_THAT(HardwareOf(0).fans_info(), IsEmpty());
   EXPECT_THAT(HardwareOf(0).system_board_info().temperature_sensors_info(), SizeIs(2));
 }
 
-TEST_F(ThermalSummary, ReportsBothFansWithTheirStatisticsInOrder) {
+TEST_F(ThermalSummaryTest, ReportsBothFansWithTheirStatisticsInOrder) {
   Upload({Hour()});
   ASSERT_THAT(HardwareOf(0).fans_info(), SizeIs(2));
   EXPECT_EQ(HardwareOf(0).fans_info(0).fan_id(), 1U);
@@ -247,13 +247,13 @@ TEST_F(ThermalSummary, ReportsBothFansWithTheirStatisticsInOrder) {
             "duty_cycle=25.000000 tach_current=2000.000000 tach_target=2200.000000 ");
 }
 
-TEST_F(ThermalSummary, CutsTachometerAveragesButNotTheDutyCycle) {
+TEST_F(ThermalSummaryTest, CutsTachometerAveragesButNotTheDutyCycle) {
   Upload({Hour({{"fan1_current_tach_speed_avg", "1234.9"}, {"fan1_speed_step_avg", "37.5"}})});
   EXPECT_EQ(TextOf(HardwareOf(0).fans_info(0).fan_statistics_info()),
             "duty_cycle=37.500000 tach_current=1234.000000 tach_target=1100.000000 ");
 }
 
-TEST_F(ThermalSummary, AFanThatStoodStillIsNotReported) {
+TEST_F(ThermalSummaryTest, AFanThatStoodStillIsNotReported) {
   Upload({Hour({{"fan1_current_tach_speed_avg", "0.0"},
                 {"fan1_target_tach_speed_avg", "0.0"},
                 {"fan1_speed_step_avg", "0.0"}})});
@@ -261,12 +261,12 @@ TEST_F(ThermalSummary, AFanThatStoodStillIsNotReported) {
   EXPECT_EQ(HardwareOf(0).fans_info(0).fan_id(), 2U);
 }
 
-TEST_F(ThermalSummary, AFanWithATargetOnlyHasThatStatisticOnly) {
+TEST_F(ThermalSummaryTest, AFanWithATargetOnlyHasThatStatisticOnly) {
   Upload({Hour({{"fan1_current_tach_speed_avg", "0.0"}, {"fan1_speed_step_avg", "0.0"}})});
   EXPECT_EQ(TextOf(HardwareOf(0).fans_info(0).fan_statistics_info()), "tach_target=1100.000000 ");
 }
 
-TEST_F(ThermalSummary, AFanSpeedThatIsNoNumberCountsAsRunning) {
+TEST_F(ThermalSummaryTest, AFanSpeedThatIsNoNumberCountsAsRunning) {
   Upload({Hour({{"fan1_current_tach_speed_avg", "nan"},
                 {"fan1_target_tach_speed_avg", "0.0"},
                 {"fan1_speed_step_avg", "0.0"}})});
@@ -274,24 +274,24 @@ TEST_F(ThermalSummary, AFanSpeedThatIsNoNumberCountsAsRunning) {
   EXPECT_EQ(TextOf(HardwareOf(0).fans_info(0).fan_statistics_info()), "tach_current=0.000000 ");
 }
 
-TEST_F(ThermalSummary, AnHourWithoutItsSampleCountIsNotSentAndTheNextOneIs) {
+TEST_F(ThermalSummaryTest, AnHourWithoutItsSampleCountIsNotSentAndTheNextOneIs) {
   Upload({Hour({{"num_samples", ""}}), Hour({{"num_samples", "many"}}), Hour({{"num_samples", "3"}})});
   ASSERT_THAT(sink_->sent, SizeIs(1));
   EXPECT_EQ(sink_->sent[0].sample_points_actual(), 3U);
   EXPECT_THAT(HardwareOf(0).fans_info(), SizeIs(2));
 }
 
-TEST_F(ThermalSummary, AnHourWithoutItsWindowIsNotSent) {
+TEST_F(ThermalSummaryTest, AnHourWithoutItsWindowIsNotSent) {
   Upload({Hour({{"hour_window", ""}})});
   EXPECT_THAT(sink_->sent, IsEmpty());
 }
 
-TEST_F(ThermalSummary, ASampleCountBeyond32BitsKeepsItsLowBits) {
+TEST_F(ThermalSummaryTest, ASampleCountBeyond32BitsKeepsItsLowBits) {
   Upload({Hour({{"num_samples", "4294967299"}})});
   EXPECT_EQ(sink_->sent[0].sample_points_actual(), 3U);
 }
 
-TEST_F(ThermalSummary, NothingOfAnHourIsLeftInTheNext) {
+TEST_F(ThermalSummaryTest, NothingOfAnHourIsLeftInTheNext) {
   Upload({Hour(), {{"hour_window", "2024-05-01T11:00:00.000Z"}, {"num_samples", "1"}}});
   ASSERT_THAT(sink_->sent, SizeIs(2));
   EXPECT_THAT(HardwareOf(1).cpus_info(0).temperature_sensors_info(), IsEmpty());
@@ -299,7 +299,7 @@ TEST_F(ThermalSummary, NothingOfAnHourIsLeftInTheNext) {
   EXPECT_THAT(HardwareOf(1).fans_info(), IsEmpty());
 }
 
-TEST_F(ThermalSummary, WithoutRowsOrClientNothingHappens) {
+TEST_F(ThermalSummaryTest, WithoutRowsOrClientNothingHappens) {
   simulation::UseMachine(machine_);
   shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   std::vector<SummaryRow> rows;
@@ -311,13 +311,13 @@ TEST_F(ThermalSummary, WithoutRowsOrClientNothingHappens) {
   EXPECT_THAT(simulation::RecordedQueries(), IsEmpty());
 }
 
-TEST_F(ThermalSummary, AFailedSendDoesNotStopTheNextHour) {
+TEST_F(ThermalSummaryTest, AFailedSendDoesNotStopTheNextHour) {
   sink_->send_outcome = {5, 1, "no upload today", "", ""};
   Upload({Hour(), Hour()});
   EXPECT_THAT(sink_->sent, SizeIs(2));
 }
 
-TEST_F(ThermalSummary, ASendThatThrowsDoesNotStopTheNextHour) {
+TEST_F(ThermalSummaryTest, ASendThatThrowsDoesNotStopTheNextHour) {
   simulation::UseMachine(machine_);
   shared::wmi::WMIClient wmi(shared::wmi::kSystemNamespace);
   int sends = 0;
@@ -329,7 +329,7 @@ TEST_F(ThermalSummary, ASendThatThrowsDoesNotStopTheNextHour) {
   EXPECT_EQ(sends, 2);
 }
 
-TEST_F(ThermalSummary, LeavesTheLiveRecordAlone) {
+TEST_F(ThermalSummaryTest, LeavesTheLiveRecordAlone) {
   PerfMessages::Init(&collector_, 50);
   Upload({Hour()});
   EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());

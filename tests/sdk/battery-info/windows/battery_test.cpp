@@ -27,20 +27,20 @@ constexpr GUID kBatteries = {0x72631E54, 0x78A4, 0x11D0, {0xBC, 0xF7, 0x00, 0xAA
 constexpr GUID kInputDevices = {0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
 constexpr GUID kNoInterface = {0x01234567, 0x89AB, 0xCDEF, {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}};
 
-TEST(PowerStatus, TellsTheSystemsFlag) {
+TEST(PowerStatusTest, TellsTheSystemsFlag) {
   SYSTEM_POWER_STATUS status{};
   ASSERT_NE(::GetSystemPowerStatus(&status), FALSE);
   EXPECT_EQ(BatteryFlag(), status.BatteryFlag);
 }
 
-TEST(DeviceInterfaces, EveryDeviceHasAPathOfItsOwn) {
+TEST(DeviceInterfacesTest, EveryDeviceHasAPathOfItsOwn) {
   const std::vector<std::wstring> paths = ListDeviceInterfaces(kInputDevices).paths;
   ASSERT_FALSE(paths.empty()) << "no mouse, no keyboard";
   for (const std::wstring& path : paths) EXPECT_TRUE(path.starts_with(LR"(\\?\)")) << path.size();
   EXPECT_EQ(std::set<std::wstring>(paths.begin(), paths.end()).size(), paths.size());
 }
 
-TEST(DeviceInterfaces, AnInterfaceThatNoDeviceOffersHasNoPaths) {
+TEST(DeviceInterfacesTest, AnInterfaceThatNoDeviceOffersHasNoPaths) {
   const auto none = ListDeviceInterfaces(kNoInterface);
   EXPECT_TRUE(none.paths.empty());
   EXPECT_EQ(none.error, static_cast<DWORD>(ERROR_SUCCESS)) << "that there are none is no failure";
@@ -55,13 +55,13 @@ std::vector<int> IndicesOf(ZTBatteries& batteries) {
   return indices;
 }
 
-TEST(LiveBatteries, AreNoneWhereThereIsNoDevice) {
+TEST(LiveBatteriesTest, AreNoneWhereThereIsNoDevice) {
   if (!ListDeviceInterfaces(kBatteries).paths.empty()) GTEST_SKIP() << "this system has a battery";
   ZTBatteries batteries(true, true, nullptr, nullptr);
   EXPECT_THAT(IndicesOf(batteries), testing::IsEmpty());
 }
 
-TEST(LiveBatteries, AreNotAddedToTheRecordWhereThereIsNoDevice) {
+TEST(LiveBatteriesTest, AreNotAddedToTheRecordWhereThereIsNoDevice) {
   if (!ListDeviceInterfaces(kBatteries).paths.empty()) GTEST_SKIP() << "this system has a battery";
   PerfMessages::Init(nullptr, 50);
   BatteryInfoMsg().PopulateStorageAndUploadProtos();

@@ -23,9 +23,9 @@ constexpr std::uint32_t kPeek = 0x11400C;    // FSCTL_PIPE_PEEK: state, bytes to
 constexpr std::uint32_t kNoSuchCode = 0x11FFFC;
 constexpr std::size_t kPeekHeader = 16;
 
-class DeviceControl : public testing::Test {
+class DeviceControlTest : public testing::Test {
  protected:
-  DeviceControl()
+  DeviceControlTest()
       : path_(LR"(\\.\pipe\zt-device-control-)" + std::to_wstring(::GetCurrentProcessId())),
         device_(::CreateNamedPipeW(path_.c_str(), PIPE_ACCESS_DUPLEX | FILE_FLAG_OVERLAPPED, PIPE_TYPE_BYTE, 1, 4096,
                                    4096, 0, nullptr)) {}
@@ -39,7 +39,7 @@ class DeviceControl : public testing::Test {
   UniqueHandle device_;
 };
 
-TEST_F(DeviceControl, GivesTheAnswerAndItsSize) {
+TEST_F(DeviceControlTest, GivesTheAnswerAndItsSize) {
   const UniqueHandle client = Connect();
   DWORD written = 0;
   ASSERT_NE(::WriteFile(client.get(), "abc", 3, &written, nullptr), FALSE);
@@ -51,14 +51,14 @@ TEST_F(DeviceControl, GivesTheAnswerAndItsSize) {
   EXPECT_EQ(answer[kPeekHeader + 2], std::byte{'c'});
 }
 
-TEST_F(DeviceControl, GivesTheErrorOfARequestThatTheDeviceDoesNotKnow) {
+TEST_F(DeviceControlTest, GivesTheErrorOfARequestThatTheDeviceDoesNotKnow) {
   const ControlOutcome outcome = SendControl(device_.get(), kNoSuchCode, {}, {}, 1s);
   EXPECT_NE(outcome.error, static_cast<std::uint32_t>(ERROR_SUCCESS));
   EXPECT_NE(outcome.error, static_cast<std::uint32_t>(ERROR_TIMEOUT));
   EXPECT_EQ(outcome.size, 0U);
 }
 
-TEST_F(DeviceControl, ARequestWithoutAnAnswerIsCancelledAtItsLimit) {
+TEST_F(DeviceControlTest, ARequestWithoutAnAnswerIsCancelledAtItsLimit) {
   const auto begin = std::chrono::steady_clock::now();
   const ControlOutcome outcome = SendControl(device_.get(), kListen, {}, {}, 100ms);
   const auto took = std::chrono::steady_clock::now() - begin;
@@ -67,7 +67,7 @@ TEST_F(DeviceControl, ARequestWithoutAnAnswerIsCancelledAtItsLimit) {
   EXPECT_LT(took, 900ms) << "the driver gives a cancelled request up at once";
 }
 
-TEST_F(DeviceControl, ACancelledRequestDoesNotKeepTheNextOneFromAnAnswer) {
+TEST_F(DeviceControlTest, ACancelledRequestDoesNotKeepTheNextOneFromAnAnswer) {
   ASSERT_EQ(SendControl(device_.get(), kListen, {}, {}, 10ms).error, static_cast<std::uint32_t>(ERROR_TIMEOUT));
   const UniqueHandle client = Connect();
   ASSERT_NE(client.get(), INVALID_HANDLE_VALUE);
@@ -75,11 +75,11 @@ TEST_F(DeviceControl, ACancelledRequestDoesNotKeepTheNextOneFromAnAnswer) {
   EXPECT_EQ(SendControl(device_.get(), kPeek, {}, answer, 1s).error, static_cast<std::uint32_t>(ERROR_SUCCESS));
 }
 
-TEST(DeviceOpening, ADeviceThatIsNotThereIsNull) {
+TEST(DeviceOpeningTest, ADeviceThatIsNotThereIsNull) {
   EXPECT_EQ(OpenDevice(LR"(\\?\acpi#pnp0c0a#no-such-battery)"), nullptr);
 }
 
-TEST(DeviceOpening, ADeviceThatIsThereCanBeAsked) {
+TEST(DeviceOpeningTest, ADeviceThatIsThereCanBeAsked) {
   const UniqueHandle device = OpenDevice(LR"(\\.\NUL)");
   ASSERT_NE(device, nullptr);
   EXPECT_NE(SendControl(device.get(), kNoSuchCode, {}, {}, 1s).error, static_cast<std::uint32_t>(ERROR_SUCCESS));

@@ -215,7 +215,7 @@ TEST_F(WmiClientTest, AProcessIsFoundByItsNumber) {
   const std::wstring id = std::to_wstring(::GetCurrentProcessId());
   GoToRow(L"SELECT ProcessId, Name FROM Win32_Process WHERE ProcessId = " + id);
   EXPECT_EQ(Read<std::uint32_t>(L"ProcessId"), ::GetCurrentProcessId());
-  EXPECT_EQ(Read<std::string>(L"Name"), "windows_live_tests.exe");
+  EXPECT_EQ(Read<std::string>(L"Name"), "sdk_real_tests.exe");
   EXPECT_FALSE(client_.Next());
 }
 

@@ -28,10 +28,10 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-using FullDisk = CollectorTest;
+class FullDiskTest : public CollectorTest {};
 
 // More distinct profiles than the memory holds that a summary may take: the rest goes to a file.
-TEST_F(FullDisk, SamplesThatCannotBeSummarisedStayForTheNextCycle) {
+TEST_F(FullDiskTest, SamplesThatCannotBeSummarisedStayForTheNextCycle) {
   constexpr rlim_t kRoomLeft = 256 * 1024;
   auto store = tests::SampleStore::WithTables(folder_.File("ssm.db"));
   store.AddThermal("2026-03-07T10:00:30.000Z");

@@ -37,7 +37,9 @@ class ReadOnly {
   std::filesystem::path folder_;
 };
 
-TEST_F(StoredSamples, AReadOnlyFileIsSummarisedInEveryCycle) {
+class ReadOnlyFileTest : public StoredSamplesTest {};
+
+TEST_F(ReadOnlyFileTest, AReadOnlyFileIsSummarisedInEveryCycle) {
   auto store = MakeStore();
   store.AddThermal("2026-03-07T10:00:30.000Z");
   store.AddNetwork("2026-03-07T10:00:30.000Z");

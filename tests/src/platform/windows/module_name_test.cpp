@@ -31,22 +31,22 @@ struct LibraryDeleter {
 };
 using Library = std::unique_ptr<HMODULE, LibraryDeleter>;
 
-TEST(ModuleNameTest, AFunctionOfThisProgramLiesInThisProgram) {
-  EXPECT_EQ(ModuleFileName(AddressOf(&SomeFunction)), L"windows_live_tests.exe");
+TEST(SystemModuleNameTest, AFunctionOfThisProgramLiesInThisProgram) {
+  EXPECT_EQ(ModuleFileName(AddressOf(&SomeFunction)), L"collector_real_tests.exe");
 }
 
-TEST(ModuleNameTest, AFunctionOfALibraryLiesInThatLibrary) {
+TEST(SystemModuleNameTest, AFunctionOfALibraryLiesInThatLibrary) {
   const HMODULE library = ::GetModuleHandleW(L"zt-shared-wmi-client.dll");
   ASSERT_TRUE(library != nullptr);
   EXPECT_EQ(ModuleFileName(library), L"zt-shared-wmi-client.dll");
 }
 
-TEST(ModuleNameTest, MemoryOutsideOfModulesHasNoName) {
+TEST(SystemModuleNameTest, MemoryOutsideOfModulesHasNoName) {
   const auto memory = std::make_unique<int>(0);
   EXPECT_EQ(ModuleFileName(memory.get()), L"");
 }
 
-TEST(ModuleNameTest, TheLibraryIsNotHeld) {
+TEST(SystemModuleNameTest, TheLibraryIsNotHeld) {
   ASSERT_TRUE(::GetModuleHandleW(kSomeLibrary) == nullptr);
   {
     const Library library(::LoadLibraryW(kSomeLibrary));
@@ -83,7 +83,7 @@ class LongFolder {
   std::vector<std::wstring> made_;
 };
 
-TEST(ModuleNameTest, AModuleWhosePathDoesNotFitHasNoName) {
+TEST(SystemModuleNameTest, AModuleWhosePathDoesNotFitHasNoName) {
   const LongFolder folder;
   const std::wstring copy = folder.Path() + L"\\copy.dll";
   const Library original(::LoadLibraryW(kSomeLibrary));

@@ -20,14 +20,14 @@ using telemetry::collector::performancesamples::platform::ReadHingeAngle;
 using telemetry::collector::performancesamples::platform::ReadOrientation;
 using telemetry::common::Error;
 
-TEST(PostureSensors, AreAbsentWhereTheSystemHasNone) {
+TEST(PostureSensorsTest, AreAbsentWhereTheSystemHasNone) {
   OnFreshThread([] {
     EXPECT_EQ(ReadHingeAngle().outcome, HingeReading::Outcome::kNoSensor);
     EXPECT_EQ(ReadOrientation().outcome, OrientationReading::Outcome::kNoSensor);
   });
 }
 
-TEST(PostureSensors, LeaveAThreadWithoutComWithoutIt) {
+TEST(PostureSensorsTest, LeaveAThreadWithoutComWithoutIt) {
   OnFreshThread([] {
     ReadHingeAngle();
     ReadOrientation();
@@ -35,7 +35,7 @@ TEST(PostureSensors, LeaveAThreadWithoutComWithoutIt) {
   });
 }
 
-TEST(PostureSensors, AreReadInAMultithreadedApartmentWhichStays) {
+TEST(PostureSensorsTest, AreReadInAMultithreadedApartmentWhichStays) {
   OnThreadWithApartment(COINIT_MULTITHREADED, [] {
     EXPECT_EQ(ReadHingeAngle().outcome, HingeReading::Outcome::kNoSensor);
     EXPECT_EQ(ReadOrientation().outcome, OrientationReading::Outcome::kNoSensor);
@@ -43,7 +43,7 @@ TEST(PostureSensors, AreReadInAMultithreadedApartmentWhichStays) {
   });
 }
 
-TEST(PostureSensors, FailInASingleThreadedApartmentWhichStays) {
+TEST(PostureSensorsTest, FailInASingleThreadedApartmentWhichStays) {
   OnThreadWithApartment(COINIT_APARTMENTTHREADED, [] {
     const std::optional<APTTYPE> before = CurrentApartment();
     EXPECT_EQ(ReadHingeAngle().outcome, HingeReading::Outcome::kFailed);
@@ -54,7 +54,7 @@ TEST(PostureSensors, FailInASingleThreadedApartmentWhichStays) {
   });
 }
 
-TEST(PostureSensors, CanBeReadAgainAndAgain) {
+TEST(PostureSensorsTest, CanBeReadAgainAndAgain) {
   OnFreshThread([] {
     for (int i = 0; i < 20; ++i) EXPECT_EQ(ReadHingeAngle().outcome, HingeReading::Outcome::kNoSensor);
     EXPECT_EQ(CurrentApartment(), std::nullopt);
@@ -93,19 +93,19 @@ std::string TextOrFailure(const Ask& ask) {
   }
 }
 
-TEST(Posture, OfTheKeyboardsIsWhatWmiTellsOfThem) {
+TEST(PostureTest, OfTheKeyboardsIsWhatWmiTellsOfThem) {
   shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   DeviceStateInfoMsg sampler(&wmi);
   EXPECT_EQ(TextOrFailure([&] { return sampler.InferFromKeyboardStatus(); }), KeyboardsTell());
 }
 
-TEST(Posture, OfTheHingeIsMissingWithoutItsSensor) {
+TEST(PostureTest, OfTheHingeIsMissingWithoutItsSensor) {
   shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   DeviceStateInfoMsg sampler(&wmi);
   EXPECT_EQ(TextOrFailure([&] { return sampler.GetPosition(); }), "Invalid sensor. No hinge angle sensor available");
 }
 
-TEST(Posture, IsTheKeyboardsWithoutAHingeSensor) {
+TEST(PostureTest, IsTheKeyboardsWithoutAHingeSensor) {
   PerfMessages::Init(nullptr, 50);
   shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   DeviceStateInfoMsg sampler(&wmi);

@@ -23,7 +23,7 @@ using telemetry::collector::performancesamples::platform::ReadOrientation;
 constexpr milliseconds kLimit{100};
 constexpr milliseconds kTooLong{60'000};
 
-class SensorReading : public testing::Test {
+class SensorReadingTest : public testing::Test {
  protected:
   /// Reads the scripted hinge; every object that the reading was given must be gone afterwards.
   HingeReading ReadHinge() {
@@ -62,7 +62,7 @@ class SensorReading : public testing::Test {
   milliseconds took_{0};
 };
 
-TEST_F(SensorReading, GivesTheAngle) {
+TEST_F(SensorReadingTest, GivesTheAngle) {
   hinge_.angle = 110.25;
   const HingeReading reading = ReadHinge();
   EXPECT_EQ(reading.outcome, HingeReading::Outcome::kAngle);
@@ -70,31 +70,31 @@ TEST_F(SensorReading, GivesTheAngle) {
   EXPECT_EQ(hinge_.sensor.cancelled + hinge_.reading.cancelled, 0);
 }
 
-TEST_F(SensorReading, GivesAnAngleThatIsNoNumber) {
+TEST_F(SensorReadingTest, GivesAnAngleThatIsNoNumber) {
   hinge_.angle = std::nan("");
   EXPECT_TRUE(std::isnan(ReadHinge().angle_degrees));
 }
 
-TEST_F(SensorReading, WaitsForOperationsThatTakeAWhile) {
+TEST_F(SensorReadingTest, WaitsForOperationsThatTakeAWhile) {
   hinge_.angle = 45;
   hinge_.sensor.duration = hinge_.reading.duration = milliseconds(30);
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kAngle);
   EXPECT_GE(took_, milliseconds(60));
 }
 
-TEST_F(SensorReading, ADeviceWithoutTheSensorHasNone) {
+TEST_F(SensorReadingTest, ADeviceWithoutTheSensorHasNone) {
   hinge_.has_sensor = false;
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kNoSensor);
 }
 
-TEST_F(SensorReading, ASensorThatTakesTooLongIsCancelledAndLetGo) {
+TEST_F(SensorReadingTest, ASensorThatTakesTooLongIsCancelledAndLetGo) {
   hinge_.sensor.duration = kTooLong;
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kSensorTimedOut);
   EXPECT_EQ(hinge_.sensor.cancelled, 1);
   EXPECT_GE(took_, kLimit);
 }
 
-TEST_F(SensorReading, AReadingThatTakesTooLongIsCancelledAndLetGo) {
+TEST_F(SensorReadingTest, AReadingThatTakesTooLongIsCancelledAndLetGo) {
   hinge_.reading.duration = kTooLong;
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kReadingTimedOut);
   EXPECT_EQ(hinge_.sensor.cancelled, 0);
@@ -105,13 +105,13 @@ TEST_F(SensorReading, AReadingThatTakesTooLongIsCancelledAndLetGo) {
 constexpr milliseconds kHalfASecond{500};
 constexpr milliseconds kHalfAMinute{30'000};
 
-TEST_F(SensorReading, TheCollectorWaitsForASensorForHalfASecond) {
+TEST_F(SensorReadingTest, TheCollectorWaitsForASensorForHalfASecond) {
   limit_.reset();
   hinge_.sensor.duration = hinge_.reading.duration = kHalfASecond;
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kAngle);
 }
 
-TEST_F(SensorReading, TheCollectorDoesNotWaitForASensorForHalfAMinute) {
+TEST_F(SensorReadingTest, TheCollectorDoesNotWaitForASensorForHalfAMinute) {
   limit_.reset();
   hinge_.sensor.duration = kHalfAMinute;
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kSensorTimedOut);
@@ -120,12 +120,12 @@ TEST_F(SensorReading, TheCollectorDoesNotWaitForASensorForHalfAMinute) {
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kReadingTimedOut);
 }
 
-TEST_F(SensorReading, ASensorWithoutAReadingHasNone) {
+TEST_F(SensorReadingTest, ASensorWithoutAReadingHasNone) {
   hinge_.has_reading = false;
   EXPECT_EQ(ReadHinge().outcome, HingeReading::Outcome::kNoReading);
 }
 
-TEST_F(SensorReading, EachCallOfEitherOperationCanFailAlone) {
+TEST_F(SensorReadingTest, EachCallOfEitherOperationCanFailAlone) {
   for (OperationScript HingeScript::*operation : {&HingeScript::sensor, &HingeScript::reading}) {
     for (HRESULT OperationScript::*call :
          {&OperationScript::start, &OperationScript::info, &OperationScript::state, &OperationScript::results}) {
@@ -136,7 +136,7 @@ TEST_F(SensorReading, EachCallOfEitherOperationCanFailAlone) {
   }
 }
 
-TEST_F(SensorReading, AnOperationThatEndsInAnErrorFailsWithIt) {
+TEST_F(SensorReadingTest, AnOperationThatEndsInAnErrorFailsWithIt) {
   for (OperationScript HingeScript::*operation : {&HingeScript::sensor, &HingeScript::reading}) {
     hinge_ = {};
     (hinge_.*operation).ends_as = abi::AsyncState::kError;
@@ -145,22 +145,22 @@ TEST_F(SensorReading, AnOperationThatEndsInAnErrorFailsWithIt) {
   }
 }
 
-TEST_F(SensorReading, AnOperationThatSomebodyElseCancelsFails) {
+TEST_F(SensorReadingTest, AnOperationThatSomebodyElseCancelsFails) {
   hinge_.reading.ends_as = abi::AsyncState::kCanceled;
   ExpectHingeFails(E_ABORT);
 }
 
-TEST_F(SensorReading, AStartWithoutAnOperationFails) {
+TEST_F(SensorReadingTest, AStartWithoutAnOperationFails) {
   hinge_.sensor.starts_with_null = true;
   ExpectHingeFails(E_POINTER);
 }
 
-TEST_F(SensorReading, AnAngleThatCannotBeReadFails) {
+TEST_F(SensorReadingTest, AnAngleThatCannotBeReadFails) {
   hinge_.get_angle = tests::kDeviceLost;
   ExpectHingeFails(tests::kDeviceLost);
 }
 
-TEST_F(SensorReading, GivesTheOrientation) {
+TEST_F(SensorReadingTest, GivesTheOrientation) {
   for (INT32 orientation = 0; orientation <= 5; ++orientation) {
     orientation_.orientation = orientation;
     const OrientationReading reading = ReadHeld();
@@ -169,12 +169,12 @@ TEST_F(SensorReading, GivesTheOrientation) {
   }
 }
 
-TEST_F(SensorReading, ADeviceWithoutTheOrientationSensorHasNone) {
+TEST_F(SensorReadingTest, ADeviceWithoutTheOrientationSensorHasNone) {
   orientation_.has_sensor = false;
   EXPECT_EQ(ReadHeld().outcome, OrientationReading::Outcome::kNoSensor);
 }
 
-TEST_F(SensorReading, EachCallOfTheOrientationCanFailAlone) {
+TEST_F(SensorReadingTest, EachCallOfTheOrientationCanFailAlone) {
   for (HRESULT OrientationScript::*call : {&OrientationScript::get_default, &OrientationScript::get_orientation}) {
     orientation_ = {};
     orientation_.*call = tests::kDeviceLost;
@@ -193,7 +193,7 @@ HRESULT CallAt(std::size_t place, IUnknown& object, Arguments... arguments) {
   return operation(&object, arguments...);
 }
 
-TEST_F(SensorReading, TheOperationsStandWhereTheSystemHasThem) {
+TEST_F(SensorReadingTest, TheOperationsStandWhereTheSystemHasThem) {
   hinge_.angle = 12.5;
   hinge_.sensor.error = tests::kDeviceLost;
   orientation_.orientation = 3;

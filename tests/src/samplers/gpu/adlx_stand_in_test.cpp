@@ -15,9 +15,9 @@ constexpr std::uint64_t kVersion = 0x0001'0002'0000'0048;
 constexpr std::uint32_t kFirst = 1;
 
 /// The library, started on a machine with one card.
-class AdlxStandIn : public testing::Test {
+class AdlxStandInTest : public testing::Test {
  protected:
-  AdlxStandIn() {
+  AdlxStandInTest() {
     simulation::UseMachine(tests::WithAmd({FullAmdCard()}));
     library_ = platform::Library::Search("amdadlx64.dll", 0);
     EXPECT_EQ(Functions::In(library_).Get<"ADLXInitialize">()(kVersion, &system_), ADLX_OK);
@@ -37,7 +37,7 @@ class AdlxStandIn : public testing::Test {
   IADLXPerformanceMonitoringServices* services_ = nullptr;
 };
 
-TEST_F(AdlxStandIn, HasNoFaultToTellOfACallerWhoDoesAsHeMust) {
+TEST_F(AdlxStandInTest, HasNoFaultToTellOfACallerWhoDoesAsHeMust) {
   services_->Release();
   gpu_->Release();
   list_->Release();
@@ -45,19 +45,19 @@ TEST_F(AdlxStandIn, HasNoFaultToTellOfACallerWhoDoesAsHeMust) {
   EXPECT_THAT(Faults(), IsEmpty());
 }
 
-TEST_F(AdlxStandIn, TellsOfAMethodOfAReleasedInterface) {
+TEST_F(AdlxStandInTest, TellsOfAMethodOfAReleasedInterface) {
   list_->Release();
   EXPECT_EQ(list_->Begin(), 0U);
   EXPECT_THAT(Faults(), ElementsAre("IADLXGPUList::Begin of a released interface"));
 }
 
-TEST_F(AdlxStandIn, TellsOfASecondRelease) {
+TEST_F(AdlxStandInTest, TellsOfASecondRelease) {
   gpu_->Release();
   gpu_->Release();
   EXPECT_THAT(Faults(), ElementsAre("IADLXGPU::Release of a released interface"));
 }
 
-TEST_F(AdlxStandIn, AReleasedInterfaceCannotBeTakenUpAgain) {
+TEST_F(AdlxStandInTest, AReleasedInterfaceCannotBeTakenUpAgain) {
   gpu_->Release();
   EXPECT_EQ(gpu_->Acquire(), 0);
   const char* text = nullptr;
@@ -66,7 +66,7 @@ TEST_F(AdlxStandIn, AReleasedInterfaceCannotBeTakenUpAgain) {
               ElementsAre("IADLXGPU::Acquire of a released interface", "IADLXGPU::VendorId of a released interface"));
 }
 
-TEST_F(AdlxStandIn, TellsOfAReleasedCardThatIsHandedToTheServices) {
+TEST_F(AdlxStandInTest, TellsOfAReleasedCardThatIsHandedToTheServices) {
   gpu_->Release();
   IADLXGPUMetrics* metrics = nullptr;
   IADLXGPUMetricsSupport* support = nullptr;
@@ -76,7 +76,7 @@ TEST_F(AdlxStandIn, TellsOfAReleasedCardThatIsHandedToTheServices) {
                                     "IADLXGPU given to GetSupportedGPUMetrics of a released interface"));
 }
 
-TEST_F(AdlxStandIn, ATextIsUnreadableOnceItsCardIsReleased) {
+TEST_F(AdlxStandInTest, ATextIsUnreadableOnceItsCardIsReleased) {
   const char* vendor = nullptr;
   const char* device = nullptr;
   ASSERT_EQ(gpu_->VendorId(&vendor), ADLX_OK);
@@ -88,7 +88,7 @@ TEST_F(AdlxStandIn, ATextIsUnreadableOnceItsCardIsReleased) {
   EXPECT_STREQ(device, "####");
 }
 
-TEST_F(AdlxStandIn, ATextIsReadableWhileAReferenceIsLeft) {
+TEST_F(AdlxStandInTest, ATextIsReadableWhileAReferenceIsLeft) {
   const char* vendor = nullptr;
   ASSERT_EQ(gpu_->VendorId(&vendor), ADLX_OK);
   gpu_->Acquire();
@@ -96,14 +96,14 @@ TEST_F(AdlxStandIn, ATextIsReadableWhileAReferenceIsLeft) {
   EXPECT_STREQ(vendor, "1002");
 }
 
-TEST_F(AdlxStandIn, TellsOfInterfacesThatAreLeftAtTheStopAndOfTheirUse) {
+TEST_F(AdlxStandInTest, TellsOfInterfacesThatAreLeftAtTheStopAndOfTheirUse) {
   Terminate();
   list_->Begin();
   EXPECT_THAT(Faults(), ElementsAre("terminated before every interface was released",
                                     "IADLXGPUList::Begin of a stopped library"));
 }
 
-TEST_F(AdlxStandIn, TellsOfASystemThatIsAskedAfterTheStop) {
+TEST_F(AdlxStandInTest, TellsOfASystemThatIsAskedAfterTheStop) {
   services_->Release();
   gpu_->Release();
   list_->Release();
@@ -116,7 +116,7 @@ TEST_F(AdlxStandIn, TellsOfASystemThatIsAskedAfterTheStop) {
                                     "IADLXSystem::GetPerformanceMonitoringServices of a stopped library"));
 }
 
-TEST_F(AdlxStandIn, TellsOfAStartWithAnotherVersion) {
+TEST_F(AdlxStandInTest, TellsOfAStartWithAnotherVersion) {
   Functions::In(library_).Get<"ADLXInitialize">()(kVersion + 1, &system_);
   EXPECT_THAT(Faults(), ElementsAre("started with an unknown version"));
 }

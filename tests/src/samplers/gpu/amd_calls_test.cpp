@@ -95,9 +95,9 @@ const std::vector<AdlxCase>& AdlxCases() {
   return cases;
 }
 
-class AmdCall : public testing::TestWithParam<AdlxCase> {};
+class AmdCallTest : public testing::TestWithParam<AdlxCase> {};
 
-TEST_P(AmdCall, ThatFailsCostsItsOwnFieldsOnly) {
+TEST_P(AmdCallTest, ThatFailsCostsItsOwnFieldsOnly) {
   Machine machine = OneCard();
   GetParam().break_it(machine.adlx->gpus[0]);
   const Answer answer = Ask<AmdCardInfo>(machine);
@@ -108,10 +108,10 @@ TEST_P(AmdCall, ThatFailsCostsItsOwnFieldsOnly) {
   EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
   ExpectNoReferenceLeft();
 }
-INSTANTIATE_TEST_SUITE_P(Each, AmdCall, testing::ValuesIn(AdlxCases()),
+INSTANTIATE_TEST_SUITE_P(Each, AmdCallTest, testing::ValuesIn(AdlxCases()),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(AmdCalls, ThatAllSucceedReleaseEveryInterfaceOnce) {
+TEST(AmdCallsTest, ThatAllSucceedReleaseEveryInterfaceOnce) {
   const Answer answer = Ask<AmdCardInfo>(OneCard());
   EXPECT_EQ(Describe(answer.cards.at(0)), Describe(FullAnswer()));
   constexpr std::uint64_t kServicesListAndThreeForTheCard = 5;
@@ -119,7 +119,7 @@ TEST(AmdCalls, ThatAllSucceedReleaseEveryInterfaceOnce) {
   ExpectNoReferenceLeft();
 }
 
-TEST(AmdCalls, RunInTheirOrder) {
+TEST(AmdCallsTest, RunInTheirOrder) {
   Ask<AmdCardInfo>(OneCard());
   EXPECT_THAT(
       CallsInOrder(),
@@ -137,7 +137,7 @@ TEST(AmdCalls, RunInTheirOrder) {
                            "IADLXPerformanceMonitoringServices::Release", "ADLXTerminate"));
 }
 
-TEST(AmdCalls, ACardThatTheListDoesNotGiveIsPassedOver) {
+TEST(AmdCallsTest, ACardThatTheListDoesNotGiveIsPassedOver) {
   Machine machine = WithAmd({FullAmdCard("a"), FullAmdCard("b"), FullAmdCard("c")});
   machine.adlx->gpus[1].open = 3;
   const Answer answer = Ask<AmdCardInfo>(machine);
@@ -155,28 +155,28 @@ void ExpectFailure(const Machine& machine, std::int64_t code, const std::string&
   ExpectNoReferenceLeft();
 }
 
-TEST(AmdCalls, AStartThatFailsIsTold) {
+TEST(AmdCallsTest, AStartThatFailsIsTold) {
   Machine machine = OneCard();
   machine.adlx->initialize = 5;
   ExpectFailure(machine, 5, "Error while initializing ADLX lib");
   EXPECT_EQ(Calls("ADLXTerminate"), 1U) << "the library is stopped whenever it was loaded";
 }
 
-TEST(AmdCalls, MonitoringServicesThatFailAreTold) {
+TEST(AmdCallsTest, MonitoringServicesThatFailAreTold) {
   Machine machine = OneCard();
   machine.adlx->performance_services = 12;
   ExpectFailure(machine, 12, "Error while getting ADLX performance monitoring services");
   EXPECT_EQ(Calls("IADLXSystem::GetGPUs"), 0U);
 }
 
-TEST(AmdCalls, AListOfCardsThatFailsIsTold) {
+TEST(AmdCallsTest, AListOfCardsThatFailsIsTold) {
   Machine machine = OneCard();
   machine.adlx->gpu_list = 9;
   ExpectFailure(machine, 9, "Error while getting availables amd gpus");
   EXPECT_EQ(CurrentVendorRecord().interfaces_handed_out, 1U) << "the services, which are released";
 }
 
-TEST(AmdCalls, ResultsBelowThreeAreSuccesses) {
+TEST(AmdCallsTest, ResultsBelowThreeAreSuccesses) {
   for (const std::uint32_t result : {0U, 1U, 2U}) {
     Machine machine = OneCard();
     machine.adlx->initialize = result;
@@ -187,7 +187,7 @@ TEST(AmdCalls, ResultsBelowThreeAreSuccesses) {
   }
 }
 
-TEST(AmdCalls, ResultsFromThreeOnAreFailures) {
+TEST(AmdCallsTest, ResultsFromThreeOnAreFailures) {
   Machine machine = OneCard();
   machine.adlx->performance_services = 3;
   EXPECT_EQ(Ask<AmdCardInfo>(machine).error.code, 3);
@@ -200,9 +200,9 @@ TEST(AmdCalls, ResultsFromThreeOnAreFailures) {
 }
 
 // All six are asked for, although two are never called.
-class AmdFunction : public testing::TestWithParam<const char*> {};
+class AmdFunctionTest : public testing::TestWithParam<const char*> {};
 
-TEST_P(AmdFunction, MissingIsAFailedStart) {
+TEST_P(AmdFunctionTest, MissingIsAFailedStart) {
   Machine machine = OneCard();
   machine.adlx->missing_functions = {GetParam()};
   ExpectFailure(machine, 3, "Error while initializing ADLX lib");
@@ -210,7 +210,7 @@ TEST_P(AmdFunction, MissingIsAFailedStart) {
   const bool can_be_stopped = GetParam() != std::string("ADLXTerminate");
   EXPECT_EQ(Calls("ADLXTerminate"), can_be_stopped ? 1U : 0U);
 }
-INSTANTIATE_TEST_SUITE_P(Each, AmdFunction,
+INSTANTIATE_TEST_SUITE_P(Each, AmdFunctionTest,
                          testing::Values("ADLXQueryFullVersion", "ADLXQueryVersion", "ADLXInitializeWithCallerAdl",
                                          "ADLXInitializeWithIncompatibleDriver", "ADLXInitialize", "ADLXTerminate"),
                          [](const auto& tested) { return std::string(tested.param); });

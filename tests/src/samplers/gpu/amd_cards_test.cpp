@@ -22,7 +22,7 @@ GraphicCardInfo AskOne(const AdlxGpu& gpu) {
   return answer.cards.at(0);
 }
 
-TEST(AmdCards, FillsWhatTheLibraryTells) {
+TEST(AmdCardsTest, FillsWhatTheLibraryTells) {
   Machine machine = WithAmd({FullAmdCard()});
   tests::AddAdapter(machine, "VEN_1002&DEV_744C&SUBSYS_1&REV_C8", "PCI bus 3, device 0, function 0;(3,0,0)");
   const Answer answer = Ask<AmdCardInfo>(machine);
@@ -40,32 +40,32 @@ TEST(AmdCards, FillsWhatTheLibraryTells) {
   EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
 }
 
-TEST(AmdCards, TheLibraryIsLookedForInTheFoldersOfApplicationUserAndSystem) {
+TEST(AmdCardsTest, TheLibraryIsLookedForInTheFoldersOfApplicationUserAndSystem) {
   Ask<AmdCardInfo>(WithAmd({}));
   constexpr std::uint32_t kApplicationUserSystemAndDefaultFolders = 0x200 | 0x400 | 0x800 | 0x1000;
   EXPECT_THAT(CurrentVendorRecord().search_flags,
               testing::ElementsAre(testing::Pair("amdadlx64.dll", kApplicationUserSystemAndDefaultFolders)));
 }
 
-TEST(AmdCards, AMachineWithoutTheLibraryFails) {
+TEST(AmdCardsTest, AMachineWithoutTheLibraryFails) {
   const Answer answer = Ask<AmdCardInfo>({});
   EXPECT_EQ(answer.error, Error(5, 3, "Error while initializing ADLX lib", typeid(ADLX_RESULT).name(), ""));
   EXPECT_THAT(answer.cards, IsEmpty());
 }
 
-TEST(AmdCards, NoCardIsASuccess) {
+TEST(AmdCardsTest, NoCardIsASuccess) {
   const Answer answer = Ask<AmdCardInfo>(WithAmd({}));
   EXPECT_EQ(answer.error, Error());
   EXPECT_THAT(answer.cards, IsEmpty());
   ExpectNoReferenceLeft();
 }
 
-TEST(AmdCards, ThirtyThreeCardsAreAllToldAndReleased) {
+TEST(AmdCardsTest, ThirtyThreeCardsAreAllToldAndReleased) {
   EXPECT_THAT(Ask<AmdCardInfo>(WithAmd(std::vector<AdlxGpu>(33, FullAmdCard()))).cards, SizeIs(33));
   ExpectNoReferenceLeft();
 }
 
-TEST(AmdCards, AreAppendedToWhatIsThere) {
+TEST(AmdCardsTest, AreAppendedToWhatIsThere) {
   simulation::UseMachine(WithAmd({FullAmdCard("a"), FullAmdCard("b")}));
   std::vector<GraphicCardInfo> cards(1);
   AmdCardInfo().QueryValues(&cards);
@@ -74,7 +74,7 @@ TEST(AmdCards, AreAppendedToWhatIsThere) {
   EXPECT_EQ(cards[2].serial_number, "b");
 }
 
-TEST(AmdCards, TheTemperatureIsCutToWholeDegrees) {
+TEST(AmdCardsTest, TheTemperatureIsCutToWholeDegrees) {
   const auto degrees = [](double celsius) {
     AdlxGpu gpu = FullAmdCard();
     gpu.temperature_celsius = celsius;
@@ -86,17 +86,17 @@ TEST(AmdCards, TheTemperatureIsCutToWholeDegrees) {
   EXPECT_EQ(degrees(std::numeric_limits<double>::quiet_NaN()), 0U);
 }
 
-TEST(AmdCards, AClockBelowZeroIsPassedOn) {
+TEST(AmdCardsTest, AClockBelowZeroIsPassedOn) {
   AdlxGpu gpu = FullAmdCard();
   gpu.clock_mhz = -1;
   EXPECT_EQ(AskOne(gpu).gpu_clock_mhz, -1.0F);
 }
 
-TEST(AmdCards, TheMemoryShareIsThatOfMemoryInUse) {
+TEST(AmdCardsTest, TheMemoryShareIsThatOfMemoryInUse) {
   EXPECT_EQ(AskOne(FullAmdCard()).memory_controller_utilization_percent, 25.0F);
 }
 
-TEST(AmdCards, TheMemoryShareIsComputedInSinglePrecision) {
+TEST(AmdCardsTest, TheMemoryShareIsComputedInSinglePrecision) {
   AdlxGpu gpu = FullAmdCard();
   gpu.memory_used_mb = 1234;
   gpu.total_memory_mb = 16368U;
@@ -104,7 +104,7 @@ TEST(AmdCards, TheMemoryShareIsComputedInSinglePrecision) {
   EXPECT_EQ(AskOne(gpu).memory_controller_utilization_percent, 7.53910112F);
 }
 
-TEST(AmdCards, WithoutATotalTheMemoryShareIsNoNumberOrInfinite) {
+TEST(AmdCardsTest, WithoutATotalTheMemoryShareIsNoNumberOrInfinite) {
   AdlxGpu gpu = FullAmdCard();
   gpu.total_memory_mb = 0U;
   EXPECT_EQ(AskOne(gpu).memory_controller_utilization_percent, std::numeric_limits<float>::infinity());
@@ -114,7 +114,7 @@ TEST(AmdCards, WithoutATotalTheMemoryShareIsNoNumberOrInfinite) {
   EXPECT_TRUE(std::isnan(AskOne(gpu).memory_controller_utilization_percent));
 }
 
-TEST(AmdCards, AnAskedBackEndCanBeAskedAgain) {
+TEST(AmdCardsTest, AnAskedBackEndCanBeAskedAgain) {
   simulation::UseMachine(WithAmd({FullAmdCard()}));
   {
     AmdCardInfo amd;
@@ -129,13 +129,13 @@ TEST(AmdCards, AnAskedBackEndCanBeAskedAgain) {
   ExpectNoReferenceLeft();
 }
 
-TEST(AmdCards, ABackEndThatIsNeverAskedLoadsNothing) {
+TEST(AmdCardsTest, ABackEndThatIsNeverAskedLoadsNothing) {
   simulation::UseMachine(WithAmd({FullAmdCard()}));
   { const AmdCardInfo unasked; }
   EXPECT_THAT(CurrentVendorRecord().calls, IsEmpty());
 }
 
-TEST(AmdHelper, TellsTheLibrarysVersion) {
+TEST(AmdHelperTest, TellsTheLibrarysVersion) {
   simulation::UseMachine(WithAmd({}));
   ADLXHelper helper;
   EXPECT_EQ(helper.Version(), "");

@@ -15,7 +15,9 @@ using tests::Machine;
 using tests::WithAmd;
 using tests::WithNvidia;
 
-TEST_F(GpuSampler, FillsEveryFieldOfAnNvidiaCard) {
+class GpuEntryTest : public GpuSamplerTest {};
+
+TEST_F(GpuEntryTest, FillsEveryFieldOfAnNvidiaCard) {
   const auto& entry = SampleOne(WithNvidia({FullNvidiaCard()}));
   EXPECT_EQ(entry.gpus_utilization_percent(), 98.0F);
   EXPECT_EQ(entry.gpus_clock_mhz(), 2505.0F);
@@ -32,7 +34,7 @@ TEST_F(GpuSampler, FillsEveryFieldOfAnNvidiaCard) {
   EXPECT_EQ(entry.graphics_card_serial_number(), "1650000000001");
 }
 
-TEST_F(GpuSampler, SetsEveryFieldEvenWhereItIsZero) {
+TEST_F(GpuEntryTest, SetsEveryFieldEvenWhereItIsZero) {
   Machine machine = WithAmd({tests::AdlxGpu()});
   machine.adlx->gpus[0].total_memory_mb = 1U;
   const auto& entry = SampleOne(machine);
@@ -52,7 +54,7 @@ TEST_F(GpuSampler, SetsEveryFieldEvenWhereItIsZero) {
   EXPECT_EQ(entry.memory_controller_utilization_percent(), 0.0F);
 }
 
-TEST_F(GpuSampler, AMemoryShareThatIsNoNumberStaysUnset) {
+TEST_F(GpuEntryTest, AMemoryShareThatIsNoNumberStaysUnset) {
   tests::NvmlDevice card = FullNvidiaCard();
   card.memory_total_bytes = std::uint64_t{0};
   card.memory_used_bytes = std::uint64_t{0};
@@ -61,7 +63,7 @@ TEST_F(GpuSampler, AMemoryShareThatIsNoNumberStaysUnset) {
   EXPECT_TRUE(entry.has_memory_used_mb());
 }
 
-TEST_F(GpuSampler, AMemoryShareOfZeroIsWritten) {
+TEST_F(GpuEntryTest, AMemoryShareOfZeroIsWritten) {
   tests::NvmlDevice card = FullNvidiaCard();
   card.memory_used_bytes = std::uint64_t{0};
   const auto& entry = SampleOne(WithNvidia({card}));
@@ -69,24 +71,24 @@ TEST_F(GpuSampler, AMemoryShareOfZeroIsWritten) {
   EXPECT_EQ(entry.memory_controller_utilization_percent(), 0.0F);
 }
 
-TEST_F(GpuSampler, AnInfiniteMemoryShareIsWritten) {
+TEST_F(GpuEntryTest, AnInfiniteMemoryShareIsWritten) {
   tests::AdlxGpu card = FullAmdCard();
   card.total_memory_mb = 0U;
   const auto& entry = SampleOne(WithAmd({card}));
   EXPECT_EQ(entry.memory_controller_utilization_percent(), std::numeric_limits<float>::infinity());
 }
 
-TEST_F(GpuSampler, ASerialNumberIsCutToSixtyFourBytes) {
+TEST_F(GpuEntryTest, ASerialNumberIsCutToSixtyFourBytes) {
   const std::string kept(64, 's');
   EXPECT_EQ(SampleOne(WithAmd({FullAmdCard(kept + "tail")})).graphics_card_serial_number(), kept);
   EXPECT_EQ(SampleOne(WithAmd({FullAmdCard(kept)})).graphics_card_serial_number(), kept);
 }
 
-TEST_F(GpuSampler, ACardWithoutAStatusTextIsCappedForAnUnknownReason) {
+TEST_F(GpuEntryTest, ACardWithoutAStatusTextIsCappedForAnUnknownReason) {
   EXPECT_EQ(SampleOne(WithAmd({FullAmdCard()})).performance_capped_reason(), "unknown");
 }
 
-TEST(GpuEntry, TextsAreCutToSixtyFourBytes) {
+TEST(GpuEntryTextsTest, TextsAreCutToSixtyFourBytes) {
   GraphicCardInfo card;
   card.status_text = std::string(65, 'r');
   card.serial_number = std::string(65, 's');
@@ -96,7 +98,7 @@ TEST(GpuEntry, TextsAreCutToSixtyFourBytes) {
   EXPECT_EQ(entry.graphics_card_serial_number(), std::string(64, 's'));
 }
 
-TEST_F(GpuSampler, EveryReasonThatCardsGiveFitsItsField) {
+TEST_F(GpuEntryTest, EveryReasonThatCardsGiveFitsItsField) {
   for (const std::uint64_t reason : {0U, 1U, 2U, 4U, 8U, 0x10U, 0x20U, 0x40U, 0x80U, 0x100U}) {
     tests::NvmlDevice card = FullNvidiaCard();
     card.throttle_reasons = reason;
@@ -106,7 +108,7 @@ TEST_F(GpuSampler, EveryReasonThatCardsGiveFitsItsField) {
   }
 }
 
-TEST_F(GpuSampler, BusNumbersAreWrittenInDecimal) {
+TEST_F(GpuEntryTest, BusNumbersAreWrittenInDecimal) {
   const auto bus_id = [this](const std::string& nvidia_bus) {
     tests::NvmlDevice card = FullNvidiaCard();
     card.bus_id = nvidia_bus;

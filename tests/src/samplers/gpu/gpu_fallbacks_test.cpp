@@ -39,7 +39,9 @@ simulation::BiosReply ThermalReply(std::vector<std::uint8_t> output) {
   return {1, 40, {1, 0, 0, 0}, 0, 0, std::move(output)};
 }
 
-TEST_F(GpuSampler, ACardWithoutASerialNumberGetsTheFirstControllersIdentifier) {
+class GpuFallbacksTest : public GpuSamplerTest {};
+
+TEST_F(GpuFallbacksTest, ACardWithoutASerialNumberGetsTheFirstControllersIdentifier) {
   Machine machine = WithoutSerial();
   AddController(machine, R"(PCI\VEN_8086&DEV_A780)");
   AddController(machine, R"(PCI\VEN_10DE&DEV_26B1)");
@@ -50,7 +52,7 @@ TEST_F(GpuSampler, ACardWithoutASerialNumberGetsTheFirstControllersIdentifier) {
                   R"(SELECT __Class FROM Win32_VideoController WHERE AdapterCompatibility="Intel Corporation")"));
 }
 
-TEST_F(GpuSampler, ARepeatedCardKeepsTheIdentifierThatItWasGiven) {
+TEST_F(GpuFallbacksTest, ARepeatedCardKeepsTheIdentifierThatItWasGiven) {
   Machine machine = WithoutSerial();
   AddController(machine, "first");
   tests::AddIntelGraphics(machine, "intel", 349);
@@ -60,79 +62,79 @@ TEST_F(GpuSampler, ARepeatedCardKeepsTheIdentifierThatItWasGiven) {
   EXPECT_EQ(std::count(queries.begin(), queries.end(), kControllersQuery), 1);
 }
 
-TEST_F(GpuSampler, ACardWithASerialNumberAsksForNoOther) {
+TEST_F(GpuFallbacksTest, ACardWithASerialNumberAsksForNoOther) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   AddController(machine, "first");
   Sample(machine);
   EXPECT_THAT(simulation::RecordedQueries(), testing::Not(testing::Contains(kControllersQuery)));
 }
 
-TEST_F(GpuSampler, ACardWhoseIdentifierIsNowhereIsUnknown) {
+TEST_F(GpuFallbacksTest, ACardWhoseIdentifierIsNowhereIsUnknown) {
   EXPECT_EQ(SampleOne(WithoutSerial()).graphics_card_serial_number(), "unknown");
 }
 
-TEST_F(GpuSampler, AFailedQueryForTheIdentifierLeavesTheCardUnknown) {
+TEST_F(GpuFallbacksTest, AFailedQueryForTheIdentifierLeavesTheCardUnknown) {
   Machine machine = WithoutSerial();
   AddController(machine, "first");
   machine.wmi.failures = {{"PNPDeviceID", tests::kWmiFailed, {}, 0}};
   EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), "unknown");
 }
 
-TEST_F(GpuSampler, AControllerWithoutAnIdentifierLeavesTheCardUnknown) {
+TEST_F(GpuFallbacksTest, AControllerWithoutAnIdentifierLeavesTheCardUnknown) {
   Machine machine = WithoutSerial();
   machine.wmi.classes["Win32_VideoController"] = {WmiRow{{"Name", std::string("nameless")}}};
   AddController(machine, "second");
   EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), "unknown");
 }
 
-TEST_F(GpuSampler, TheIdentifierIsCutAsASerialNumberIs) {
+TEST_F(GpuFallbacksTest, TheIdentifierIsCutAsASerialNumberIs) {
   Machine machine = WithoutSerial();
   AddController(machine, std::string(80, 'p'));
   EXPECT_EQ(SampleOne(machine).graphics_card_serial_number(), std::string(64, 'p'));
 }
 
-TEST_F(GpuSampler, ACardWithoutATemperatureGetsTheFirmwaresReading) {
+TEST_F(GpuFallbacksTest, ACardWithoutATemperatureGetsTheFirmwaresReading) {
   EXPECT_EQ(SampleOne(WithoutTemperature(ThermalReply({2, 55, 48}))).temperature_celsius(), 55U);
   EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), 55U);
 }
 
-TEST_F(GpuSampler, ACardOfZeroDegreesIsOneWithoutATemperature) {
+TEST_F(GpuFallbacksTest, ACardOfZeroDegreesIsOneWithoutATemperature) {
   Machine machine = WithoutTemperature(ThermalReply({1, 55}));
   machine.nvml->devices[0].temperature_celsius = 0U;
   EXPECT_EQ(SampleOne(machine).temperature_celsius(), 55U);
 }
 
-TEST_F(GpuSampler, ACardWithATemperatureKeepsIt) {
+TEST_F(GpuFallbacksTest, ACardWithATemperatureKeepsIt) {
   Machine machine = WithoutTemperature(ThermalReply({2, 55, 48}));
   machine.nvml->devices[0].temperature_celsius = 71U;
   EXPECT_EQ(SampleOne(machine).temperature_celsius(), 71U);
 }
 
-TEST_F(GpuSampler, FirmwareWithoutReadingsLeavesTheTemperatureAtZero) {
+TEST_F(GpuFallbacksTest, FirmwareWithoutReadingsLeavesTheTemperatureAtZero) {
   EXPECT_EQ(SampleOne(WithoutTemperature(ThermalReply({0, 55}))).temperature_celsius(), 0U);
   EXPECT_TRUE(PerfMessages::thermal_->has_gpu_temperature());
   EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), 0U);
 }
 
-TEST_F(GpuSampler, AFirmwareCallThatFailsLeavesTheTemperatureAtZero) {
+TEST_F(GpuFallbacksTest, AFirmwareCallThatFailsLeavesTheTemperatureAtZero) {
   simulation::BiosReply reply = ThermalReply({2, 55});
   reply.result = tests::kWmiFailed;
   EXPECT_EQ(SampleOne(WithoutTemperature(reply)).temperature_celsius(), 0U);
 }
 
-TEST_F(GpuSampler, AFirmwareThatRefusesLeavesTheTemperatureAtZero) {
+TEST_F(GpuFallbacksTest, AFirmwareThatRefusesLeavesTheTemperatureAtZero) {
   simulation::BiosReply reply = ThermalReply({2, 55});
   reply.return_code = 3;
   EXPECT_EQ(SampleOne(WithoutTemperature(reply)).temperature_celsius(), 0U);
 }
 
-TEST_F(GpuSampler, FirmwareWithoutTheInterfaceLeavesTheTemperatureAtZero) {
+TEST_F(GpuFallbacksTest, FirmwareWithoutTheInterfaceLeavesTheTemperatureAtZero) {
   Machine machine = WithoutTemperature({});
   machine.private_bios.clear();
   EXPECT_EQ(SampleOne(machine).temperature_celsius(), 0U);
 }
 
-TEST_F(GpuSampler, AClientThatThrowsLeavesTheCardUnknownAndItsTemperatureIsStillAskedFor) {
+TEST_F(GpuFallbacksTest, AClientThatThrowsLeavesTheCardUnknownAndItsTemperatureIsStillAskedFor) {
   Machine machine = WithoutSerial();
   AddController(machine, "first");
   machine.nvml->devices[0].temperature_celsius = tests::Failure{3};
@@ -146,7 +148,7 @@ TEST_F(GpuSampler, AClientThatThrowsLeavesTheCardUnknownAndItsTemperatureIsStill
   EXPECT_EQ(entry.temperature_celsius(), 55U);
 }
 
-TEST_F(GpuSampler, AFirmwareClientThatThrowsLeavesTheTemperatureAtZeroAndTheCardsAreWritten) {
+TEST_F(GpuFallbacksTest, AFirmwareClientThatThrowsLeavesTheTemperatureAtZeroAndTheCardsAreWritten) {
   Machine machine = WithoutTemperature(ThermalReply({1, 55}));
   tests::AddIntelGraphics(machine, "intel", 349);
   simulation::ObserveFirmwareCommands([] { throw std::string("the client broke"); });
@@ -156,7 +158,7 @@ TEST_F(GpuSampler, AFirmwareClientThatThrowsLeavesTheTemperatureAtZeroAndTheCard
   EXPECT_EQ(hardware.gpus_info(1).temperature_celsius(), 0U);
 }
 
-TEST_F(GpuSampler, WithoutAWmiClientTheCardIsUnknownAndThereIsNoIntelGraphics) {
+TEST_F(GpuFallbacksTest, WithoutAWmiClientTheCardIsUnknownAndThereIsNoIntelGraphics) {
   Machine machine = WithoutSerial();
   tests::AddIntelGraphics(machine, "intel", 349);
   shared::ztbios::PrivateBiosWmi bios;
@@ -164,13 +166,13 @@ TEST_F(GpuSampler, WithoutAWmiClientTheCardIsUnknownAndThereIsNoIntelGraphics) {
   EXPECT_THAT(Serials(), ElementsAre("unknown"));
 }
 
-TEST_F(GpuSampler, WithoutAFirmwareClientTheTemperatureStaysAtZero) {
+TEST_F(GpuFallbacksTest, WithoutAFirmwareClientTheTemperatureStaysAtZero) {
   const auto& hardware = SampleWith(WithoutTemperature(ThermalReply({1, 55})), &wmi_, nullptr);
   ASSERT_EQ(hardware.gpus_info_size(), 1);
   EXPECT_EQ(hardware.gpus_info(0).temperature_celsius(), 0U);
 }
 
-TEST_F(GpuSampler, WithoutAnyClientCardsOfALibraryAreWritten) {
+TEST_F(GpuFallbacksTest, WithoutAnyClientCardsOfALibraryAreWritten) {
   SampleWith(WithNvidia({FullNvidiaCard()}), nullptr, nullptr);
   EXPECT_THAT(Serials(), ElementsAre("1650000000001"));
 }
@@ -183,7 +185,7 @@ class OpenGpuInfoMsg : public GPUInfoMsg {
   using GPUInfoMsg::GPUInfoMsg;
 };
 
-TEST(GpuFallbacks, AreLeftWithTheTextThatTheyWereGivenWhenNothingAnswers) {
+TEST(GpuFallbackCallsTest, AreLeftWithTheTextThatTheyWereGivenWhenNothingAnswers) {
   simulation::UseMachine({});
   shared::wmi::WMIClient wmi(tests::kWmiNamespace);
   shared::ztbios::PrivateBiosWmi bios;
@@ -196,7 +198,7 @@ TEST(GpuFallbacks, AreLeftWithTheTextThatTheyWereGivenWhenNothingAnswers) {
   EXPECT_EQ(temperature, 7U);
 }
 
-TEST(GpuFallbacks, LeaveTheCallersBuffersAlone) {
+TEST(GpuFallbackCallsTest, LeaveTheCallersBuffersAlone) {
   Machine machine;
   machine.private_bios = {ThermalReply({1, 61})};
   simulation::UseMachine(machine);

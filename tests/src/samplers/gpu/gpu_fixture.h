@@ -21,7 +21,7 @@ using simulation::CurrentVendorRecord;
 using types::GraphicCardInfo;
 
 /// One pass of the sampler over a simulated machine.
-class GpuSampler : public SamplerTest {
+class GpuSamplerTest : public SamplerTest {
  protected:
   /// Samples the machine into an empty record.
   const HwInfo& Sample(tests::Machine machine) {

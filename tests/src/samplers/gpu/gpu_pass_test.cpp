@@ -25,13 +25,15 @@ std::vector<tests::NvmlDevice> NvidiaCards(int count) {
   return devices;
 }
 
-TEST_F(GpuSampler, AMachineWithoutAnyCardGetsNoEntryAndAnEmptySection) {
+class GpuPassTest : public GpuSamplerTest {};
+
+TEST_F(GpuPassTest, AMachineWithoutAnyCardGetsNoEntryAndAnEmptySection) {
   const auto& hardware = Sample({});
   EXPECT_EQ(hardware.gpus_info_size(), 0);
   EXPECT_TRUE(PerfMessages::static_cdm_->has_hw_info());
 }
 
-TEST_F(GpuSampler, AMachineWithoutAnyCardLeavesTheFirmwaresTemperatureUntouched) {
+TEST_F(GpuPassTest, AMachineWithoutAnyCardLeavesTheFirmwaresTemperatureUntouched) {
   Sample({});
   EXPECT_FALSE(PerfMessages::thermal_->has_gpu_temperature());
   shared::ztbios::PrivateBiosWmi bios;
@@ -40,14 +42,14 @@ TEST_F(GpuSampler, AMachineWithoutAnyCardLeavesTheFirmwaresTemperatureUntouched)
   EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), kBefore);
 }
 
-TEST_F(GpuSampler, CardsOfEarlierVendorsAreRepeatedBeforeThoseOfTheNext) {
+TEST_F(GpuPassTest, CardsOfEarlierVendorsAreRepeatedBeforeThoseOfTheNext) {
   Machine machine = WithNvidia({FullNvidiaCard("nvidia")});
   AddIntelGraphics(machine, "BIOS000001", 349);
   Sample(machine);
   EXPECT_THAT(Serials(), ElementsAre("nvidia", "nvidia", "BIOS000001"));
 }
 
-TEST_F(GpuSampler, AllThreeVendorsGiveEachOfTheEarlierCardsAgain) {
+TEST_F(GpuPassTest, AllThreeVendorsGiveEachOfTheEarlierCardsAgain) {
   Machine machine = WithNvidia({FullNvidiaCard("n1"), FullNvidiaCard("n2")});
   machine.adlx.emplace().gpus = {FullAmdCard("744C")};
   AddIntelGraphics(machine, "intel", 349);
@@ -55,7 +57,7 @@ TEST_F(GpuSampler, AllThreeVendorsGiveEachOfTheEarlierCardsAgain) {
   EXPECT_THAT(Serials(), ElementsAre("n1", "n2", "n1", "n2", "744C", "n1", "n2", "744C", "intel"));
 }
 
-TEST_F(GpuSampler, CardsThatAFailedVendorOpenedAreWrittenWithTheNextVendors) {
+TEST_F(GpuPassTest, CardsThatAFailedVendorOpenedAreWrittenWithTheNextVendors) {
   Machine machine = WithNvidia({FullNvidiaCard("good"), FullNvidiaCard("bad")});
   machine.nvml->devices[1].open = 15;
   AddIntelGraphics(machine, "intel", 349);
@@ -63,30 +65,30 @@ TEST_F(GpuSampler, CardsThatAFailedVendorOpenedAreWrittenWithTheNextVendors) {
   EXPECT_THAT(Serials(), ElementsAre("good", "intel"));
 }
 
-TEST_F(GpuSampler, CardsThatAFailedVendorOpenedAreLostWithoutAnother) {
+TEST_F(GpuPassTest, CardsThatAFailedVendorOpenedAreLostWithoutAnother) {
   Machine machine = WithNvidia({FullNvidiaCard("good"), FullNvidiaCard("bad")});
   machine.nvml->devices[1].open = 15;
   EXPECT_EQ(Sample(machine).gpus_info_size(), 0);
   EXPECT_FALSE(PerfMessages::thermal_->has_gpu_temperature());
 }
 
-TEST_F(GpuSampler, ADriverWithoutCardsIsASuccessWithoutEntries) {
+TEST_F(GpuPassTest, ADriverWithoutCardsIsASuccessWithoutEntries) {
   EXPECT_EQ(Sample(WithNvidia({})).gpus_info_size(), 0);
   EXPECT_EQ(Calls("nvmlDeviceGetCount_v2"), 1U);
 }
 
-TEST_F(GpuSampler, OneCardIsOneEntry) {
+TEST_F(GpuPassTest, OneCardIsOneEntry) {
   Sample(WithNvidia(NvidiaCards(1)));
   EXPECT_THAT(Serials(), ElementsAre("card 0"));
 }
 
-TEST_F(GpuSampler, ThirtyTwoCardsAreAllWritten) {
+TEST_F(GpuPassTest, ThirtyTwoCardsAreAllWritten) {
   Sample(WithNvidia(NvidiaCards(32)));
   EXPECT_THAT(Serials(), SizeIs(32));
   EXPECT_EQ(Serials().back(), "card 31");
 }
 
-TEST_F(GpuSampler, TheThirtyThirdCardEndsThePass) {
+TEST_F(GpuPassTest, TheThirtyThirdCardEndsThePass) {
   Machine machine = WithNvidia(NvidiaCards(33));
   machine.nvml->devices[31].temperature_celsius = 31U;
   AddIntelGraphics(machine, "intel", 349);
@@ -97,7 +99,7 @@ TEST_F(GpuSampler, TheThirtyThirdCardEndsThePass) {
   EXPECT_THAT(simulation::RecordedQueries(), IsEmpty()) << "no vendor after the stop is asked";
 }
 
-TEST_F(GpuSampler, RepeatedCardsCountTowardsTheLimit) {
+TEST_F(GpuPassTest, RepeatedCardsCountTowardsTheLimit) {
   Machine machine = WithNvidia(NvidiaCards(17));
   AddIntelGraphics(machine, "intel", 349);
   Sample(machine);
@@ -107,21 +109,21 @@ TEST_F(GpuSampler, RepeatedCardsCountTowardsTheLimit) {
   EXPECT_EQ(Serials()[31], "card 14");
 }
 
-TEST_F(GpuSampler, NothingIsAskedForACardBeyondTheLimit) {
+TEST_F(GpuPassTest, NothingIsAskedForACardBeyondTheLimit) {
   Machine machine = WithNvidia(NvidiaCards(33));
   machine.nvml->devices[32].serial.reset();
   Sample(machine);
   EXPECT_THAT(simulation::RecordedQueries(), IsEmpty());
 }
 
-TEST_F(GpuSampler, TheLastCardsTemperatureIsHandedToTheFirmwaresSample) {
+TEST_F(GpuPassTest, TheLastCardsTemperatureIsHandedToTheFirmwaresSample) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   AddIntelGraphics(machine, "intel", 349);
   Sample(machine);
   EXPECT_EQ(PerfMessages::thermal_->gpu_temperature(), 76U);
 }
 
-TEST_F(GpuSampler, APassStartsAndStopsEachLibraryOnce) {
+TEST_F(GpuPassTest, APassStartsAndStopsEachLibraryOnce) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.adlx.emplace().gpus = {FullAmdCard()};
   Sample(machine);
@@ -132,7 +134,7 @@ TEST_F(GpuSampler, APassStartsAndStopsEachLibraryOnce) {
   ExpectNoReferenceLeft();
 }
 
-TEST_F(GpuSampler, PassesDoNotKnowOfEachOther) {
+TEST_F(GpuPassTest, PassesDoNotKnowOfEachOther) {
   for (int i = 0; i < 3; ++i) {
     Machine machine = WithNvidia({FullNvidiaCard()});
     AddIntelGraphics(machine, "intel", 349);
@@ -140,14 +142,14 @@ TEST_F(GpuSampler, PassesDoNotKnowOfEachOther) {
   }
 }
 
-TEST_F(GpuSampler, TheWorkstationShowsItsCardsInTheRepeatedOrder) {
+TEST_F(GpuPassTest, TheWorkstationShowsItsCardsInTheRepeatedOrder) {
   Sample(simulation::ReadShippedProfile("workstation"));
   const std::string n1 = "1650000000001";
   const std::string n2 = "1650000000002";
   EXPECT_THAT(Serials(), ElementsAre(n1, n2, n1, n2, "744C", n1, n2, "744C", "5CG0000002"));
 }
 
-TEST_F(GpuSampler, VendorsThatFailCostNoLineOfTheLog) {
+TEST_F(GpuPassTest, VendorsThatFailCostNoLineOfTheLog) {
   tests::RecordingLog log;
   ztSharedInitializeLogger(plog::verbose, &log);
   Machine machine = WithNvidia({FullNvidiaCard("good"), FullNvidiaCard("bad")});
@@ -159,7 +161,7 @@ TEST_F(GpuSampler, VendorsThatFailCostNoLineOfTheLog) {
   EXPECT_THAT(log.Messages(), IsEmpty());
 }
 
-TEST_F(GpuSampler, WaysRoundAMissingFigureThatFailCostNoLineOfTheLog) {
+TEST_F(GpuPassTest, WaysRoundAMissingFigureThatFailCostNoLineOfTheLog) {
   tests::RecordingLog log;
   ztSharedInitializeLogger(plog::verbose, &log);
   Machine machine = WithNvidia({tests::NvmlDevice()});
@@ -169,9 +171,9 @@ TEST_F(GpuSampler, WaysRoundAMissingFigureThatFailCostNoLineOfTheLog) {
 }
 
 // Each vendor works or fails, in all combinations.
-class GpuVendors : public GpuSampler, public testing::WithParamInterface<unsigned> {};
+class GpuVendorsTest : public GpuSamplerTest, public testing::WithParamInterface<unsigned> {};
 
-TEST_P(GpuVendors, ThatWorkAreWrittenWhateverTheOthersDo) {
+TEST_P(GpuVendorsTest, ThatWorkAreWrittenWhateverTheOthersDo) {
   const bool nvidia_works = (GetParam() & 1U) != 0;
   const bool amd_works = (GetParam() & 2U) != 0;
   const bool intel_works = (GetParam() & 4U) != 0;
@@ -197,7 +199,7 @@ TEST_P(GpuVendors, ThatWorkAreWrittenWhateverTheOthersDo) {
   EXPECT_EQ(Serials(), expected);
   ExpectNoReferenceLeft();
 }
-INSTANTIATE_TEST_SUITE_P(AllCombinations, GpuVendors, testing::Range(0U, 8U));
+INSTANTIATE_TEST_SUITE_P(AllCombinations, GpuVendorsTest, testing::Range(0U, 8U));
 
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples

@@ -84,7 +84,7 @@ const std::vector<NvmlCase>& NvmlCases() {
   return cases;
 }
 
-class NvidiaCall : public testing::TestWithParam<NvmlCase> {
+class NvidiaCallTest : public testing::TestWithParam<NvmlCase> {
  protected:
   static void ExpectCardWithoutIt(const Machine& machine) {
     const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -96,30 +96,30 @@ class NvidiaCall : public testing::TestWithParam<NvmlCase> {
   }
 };
 
-TEST_P(NvidiaCall, ThatFailsCostsItsOwnFieldOnly) {
+TEST_P(NvidiaCallTest, ThatFailsCostsItsOwnFieldOnly) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   GetParam().fail(machine.nvml->devices[0]);
   ExpectCardWithoutIt(machine);
   EXPECT_GE(Calls(GetParam().function), 1U);
 }
 
-TEST_P(NvidiaCall, WhoseFunctionIsMissingCostsItsOwnFieldOnly) {
+TEST_P(NvidiaCallTest, WhoseFunctionIsMissingCostsItsOwnFieldOnly) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.nvml->missing_functions = {GetParam().function};
   ExpectCardWithoutIt(machine);
   EXPECT_EQ(Calls(GetParam().function), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, NvidiaCall, testing::ValuesIn(NvmlCases()),
+INSTANTIATE_TEST_SUITE_P(Each, NvidiaCallTest, testing::ValuesIn(NvmlCases()),
                          [](const auto& tested) { return tested.param.function; });
 
-TEST(NvidiaCalls, ThatAllSucceedFillTheWholeCard) {
+TEST(NvidiaCallsTest, ThatAllSucceedFillTheWholeCard) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
   ASSERT_THAT(answer.cards, SizeIs(1));
   EXPECT_EQ(Describe(answer.cards[0]), Describe(FullNvmlAnswer()));
 }
 
-TEST(NvidiaCalls, RunInTheirOrder) {
+TEST(NvidiaCallsTest, RunInTheirOrder) {
   Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
   EXPECT_THAT(CallsInOrder(),
               testing::ElementsAre(
@@ -130,7 +130,7 @@ TEST(NvidiaCalls, RunInTheirOrder) {
                   "nvmlDeviceGetDecoderUtilization", "nvmlShutdown"));
 }
 
-TEST(NvidiaCalls, ThatAllFailLeaveAnEmptyCardAndASuccess) {
+TEST(NvidiaCallsTest, ThatAllFailLeaveAnEmptyCardAndASuccess) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({NvmlDevice()}));
   EXPECT_EQ(answer.error, Error());
   ASSERT_THAT(answer.cards, SizeIs(1));
@@ -139,7 +139,7 @@ TEST(NvidiaCalls, ThatAllFailLeaveAnEmptyCardAndASuccess) {
   EXPECT_EQ(Describe(answer.cards[0]), Describe(expected));
 }
 
-TEST(NvidiaCalls, OneClockThatFailsLeavesTheOther) {
+TEST(NvidiaCallsTest, OneClockThatFailsLeavesTheOther) {
   NvmlDevice device = FullNvidiaCard();
   device.memory_clock_mhz = kNvmlFails;
   Answer answer = Ask<NvidiaCardInfo>(WithNvidia({device}));
@@ -152,7 +152,7 @@ TEST(NvidiaCalls, OneClockThatFailsLeavesTheOther) {
   EXPECT_EQ(answer.cards.at(0).gpu_clock_mhz, 0.0F);
 }
 
-TEST(NvidiaCalls, FiguresOfACardDoNotSpillIntoTheNext) {
+TEST(NvidiaCallsTest, FiguresOfACardDoNotSpillIntoTheNext) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard(), NvmlDevice()}));
   ASSERT_THAT(answer.cards, SizeIs(2));
   GraphicCardInfo expected;
@@ -161,9 +161,9 @@ TEST(NvidiaCalls, FiguresOfACardDoNotSpillIntoTheNext) {
 }
 
 // Without one of these nothing can be asked: a library that lacks it is none.
-class IndispensableNvidiaFunction : public testing::TestWithParam<const char*> {};
+class IndispensableNvidiaFunctionTest : public testing::TestWithParam<const char*> {};
 
-TEST_P(IndispensableNvidiaFunction, MissingIsTheLibraryMissing) {
+TEST_P(IndispensableNvidiaFunctionTest, MissingIsTheLibraryMissing) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.nvml->missing_functions = {GetParam()};
   const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -173,7 +173,7 @@ TEST_P(IndispensableNvidiaFunction, MissingIsTheLibraryMissing) {
   EXPECT_THAT(answer.cards, IsEmpty());
   EXPECT_THAT(CurrentVendorRecord().calls, IsEmpty());
 }
-INSTANTIATE_TEST_SUITE_P(Each, IndispensableNvidiaFunction,
+INSTANTIATE_TEST_SUITE_P(Each, IndispensableNvidiaFunctionTest,
                          testing::Values("nvmlInit_v2", "nvmlShutdown", "nvmlDeviceGetCount_v2",
                                          "nvmlDeviceGetHandleByIndex_v2"),
                          [](const auto& tested) { return std::string(tested.param); });

@@ -41,13 +41,13 @@ std::string StatusOf(std::uint64_t reasons) {
   return AskOne(device).status_text;
 }
 
-TEST(NvidiaCards, AMachineWithoutTheLibraryFailsWithItsCodeAndText) {
+TEST(NvidiaCardsTest, AMachineWithoutTheLibraryFailsWithItsCodeAndText) {
   const Answer answer = Ask<NvidiaCardInfo>({});
   EXPECT_EQ(answer.error, NvmlError(12, "NVML Shared Library couldn't be found or loaded"));
   EXPECT_THAT(answer.cards, IsEmpty());
 }
 
-TEST(NvidiaCards, ADriverThatIsNotLoadedIsOneErrorAndNoCard) {
+TEST(NvidiaCardsTest, ADriverThatIsNotLoadedIsOneErrorAndNoCard) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.nvml->init = 9;
   const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -55,19 +55,19 @@ TEST(NvidiaCards, ADriverThatIsNotLoadedIsOneErrorAndNoCard) {
   EXPECT_THAT(answer.cards, IsEmpty());
 }
 
-TEST(NvidiaCards, AnUnlistedCodeHasNoText) {
+TEST(NvidiaCardsTest, AnUnlistedCodeHasNoText) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.nvml->init = 998;
   EXPECT_EQ(Ask<NvidiaCardInfo>(machine).error, NvmlError(998, ""));
 }
 
-TEST(NvidiaCards, NoCardIsASuccess) {
+TEST(NvidiaCardsTest, NoCardIsASuccess) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({}));
   EXPECT_EQ(answer.error, Error());
   EXPECT_THAT(answer.cards, IsEmpty());
 }
 
-TEST(NvidiaCards, ACountThatFailsIsASuccessWithoutCards) {
+TEST(NvidiaCardsTest, ACountThatFailsIsASuccessWithoutCards) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.nvml->count = Failure{999};
   const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -75,7 +75,7 @@ TEST(NvidiaCards, ACountThatFailsIsASuccessWithoutCards) {
   EXPECT_THAT(answer.cards, IsEmpty());
 }
 
-TEST(NvidiaCards, ACountBelowZeroIsASuccessWithoutCards) {
+TEST(NvidiaCardsTest, ACountBelowZeroIsASuccessWithoutCards) {
   for (const std::uint32_t count : {4294967295U, 2147483648U}) {
     Machine machine = WithNvidia({FullNvidiaCard()});
     machine.nvml->count = count;
@@ -86,13 +86,13 @@ TEST(NvidiaCards, ACountBelowZeroIsASuccessWithoutCards) {
   }
 }
 
-TEST(NvidiaCards, ThirtyThreeCardsAreAllTold) {
+TEST(NvidiaCardsTest, ThirtyThreeCardsAreAllTold) {
   const Answer answer = Ask<NvidiaCardInfo>(WithNvidia(std::vector<NvmlDevice>(33, FullNvidiaCard())));
   EXPECT_EQ(answer.error, Error());
   EXPECT_THAT(answer.cards, SizeIs(33));
 }
 
-TEST(NvidiaCards, AreAppendedToWhatIsThere) {
+TEST(NvidiaCardsTest, AreAppendedToWhatIsThere) {
   simulation::UseMachine(WithNvidia({FullNvidiaCard()}));
   std::vector<GraphicCardInfo> cards(2);
   cards[0].serial_number = "there";
@@ -102,7 +102,7 @@ TEST(NvidiaCards, AreAppendedToWhatIsThere) {
   EXPECT_EQ(cards[2].serial_number, "1650000000001");
 }
 
-TEST(NvidiaCards, ASecondCardThatDoesNotOpenFailsTheCallAndKeepsTheFirst) {
+TEST(NvidiaCardsTest, ASecondCardThatDoesNotOpenFailsTheCallAndKeepsTheFirst) {
   Machine machine = WithNvidia({FullNvidiaCard("first"), FullNvidiaCard("second")});
   machine.nvml->devices[1].open = 15;
   const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -111,7 +111,7 @@ TEST(NvidiaCards, ASecondCardThatDoesNotOpenFailsTheCallAndKeepsTheFirst) {
   EXPECT_EQ(answer.cards[0].serial_number, "first");
 }
 
-TEST(NvidiaCards, CardsBehindOneThatDoesNotOpenAreReadAndTheFailureStays) {
+TEST(NvidiaCardsTest, CardsBehindOneThatDoesNotOpenAreReadAndTheFailureStays) {
   Machine machine = WithNvidia({FullNvidiaCard("first"), FullNvidiaCard("second"), FullNvidiaCard("third")});
   machine.nvml->devices[0].open = 4;
   const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -121,14 +121,14 @@ TEST(NvidiaCards, CardsBehindOneThatDoesNotOpenAreReadAndTheFailureStays) {
   EXPECT_EQ(answer.cards[1].serial_number, "third");
 }
 
-TEST(NvidiaCards, TheLastCardThatDoesNotOpenIsTheOneThatIsTold) {
+TEST(NvidiaCardsTest, TheLastCardThatDoesNotOpenIsTheOneThatIsTold) {
   Machine machine = WithNvidia({FullNvidiaCard(), FullNvidiaCard()});
   machine.nvml->devices[0].open = 4;
   machine.nvml->devices[1].open = 15;
   EXPECT_EQ(Ask<NvidiaCardInfo>(machine).error.code, 15);
 }
 
-TEST(NvidiaCards, AnIndexThatTheLibraryCountsAndDoesNotKnowFails) {
+TEST(NvidiaCardsTest, AnIndexThatTheLibraryCountsAndDoesNotKnowFails) {
   Machine machine = WithNvidia({FullNvidiaCard()});
   machine.nvml->count = 2U;
   const Answer answer = Ask<NvidiaCardInfo>(machine);
@@ -136,7 +136,7 @@ TEST(NvidiaCards, AnIndexThatTheLibraryCountsAndDoesNotKnowFails) {
   EXPECT_THAT(answer.cards, SizeIs(1));
 }
 
-TEST(NvidiaCards, TheBusIsReadInBaseTenFromAHexadecimalText) {
+TEST(NvidiaCardsTest, TheBusIsReadInBaseTenFromAHexadecimalText) {
   EXPECT_EQ(BusOf("00000000:01:00.0"), 1U);
   EXPECT_EQ(BusOf("00000000:12:00.0"), 12U);
   EXPECT_EQ(BusOf("00000000:1A:00.0"), 1U);
@@ -145,7 +145,7 @@ TEST(NvidiaCards, TheBusIsReadInBaseTenFromAHexadecimalText) {
   EXPECT_EQ(BusOf("00000000:00:00.0"), 0U);
 }
 
-TEST(NvidiaCards, ABusTextOfAnotherFormGivesZeroOrItsDigits) {
+TEST(NvidiaCardsTest, ABusTextOfAnotherFormGivesZeroOrItsDigits) {
   EXPECT_EQ(BusOf(""), 0U);
   EXPECT_EQ(BusOf("12"), 0U);
   EXPECT_EQ(BusOf("00000000:12"), 0U);
@@ -210,19 +210,19 @@ constexpr ListedText kStatusTexts[] = {
     {999, "An internal driver error occurred"},
 };
 
-TEST(NvidiaCards, EachSingleReasonHasItsText) {
+TEST(NvidiaCardsTest, EachSingleReasonHasItsText) {
   static_assert(std::size(kReasonTexts) == 10);
   for (const ListedText& listed : kReasonTexts) EXPECT_EQ(StatusOf(listed.value), listed.text) << listed.value;
 }
 
-TEST(NvidiaCards, ReasonsTogetherAndUnknownOnesHaveNoText) {
+TEST(NvidiaCardsTest, ReasonsTogetherAndUnknownOnesHaveNoText) {
   EXPECT_EQ(StatusOf(0x24), "");
   EXPECT_EQ(StatusOf(0x200), "");
   EXPECT_EQ(StatusOf(0x1'0000'0004), "");
   EXPECT_EQ(StatusOf(0xFFFFFFFFFFFFFFFF), "");
 }
 
-TEST(NvidiaCards, MemoryWithoutASizeHasNoShare) {
+TEST(NvidiaCardsTest, MemoryWithoutASizeHasNoShare) {
   NvmlDevice device = FullNvidiaCard();
   device.memory_total_bytes = std::uint64_t{0};
   device.memory_used_bytes = std::uint64_t{0};
@@ -231,7 +231,7 @@ TEST(NvidiaCards, MemoryWithoutASizeHasNoShare) {
   EXPECT_EQ(card.memory_used_mb, 0.0F);
 }
 
-TEST(NvidiaCards, TheMemoryShareIsComputedInSinglePrecision) {
+TEST(NvidiaCardsTest, TheMemoryShareIsComputedInSinglePrecision) {
   NvmlDevice device = FullNvidiaCard();
   device.memory_total_bytes = std::uint64_t{51'527'024'640};
   device.memory_used_bytes = std::uint64_t{30'064'771'073};
@@ -241,22 +241,22 @@ TEST(NvidiaCards, TheMemoryShareIsComputedInSinglePrecision) {
   EXPECT_EQ(card.memory_used_mb, static_cast<float>(30'064'771'073.0 / 1e6));
 }
 
-TEST(NvidiaCards, ASerialNumberThatFillsItsBufferIsTaken) {
+TEST(NvidiaCardsTest, ASerialNumberThatFillsItsBufferIsTaken) {
   EXPECT_EQ(AskOne(FullNvidiaCard(std::string(29, '7'))).serial_number, std::string(29, '7'));
 }
 
-TEST(NvidiaCards, ASerialNumberThatDoesNotFitIsNone) {
+TEST(NvidiaCardsTest, ASerialNumberThatDoesNotFitIsNone) {
   EXPECT_EQ(AskOne(FullNvidiaCard(std::string(30, '7'))).serial_number, "");
 }
 
-TEST(NvmlTexts, EveryListedCodeHasItsText) {
+TEST(NvmlTextsTest, EveryListedCodeHasItsText) {
   static_assert(std::size(kStatusTexts) == 31);
   for (const ListedText& listed : kStatusTexts) {
     EXPECT_EQ(DescribeNvmlReturn(static_cast<nvmlReturn_t>(listed.value)), listed.text) << listed.value;
   }
 }
 
-TEST(NvidiaCards, AStartThatFailsIsToldWithTheTextOfItsCode) {
+TEST(NvidiaCardsTest, AStartThatFailsIsToldWithTheTextOfItsCode) {
   for (const ListedText& listed : kStatusTexts) {
     if (listed.value == nvml::NVML_SUCCESS) continue;
     Machine machine = WithNvidia({FullNvidiaCard()});
@@ -265,7 +265,7 @@ TEST(NvidiaCards, AStartThatFailsIsToldWithTheTextOfItsCode) {
   }
 }
 
-TEST(NvmlTexts, AnyOtherCodeHasNone) {
+TEST(NvmlTextsTest, AnyOtherCodeHasNone) {
   for (const int code : {-1, 30, 31, 998, 1000}) EXPECT_EQ(DescribeNvmlReturn(nvmlReturn_t(code)), "") << code;
 }
 

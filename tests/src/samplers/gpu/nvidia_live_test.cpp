@@ -70,7 +70,7 @@ void CompareMemory(const GraphicCardInfo& card, const Row& row) {
   EXPECT_NEAR(card.memory_controller_utilization_percent, card.memory_used_mb / total_mb * 100, 0.1);
 }
 
-class NvidiaLive : public testing::Test {
+class NvidiaLiveTest : public testing::Test {
  protected:
   // Reads the cards and asks the tool; skips the test where there is nothing to compare.
   void SetUp() override {
@@ -93,7 +93,7 @@ class NvidiaLive : public testing::Test {
   std::vector<Row> rows_;
 };
 
-TEST_F(NvidiaLive, EveryFigureIsWhatTheDriversOwnToolSays) {
+TEST_F(NvidiaLiveTest, EveryFigureIsWhatTheDriversOwnToolSays) {
   for (std::size_t i = 0; i < cards_.size(); ++i) {
     SCOPED_TRACE("card " + std::to_string(i));
     CompareCard(cards_[i], rows_[i]);
@@ -105,7 +105,7 @@ TEST_F(NvidiaLive, EveryFigureIsWhatTheDriversOwnToolSays) {
 }
 
 // No promise but a figure to read: what one pass costs on a real card, the first with the loading of the library.
-TEST_F(NvidiaLive, TellsWhatAPassCosts) {
+TEST_F(NvidiaLiveTest, TellsWhatAPassCosts) {
   constexpr int kPasses = 20;
   for (int i = 0; i < kPasses; ++i) {
     std::vector<GraphicCardInfo> cards;

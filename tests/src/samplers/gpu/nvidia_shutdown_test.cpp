@@ -29,14 +29,14 @@ std::uint64_t StopsAfter(Machine machine) {
   return Calls("nvmlShutdown");
 }
 
-TEST(NvidiaShutdown, DoesNotHappenBeforeAnyCardWasOpened) {
+TEST(NvidiaShutdownTest, DoesNotHappenBeforeAnyCardWasOpened) {
   EXPECT_EQ(StopsAfter(WithoutLibrary()), 0U);
   EXPECT_EQ(StopsAfter(NotStarting()), 0U);
   EXPECT_EQ(StopsAfter(WithNvidia({})), 0U);
   EXPECT_EQ(StopsAfter(NotOpening()), 0U);
 }
 
-TEST(NvidiaShutdown, HappensOnceForEveryPassFromTheFirstOpenedCardOn) {
+TEST(NvidiaShutdownTest, HappensOnceForEveryPassFromTheFirstOpenedCardOn) {
   EXPECT_EQ(StopsAfter(WithNvidia({})), 0U);
   EXPECT_EQ(StopsAfter(WithNvidia({FullNvidiaCard()})), 1U);
   EXPECT_EQ(StopsAfter(NotStarting()), 1U) << "also after a pass in which it did not start";
@@ -45,20 +45,20 @@ TEST(NvidiaShutdown, HappensOnceForEveryPassFromTheFirstOpenedCardOn) {
   EXPECT_EQ(StopsAfter(WithNvidia({FullNvidiaCard(), FullNvidiaCard()})), 1U) << "once, however many cards";
 }
 
-TEST(NvidiaShutdown, HappensWithABackEndThatWasNeverAsked) {
+TEST(NvidiaShutdownTest, HappensWithABackEndThatWasNeverAsked) {
   StopsAfter(WithNvidia({FullNvidiaCard()}));
   { const NvidiaCardInfo unasked; }
   EXPECT_EQ(Calls("nvmlShutdown"), 2U);
   EXPECT_EQ(Calls("nvmlInit_v2"), 1U);
 }
 
-TEST(NvidiaShutdown, DoesNotHappenWithABackEndThatWasNeverAskedBeforeAnyCard) {
+TEST(NvidiaShutdownTest, DoesNotHappenWithABackEndThatWasNeverAskedBeforeAnyCard) {
   simulation::UseMachine(WithNvidia({FullNvidiaCard()}));
   { const NvidiaCardInfo unasked; }
   EXPECT_TRUE(CurrentVendorRecord().calls.empty());
 }
 
-TEST(NvidiaShutdown, HappensOnceForABackEndThatIsAskedTwice) {
+TEST(NvidiaShutdownTest, HappensOnceForABackEndThatIsAskedTwice) {
   simulation::UseMachine(WithNvidia({FullNvidiaCard()}));
   {
     NvidiaCardInfo nvidia;
@@ -71,13 +71,13 @@ TEST(NvidiaShutdown, HappensOnceForABackEndThatIsAskedTwice) {
   EXPECT_EQ(Calls("nvmlShutdown"), 1U);
 }
 
-TEST(NvidiaShutdown, HappensAfterACardWasOpenedThoughAnotherWasNot) {
+TEST(NvidiaShutdownTest, HappensAfterACardWasOpenedThoughAnotherWasNot) {
   Machine machine = WithNvidia({FullNvidiaCard(), FullNvidiaCard()});
   machine.nvml->devices[1].open = 15;
   EXPECT_EQ(StopsAfter(machine), 1U);
 }
 
-TEST(NvidiaShutdown, LetsTheLibraryStartAnew) {
+TEST(NvidiaShutdownTest, LetsTheLibraryStartAnew) {
   for (int i = 0; i < 3; ++i) {
     const Answer answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
     EXPECT_EQ(answer.error, Error());
@@ -85,7 +85,7 @@ TEST(NvidiaShutdown, LetsTheLibraryStartAnew) {
   }
 }
 
-TEST(NvidiaLibrary, ThatAppearsWhileTheHostRunsIsFound) {
+TEST(NvidiaLibraryTest, ThatAppearsWhileTheHostRunsIsFound) {
   EXPECT_EQ(Ask<NvidiaCardInfo>(WithoutLibrary()).error.code, 12);
   EXPECT_EQ(Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()})).cards.size(), 1U);
 }

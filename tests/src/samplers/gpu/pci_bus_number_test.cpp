@@ -27,7 +27,7 @@ std::uint32_t BusOf(const std::string& hardware_id, const std::string& vendor, c
   return PciBusNumber(vendor, device);
 }
 
-TEST(PciBusNumber, IsTheFirstOfThreeNumbersOfTheLocation) {
+TEST(PciBusNumberTest, IsTheFirstOfThreeNumbersOfTheLocation) {
   EXPECT_EQ(BusAt("PCI bus 3, device 0, function 0;(3,0,0)"), 3U);
   EXPECT_EQ(BusAt("@System32\\drivers\\pci.sys,#65536;PCI bus %1, device %2, function %3;(197,0,1)"), 197U);
   EXPECT_EQ(BusAt("1,2,3"), 1U);
@@ -37,7 +37,7 @@ TEST(PciBusNumber, IsTheFirstOfThreeNumbersOfTheLocation) {
   EXPECT_EQ(BusAt("1,2,3,4,5"), 1U);
 }
 
-TEST(PciBusNumber, IsZeroForALocationWithoutThreeNumbers) {
+TEST(PciBusNumberTest, IsZeroForALocationWithoutThreeNumbers) {
   EXPECT_EQ(BusAt(""), 0U);
   EXPECT_EQ(BusAt("PCI bus 3, device 0, function 0"), 0U);
   EXPECT_EQ(BusAt("3,0"), 0U);
@@ -47,16 +47,16 @@ TEST(PciBusNumber, IsZeroForALocationWithoutThreeNumbers) {
   EXPECT_EQ(BusAt("3, 0, 0"), 0U);
 }
 
-TEST(PciBusNumber, IsZeroForANumberOutOfRange) {
+TEST(PciBusNumberTest, IsZeroForANumberOutOfRange) {
   EXPECT_EQ(BusAt("2147483647,0,0"), 2147483647U);
   EXPECT_EQ(BusAt("2147483648,0,0"), 0U);
 }
 
-TEST(PciBusNumber, OfAVeryLongLocationIsFoundToo) {
+TEST(PciBusNumberTest, OfAVeryLongLocationIsFoundToo) {
   EXPECT_EQ(BusAt(std::string(500'000, '7') + ";(3,0,0)"), 3U);
 }
 
-TEST(PciBusNumber, ComparesIdentifiersAsNumbers) {
+TEST(PciBusNumberTest, ComparesIdentifiersAsNumbers) {
   EXPECT_EQ(BusOf(kHardwareId, "1002", "744C"), 3U);
   EXPECT_EQ(BusOf(kHardwareId, "1002", "744c"), 3U);
   EXPECT_EQ(BusOf(kHardwareId, "0x1002", "0x744C"), 3U);
@@ -66,7 +66,7 @@ TEST(PciBusNumber, ComparesIdentifiersAsNumbers) {
   EXPECT_EQ(BusOf("SUBSYS_1&DEV_744C&VEN_1002", "1002", "744C"), 3U);
 }
 
-TEST(PciBusNumber, NeedsBothIdentifiers) {
+TEST(PciBusNumberTest, NeedsBothIdentifiers) {
   EXPECT_EQ(BusOf(kHardwareId, "10DE", "744C"), 0U);
   EXPECT_EQ(BusOf(kHardwareId, "1002", "744D"), 0U);
   EXPECT_EQ(BusOf(kHardwareId, "1002", "744"), 0U) << "a part of the digits is another number";
@@ -75,19 +75,19 @@ TEST(PciBusNumber, NeedsBothIdentifiers) {
   EXPECT_EQ(BusOf("VEN_1002&DEV_744CX", "1002", "744C"), 0U);
 }
 
-TEST(PciBusNumber, IsZeroForATextThatIsNoHexadecimalNumber) {
+TEST(PciBusNumberTest, IsZeroForATextThatIsNoHexadecimalNumber) {
   for (const std::string text : {"", "0x", "G", "744C ", " 744C", "-744C", "744C&", "1F00000000"}) {
     EXPECT_EQ(BusOf(kHardwareId, "1002", text), 0U) << text;
     EXPECT_EQ(BusOf(kHardwareId, text, "744C"), 0U) << text;
   }
 }
 
-TEST(PciBusNumber, NoTextMatchesAnAdapterWithoutANumber) {
+TEST(PciBusNumberTest, NoTextMatchesAnAdapterWithoutANumber) {
   EXPECT_EQ(BusOf("VEN_&DEV_", "", ""), 0U);
   EXPECT_EQ(BusOf("VEN_XXXX&DEV_YYYY", "XXXX", "YYYY"), 0U);
 }
 
-TEST(PciBusNumber, IsThatOfTheFirstMatch) {
+TEST(PciBusNumberTest, IsThatOfTheFirstMatch) {
   Machine machine;
   AddAdapter(machine, "VEN_10DE&DEV_26B1", "(1,0,0)");
   AddAdapter(machine, "VEN_1002&DEV_744C&SUBSYS_1", "(2,0,0)");
@@ -96,7 +96,7 @@ TEST(PciBusNumber, IsThatOfTheFirstMatch) {
   EXPECT_EQ(PciBusNumber("1002", "744C"), 2U);
 }
 
-TEST(PciBusNumber, IsThatOfTheFirstInstanceThatTellsWhereItIs) {
+TEST(PciBusNumberTest, IsThatOfTheFirstInstanceThatTellsWhereItIs) {
   Machine machine;
   AddAdapter(machine, "VEN_1002&DEV_744C&SUBSYS_1", "nowhere");
   AddAdapter(machine, "VEN_1002&DEV_744C&SUBSYS_2", "nowhere");
@@ -108,12 +108,12 @@ TEST(PciBusNumber, IsThatOfTheFirstInstanceThatTellsWhereItIs) {
   EXPECT_EQ(PciBusNumber("1002", "744C"), 4U);
 }
 
-TEST(PciBusNumber, IsZeroOnAMachineWithoutTheKey) {
+TEST(PciBusNumberTest, IsZeroOnAMachineWithoutTheKey) {
   simulation::UseMachine({});
   EXPECT_EQ(PciBusNumber("1002", "744C"), 0U);
 }
 
-TEST(PciBusNumber, IsZeroForAnAdapterWithoutInstances) {
+TEST(PciBusNumberTest, IsZeroForAnAdapterWithoutInstances) {
   Machine machine;
   AddAdapter(machine, kHardwareId, "(3,0,0)");
   machine.registry[0].keys[0].keys.clear();

@@ -54,7 +54,7 @@ ZT_OBJECT_WITHOUT_TYPE std::size_t SlotOf(Result (Interface::*method)(Parameters
   return called_slot;
 }
 
-TEST(AdlxInterfaces, CountReferencesInTheFirstSlots) {
+TEST(AdlxInterfacesTest, CountReferencesInTheFirstSlots) {
   EXPECT_EQ(SlotOf(&IADLXInterface::Acquire), 0U);
   EXPECT_EQ(SlotOf(&IADLXInterface::Release), 1U);
 }
@@ -110,29 +110,29 @@ TEST(AdlxInterfacesDeathTest, AnImplementationsSlotOfAMethodThatNobodyDeclaredEn
   EXPECT_DEATH(CallSlot(static_cast<IADLXInterface*>(&object), kQueryInterface), "");
 }
 
-TEST(AdlxInterfaces, TheSystemsMethodsAreInTheirSlots) {
+TEST(AdlxInterfacesTest, TheSystemsMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXSystem::GetGPUs, nullptr), 1U);
   EXPECT_EQ(SlotOf(&IADLXSystem::GetPerformanceMonitoringServices, nullptr), 9U);
 }
 
-TEST(AdlxInterfaces, TheListsMethodsAreInTheirSlots) {
+TEST(AdlxInterfacesTest, TheListsMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXGPUList::Begin), 5U);
   EXPECT_EQ(SlotOf(&IADLXGPUList::End), 6U);
   EXPECT_EQ(SlotOf(&IADLXGPUList::At_GPUList, 0U, nullptr), 11U);
 }
 
-TEST(AdlxInterfaces, TheCardsMethodsAreInTheirSlots) {
+TEST(AdlxInterfacesTest, TheCardsMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXGPU::VendorId, nullptr), 3U);
   EXPECT_EQ(SlotOf(&IADLXGPU::TotalVRAM, nullptr), 11U);
   EXPECT_EQ(SlotOf(&IADLXGPU::DeviceId, nullptr), 14U);
 }
 
-TEST(AdlxInterfaces, TheServicesMethodsAreInTheirSlots) {
+TEST(AdlxInterfacesTest, TheServicesMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXPerformanceMonitoringServices::GetCurrentGPUMetrics, nullptr, nullptr), 18U);
   EXPECT_EQ(SlotOf(&IADLXPerformanceMonitoringServices::GetSupportedGPUMetrics, nullptr, nullptr), 21U);
 }
 
-TEST(AdlxInterfaces, TheSupportsMethodsAreInTheirSlots) {
+TEST(AdlxInterfacesTest, TheSupportsMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXGPUMetricsSupport::IsSupportedGPUUsage, nullptr), 3U);
   EXPECT_EQ(SlotOf(&IADLXGPUMetricsSupport::IsSupportedGPUClockSpeed, nullptr), 4U);
   EXPECT_EQ(SlotOf(&IADLXGPUMetricsSupport::IsSupportedGPUVRAMClockSpeed, nullptr), 5U);
@@ -140,7 +140,7 @@ TEST(AdlxInterfaces, TheSupportsMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXGPUMetricsSupport::IsSupportedGPUVRAM, nullptr), 11U);
 }
 
-TEST(AdlxInterfaces, TheMetricsMethodsAreInTheirSlots) {
+TEST(AdlxInterfacesTest, TheMetricsMethodsAreInTheirSlots) {
   EXPECT_EQ(SlotOf(&IADLXGPUMetrics::GPUUsage, nullptr), 4U);
   EXPECT_EQ(SlotOf(&IADLXGPUMetrics::GPUClockSpeed, nullptr), 5U);
   EXPECT_EQ(SlotOf(&IADLXGPUMetrics::GPUVRAMClockSpeed, nullptr), 6U);

@@ -38,7 +38,7 @@ Machine WithBoth() {
   return machine;
 }
 
-TEST(VendorLibrary, OfTheMachineIsLoadedAndHasItsFunctions) {
+TEST(VendorLibrariesTest, OfTheMachineIsLoadedAndHasItsFunctions) {
   simulation::UseMachine(WithBoth());
   const auto nvml = nvml::Functions::In(Library::Load(NvmlStandIn()));
   EXPECT_TRUE(nvml.IsComplete());
@@ -48,7 +48,7 @@ TEST(VendorLibrary, OfTheMachineIsLoadedAndHasItsFunctions) {
   EXPECT_NE(adlx.Get<"ADLXInitialize">(), nullptr);
 }
 
-TEST(VendorLibrary, ThatTheMachineDoesNotHaveIsNotThere) {
+TEST(VendorLibrariesTest, ThatTheMachineDoesNotHaveIsNotThere) {
   simulation::UseMachine({});
   const Library nvml = Library::Load(NvmlStandIn());
   EXPECT_FALSE(nvml);
@@ -56,13 +56,13 @@ TEST(VendorLibrary, ThatTheMachineDoesNotHaveIsNotThere) {
   EXPECT_FALSE(FindAdlx());
 }
 
-TEST(VendorLibrary, OfAnotherFolderOrNameIsNotThere) {
+TEST(VendorLibrariesTest, OfAnotherFolderOrNameIsNotThere) {
   simulation::UseMachine(WithBoth());
   EXPECT_FALSE(Library::Load(simulation::LibraryFolder() / "elsewhere" / "nvml.dll"));
   EXPECT_FALSE(Library::Search("zt-no-such-library.dll", kSearchFlags));
 }
 
-TEST(VendorLibrary, LacksTheFunctionsThatTheMachineSaysAreMissing) {
+TEST(VendorLibrariesTest, LacksTheFunctionsThatTheMachineSaysAreMissing) {
   Machine machine = WithBoth();
   machine.nvml->missing_functions = {"nvmlDeviceGetSerial"};
   simulation::UseMachine(machine);
@@ -71,12 +71,12 @@ TEST(VendorLibrary, LacksTheFunctionsThatTheMachineSaysAreMissing) {
   EXPECT_NE(nvml.Find<AnyFunction>("nvmlDeviceGetClock"), nullptr);
 }
 
-TEST(VendorLibrary, HasNoFunctionOfANameThatItDoesNotExport) {
+TEST(VendorLibrariesTest, HasNoFunctionOfANameThatItDoesNotExport) {
   simulation::UseMachine(WithBoth());
   EXPECT_EQ(FindAdlx().Find<AnyFunction>("nvmlInit_v2"), nullptr);
 }
 
-TEST(VendorLibrary, IsFoundInTheSecondPlaceToo) {
+TEST(VendorLibrariesTest, IsFoundInTheSecondPlaceToo) {
   simulation::UseMachine(WithBoth());
   const auto files = platform::NvmlFiles();
   ASSERT_EQ(files.size(), 2U);
@@ -85,7 +85,7 @@ TEST(VendorLibrary, IsFoundInTheSecondPlaceToo) {
   EXPECT_NE(BindNvml(), nullptr);
 }
 
-TEST(VendorLibrary, OfNvidiaIsLookedUpOnceAndThenKept) {
+TEST(VendorLibrariesTest, OfNvidiaIsLookedUpOnceAndThenKept) {
   simulation::UseMachine({});
   EXPECT_EQ(BindNvml(), nullptr);
   simulation::UseMachine(WithBoth());
@@ -103,21 +103,21 @@ Machine WithRegistry() {
   return machine;
 }
 
-TEST(SimulatedRegistry, ListsSubkeysInTheirOrder) {
+TEST(SimulatedRegistryTest, ListsSubkeysInTheirOrder) {
   simulation::UseMachine(WithRegistry());
   EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer)").value, ElementsAre("Inner", "Other"));
   EXPECT_THAT(platform::RegistrySubkeys(R"(system\OUTER\)").value, ElementsAre("Inner", "Other"));
   EXPECT_THAT(platform::RegistrySubkeys(R"(SYSTEM\Outer\inner)").value, ElementsAre("Deep"));
 }
 
-TEST(SimulatedRegistry, ReadsTextsOfKeys) {
+TEST(SimulatedRegistryTest, ReadsTextsOfKeys) {
   simulation::UseMachine(WithRegistry());
   EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "colour").value, "red");
   EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer\Inner)", "Size").value, "3");
   EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Outer)", "Size").value, std::nullopt);
 }
 
-TEST(SimulatedRegistry, AKeyThatCannotBeOpenedIsAFailureAndOneThatIsNotThereIsNot) {
+TEST(SimulatedRegistryTest, AKeyThatCannotBeOpenedIsAFailureAndOneThatIsNotThereIsNot) {
   simulation::Machine machine = WithRegistry();
   machine.registry[0].failure = simulation::Failure{tests::kCallDenied};
   simulation::UseMachine(machine);
@@ -128,7 +128,7 @@ TEST(SimulatedRegistry, AKeyThatCannotBeOpenedIsAFailureAndOneThatIsNotThereIsNo
   EXPECT_EQ(platform::RegistryText(R"(SYSTEM\Other)", "colour").failure, 0U);
 }
 
-TEST(SimulatedRegistry, HasNoKeyThatTheMachineDoesNotState) {
+TEST(SimulatedRegistryTest, HasNoKeyThatTheMachineDoesNotState) {
   simulation::UseMachine(WithRegistry());
   for (const std::string path : {"SYSTEM", R"(SYSTEM\Out)", R"(SYSTEM\Outer2)", R"(SYSTEM\Outer\Inner\Deep\No)"}) {
     EXPECT_TRUE(platform::RegistrySubkeys(path).value.empty()) << path;

@@ -31,7 +31,7 @@ std::filesystem::path SystemFolder() {
   return path;
 }
 
-TEST(SystemLibraries, NvidiasIsLookedForInTheSystemFolderAndThenInTheClassicOne) {
+TEST(SystemLibrariesTest, NvidiasIsLookedForInTheSystemFolderAndThenInTheClassicOne) {
   const auto files = platform::NvmlFiles();
   ASSERT_EQ(files.size(), 2U);
   EXPECT_EQ(files[0].filename(), "nvml.dll");
@@ -40,24 +40,24 @@ TEST(SystemLibraries, NvidiasIsLookedForInTheSystemFolderAndThenInTheClassicOne)
   EXPECT_THAT(files[1].generic_string(), testing::EndsWith("/NVIDIA Corporation/NVSMI/nvml.dll"));
 }
 
-TEST(SystemLibraries, AreLoadedByFullPath) {
+TEST(SystemLibrariesTest, AreLoadedByFullPath) {
   const Library library = Library::Load(SystemFolder() / "version.dll");
   ASSERT_TRUE(library);
   EXPECT_NE(library.Find<void()>("GetFileVersionInfoW"), nullptr);
   EXPECT_EQ(library.Find<void()>("ZtNoSuchFunction"), nullptr);
 }
 
-TEST(SystemLibraries, AreFoundByNameInTheSystemFolder) {
+TEST(SystemLibrariesTest, AreFoundByNameInTheSystemFolder) {
   EXPECT_TRUE(Library::Search("version.dll", kSearchFlags));
   EXPECT_FALSE(Library::Search("zt-no-such-library.dll", kSearchFlags));
 }
 
-TEST(SystemLibraries, AreNotLoadedByANameWhereAPathIsNeeded) {
+TEST(SystemLibrariesTest, AreNotLoadedByANameWhereAPathIsNeeded) {
   EXPECT_FALSE(Library::Load("version.dll"));
   EXPECT_FALSE(Library::Load(SystemFolder() / "zt-no-such-library.dll"));
 }
 
-TEST(SystemLibraries, AreUnloadedWithTheLastThatUsesThem) {
+TEST(SystemLibrariesTest, AreUnloadedWithTheLastThatUsesThem) {
   constexpr wchar_t kName[] = L"dbgeng.dll";
   ASSERT_EQ(::GetModuleHandleW(kName), nullptr);
   {
@@ -68,7 +68,7 @@ TEST(SystemLibraries, AreUnloadedWithTheLastThatUsesThem) {
   EXPECT_EQ(::GetModuleHandleW(kName), nullptr);
 }
 
-TEST(SystemLibraries, StayLoadedWhenTheyAreGivenToTheProcess) {
+TEST(SystemLibrariesTest, StayLoadedWhenTheyAreGivenToTheProcess) {
   constexpr wchar_t kName[] = L"dbgeng.dll";
   Library::Search(kName, kSearchFlags).StayLoaded();
   EXPECT_NE(::GetModuleHandleW(kName), nullptr);
@@ -76,7 +76,7 @@ TEST(SystemLibraries, StayLoadedWhenTheyAreGivenToTheProcess) {
 
 // The collector must not take a library from wherever the host happens to stand. Each of the planted ones marks that it
 // was loaded, also when it is unloaded again at once.
-TEST(SystemLibraries, OfVendorsAreNeverTakenFromTheCurrentFolderOrTheSearchPath) {
+TEST(SystemLibrariesTest, OfVendorsAreNeverTakenFromTheCurrentFolderOrTheSearchPath) {
   const tests::PlantedLibraries planted;
   planted.BecomeCurrent();
   std::vector<types::GraphicCardInfo> cards;
@@ -86,14 +86,14 @@ TEST(SystemLibraries, OfVendorsAreNeverTakenFromTheCurrentFolderOrTheSearchPath)
 }
 
 // A key of the test's own below HKEY_LOCAL_MACHINE\SOFTWARE, gone with the test.
-class SystemRegistry : public testing::Test {
+class SystemRegistryTest : public testing::Test {
  protected:
   void SetUp() override {
     if (Set("", "Colour", REG_SZ, "red", 4) == ERROR_ACCESS_DENIED) {
       GTEST_SKIP() << "this user may not write below HKEY_LOCAL_MACHINE";
     }
   }
-  ~SystemRegistry() override { ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, path_.c_str()); }
+  ~SystemRegistryTest() override { ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, path_.c_str()); }
 
   LSTATUS Set(const std::string& subkey, const char* name, DWORD type, const void* data, DWORD size) const {
     return ::RegSetKeyValueA(HKEY_LOCAL_MACHINE, (path_ + subkey).c_str(), name, type, data, size);
@@ -105,7 +105,7 @@ class SystemRegistry : public testing::Test {
   const std::string path_ = R"(SOFTWARE\zt-telemetry-test-)" + std::to_string(::GetCurrentProcessId());
 };
 
-TEST_F(SystemRegistry, ListsSubkeys) {
+TEST_F(SystemRegistryTest, ListsSubkeys) {
   EXPECT_THAT(platform::RegistrySubkeys(path_).value, IsEmpty());
   Write(R"(\VEN_1002&DEV_744C)", "x", REG_SZ, "", 1);
   Write(R"(\VEN_10DE&DEV_26B1)", "x", REG_SZ, "", 1);
@@ -114,26 +114,26 @@ TEST_F(SystemRegistry, ListsSubkeys) {
   EXPECT_THAT(platform::RegistrySubkeys(R"(SOFTWARE\zt-no-such-key)").value, IsEmpty());
 }
 
-TEST_F(SystemRegistry, ListsSubkeysWithLongNames) {
+TEST_F(SystemRegistryTest, ListsSubkeysWithLongNames) {
   const std::string name(200, 'n');
   Write('\\' + name, "x", REG_SZ, "", 1);
   EXPECT_THAT(platform::RegistrySubkeys(path_).value, testing::ElementsAre(name));
 }
 
-TEST_F(SystemRegistry, AMissingKeyOrValueIsNoFailure) {
+TEST_F(SystemRegistryTest, AMissingKeyOrValueIsNoFailure) {
   EXPECT_EQ(platform::RegistrySubkeys(path_).failure, 0U) << "the end of the list";
   EXPECT_EQ(platform::RegistrySubkeys(R"(SOFTWARE\zt-no-such-key)").failure, 0U);
   EXPECT_EQ(platform::RegistryText(path_, "Missing").failure, 0U);
   EXPECT_EQ(platform::RegistryText(R"(SOFTWARE\zt-no-such-key)", "Colour").failure, 0U);
 }
 
-TEST_F(SystemRegistry, AKeyThatCannotBeOpenedIsAFailure) {
+TEST_F(SystemRegistryTest, AKeyThatCannotBeOpenedIsAFailure) {
   const std::string too_long(300, 'k');
   EXPECT_NE(platform::RegistrySubkeys(too_long).failure, 0U);
   EXPECT_NE(platform::RegistryText(too_long, "Colour").failure, 0U);
 }
 
-TEST_F(SystemRegistry, ReadsTexts) {
+TEST_F(SystemRegistryTest, ReadsTexts) {
   EXPECT_EQ(platform::RegistryText(path_, "Colour").value, "red");
   EXPECT_EQ(platform::RegistryText(path_ + '\\', "colour").value, "red");
   const std::string text(10'000, 't');
@@ -141,14 +141,14 @@ TEST_F(SystemRegistry, ReadsTexts) {
   EXPECT_EQ(platform::RegistryText(path_, "Long").value, text);
 }
 
-TEST_F(SystemRegistry, ReadsTextsWithoutAnEnd) {
+TEST_F(SystemRegistryTest, ReadsTextsWithoutAnEnd) {
   Write("", "Endless", REG_SZ, "red", 3);
   EXPECT_EQ(platform::RegistryText(path_, "Endless").value, "red");
   Write("", "Empty", REG_SZ, "", 0);
   EXPECT_EQ(platform::RegistryText(path_, "Empty").value, "");
 }
 
-TEST_F(SystemRegistry, HasNoTextWhereThereIsNone) {
+TEST_F(SystemRegistryTest, HasNoTextWhereThereIsNone) {
   const DWORD number = 3;
   Write("", "Number", REG_DWORD, &number, sizeof number);
   EXPECT_EQ(platform::RegistryText(path_, "Number").value, std::nullopt);

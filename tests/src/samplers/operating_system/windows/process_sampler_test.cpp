@@ -42,7 +42,7 @@ std::string LocalTimeText(int minutes) {
   return text;
 }
 
-class ProcessSamplerLiveTest : public testing::Test {
+class SystemProcessSamplerTest : public testing::Test {
  protected:
   const auto& Sample() {
     PerfMessages::Init(this, 50);
@@ -60,7 +60,7 @@ class ProcessSamplerLiveTest : public testing::Test {
   WMIClient wmi_{tests::kWmiNamespace};
 };
 
-TEST_F(ProcessSamplerLiveTest, TellsTheSession) {
+TEST_F(SystemProcessSamplerTest, TellsTheSession) {
   const auto& session = Sample().operating_session_info();
   EXPECT_EQ(session.max_user_input_delay_ms(), static_cast<std::uint32_t>(::GetSystemMetrics(95)));
   EXPECT_GE(session.time_since_last_boot_minutes(), 0.0F);
@@ -68,7 +68,7 @@ TEST_F(ProcessSamplerLiveTest, TellsTheSession) {
   EXPECT_TRUE(session.has_time_since_last_logon_minutes());
 }
 
-TEST_F(ProcessSamplerLiveTest, ReportsNoProcessWhereThePerformanceTableHasNoRows) {
+TEST_F(SystemProcessSamplerTest, ReportsNoProcessWhereThePerformanceTableHasNoRows) {
   const int rows = CountRows(L"SELECT Name FROM Win32_PerfFormattedData_PerfProc_Process");
   if (rows != 0) GTEST_SKIP() << "this system's table has " << rows << " rows; Wine's has none";
   const auto& section = Sample();
@@ -76,7 +76,7 @@ TEST_F(ProcessSamplerLiveTest, ReportsNoProcessWhereThePerformanceTableHasNoRows
   EXPECT_EQ(section.resource_intensive_processes_info_size(), 0);
 }
 
-TEST_F(ProcessSamplerLiveTest, AsksForTheOperationsOfExactlyTheseProcesses) {
+TEST_F(SystemProcessSamplerTest, AsksForTheOperationsOfExactlyTheseProcesses) {
   const ChildProcess child(L"cmd.exe");
   const ProcessList processes = {Listed(::GetCurrentProcessId()), Listed(child.Id())};
   ProcessTable table;
@@ -87,7 +87,7 @@ TEST_F(ProcessSamplerLiveTest, AsksForTheOperationsOfExactlyTheseProcesses) {
   EXPECT_THAT(told, testing::UnorderedElementsAreArray(processes));
 }
 
-TEST_F(ProcessSamplerLiveTest, TellsTheDetailsOfThisProcess) {
+TEST_F(SystemProcessSamplerTest, TellsTheDetailsOfThisProcess) {
   const auto process = Listed(::GetCurrentProcessId());
   FillDetails(*process);
   // The rights that details are asked with do not allow the wait that would tell "running".
@@ -98,7 +98,7 @@ TEST_F(ProcessSamplerLiveTest, TellsTheDetailsOfThisProcess) {
   EXPECT_FALSE(process->has_window_title);
 }
 
-TEST_F(ProcessSamplerLiveTest, TellsAProcessThatHasEnded) {
+TEST_F(SystemProcessSamplerTest, TellsAProcessThatHasEnded) {
   ChildProcess child(L"cmd.exe");
   const auto process = Listed(child.Id());
   child.End(3);
