@@ -69,7 +69,7 @@ TEST_P(NpuDocumentWrongTypeTest, IsATypeErrorAndWhatWasAddedBeforeStays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , NpuSamplerWrongType,
+    , NpuDocumentWrongTypeTest,
     testing::Values(
         WrongType{"Temperature", {{"adapter_temp_celsius", "47"}}, "string"},
         WrongType{"TemperatureFlag", {{"adapter_temp_celsius", true}}, "boolean"},

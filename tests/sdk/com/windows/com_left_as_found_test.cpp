@@ -17,10 +17,10 @@ namespace {
 using shared::wmi::WMIClient;
 using shared::ztbios::PrivateBiosWmi;
 
-constexpr wchar_t kQuery[] = L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem";
+constexpr wchar_t kMemoryQuery[] = L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem";
 
 void ExpectQueryWorks(WMIClient& client) {
-  EXPECT_EQ(client.ExecQuery(kQuery), 0);
+  EXPECT_EQ(client.ExecQuery(kMemoryQuery), 0);
   EXPECT_TRUE(client.Next());
   std::uint64_t memory = 0;
   EXPECT_EQ(client.GetValue(L"TotalPhysicalMemory", memory), 0);
@@ -48,7 +48,7 @@ TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAClient) {
 
 TEST(ComLeftAsFoundTest, AThreadWithoutComHasNoneAfterAFailedConnection) {
   OnFreshThread([] {
-    EXPECT_NE(WMIClient(tests::kNoWmiNamespace).ExecQuery(kQuery), 0);
+    EXPECT_NE(WMIClient(tests::kNoWmiNamespace).ExecQuery(kMemoryQuery), 0);
     EXPECT_EQ(CurrentApartment(), std::nullopt);
   });
 }
@@ -79,7 +79,7 @@ TEST(ComLeftAsFoundTest, AMultithreadedApartmentStaysAndQueriesWork) {
 TEST(ComLeftAsFoundTest, TheLeavingOfTheHostIsTheLastOne) {
   OnFreshThread([] {
     ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-    EXPECT_EQ(WMIClient(tests::kWmiNamespace).ExecQuery(kQuery), 0);
+    EXPECT_EQ(WMIClient(tests::kWmiNamespace).ExecQuery(kMemoryQuery), 0);
     ::CoUninitialize();
     EXPECT_EQ(CurrentApartment(), std::nullopt);
   });

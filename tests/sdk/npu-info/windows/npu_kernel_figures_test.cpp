@@ -15,7 +15,7 @@ using namespace shared::npu::kernel;
 using shared::npu::Npu;
 using shared::npu::ReadKernelFigures;
 
-constexpr Status kSuccess = 0;
+constexpr Status kKernelSuccess = 0;
 constexpr Status kInvalidParameter = static_cast<Status>(0xC000000D);
 
 constexpr LUID kNpuLuid = {0x1234, 7};
@@ -46,20 +46,20 @@ Status APIENTRY Open(OpenAdapterFromLuid* request) {
   if (!current->opens || !IsTheNpu(request->luid)) return kInvalidParameter;
   ++current->open_adapters;
   request->adapter = kHandle;
-  return kSuccess;
+  return kKernelSuccess;
 }
 
 Status APIENTRY Close(const CloseAdapter* request) {
   if (request->adapter != kHandle) return kInvalidParameter;
   --current->open_adapters;
-  return kSuccess;
+  return kKernelSuccess;
 }
 
 Status AnswerNode(NodePerformance& answer) {
   ++current->node_questions;
   if (answer.node >= current->node_frequencies.size() || answer.physical_adapter != 0) return kInvalidParameter;
   answer.frequency_hz = current->node_frequencies[answer.node];
-  return kSuccess;
+  return kKernelSuccess;
 }
 
 Status APIENTRY Info(const QueryAdapterInfo* request) {
@@ -71,7 +71,7 @@ Status APIENTRY Info(const QueryAdapterInfo* request) {
     return kInvalidParameter;
   }
   *static_cast<AdapterPerformance*>(request->data) = current->performance;
-  return current->has_performance ? kSuccess : kInvalidParameter;
+  return current->has_performance ? kKernelSuccess : kInvalidParameter;
 }
 
 Status APIENTRY Statistics(QueryStatistics* request) {
@@ -80,13 +80,13 @@ Status APIENTRY Statistics(QueryStatistics* request) {
     const auto nodes = static_cast<ULONG>(current->node_frequencies.size());
     request->result.adapter = {static_cast<ULONG>(current->segments.size()),
                                current->claimed_nodes != 0 ? current->claimed_nodes : nodes};
-    return kSuccess;
+    return kKernelSuccess;
   }
   const bool answers = request->type == StatisticsType::kSegment && request->segment < current->segments.size() &&
                        request->segment != current->failing_segment;
   if (!answers) return kInvalidParameter;
   request->result.segment = current->segments[request->segment];
-  return kSuccess;
+  return kKernelSuccess;
 }
 
 SegmentStatistics Segment(std::uint64_t resident, bool aperture) {

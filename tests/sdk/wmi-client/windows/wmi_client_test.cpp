@@ -79,12 +79,12 @@ TEST_F(WmiClientTest, TotalMemoryArrivesAsTextAndReadsAsANumber) {
 
 TEST_F(WmiClientTest, TotalMemoryReadsAs32BitsOnlyWhereItFits) {
   GoToRow(L"SELECT TotalPhysicalMemory FROM Win32_ComputerSystem");
-  constexpr std::uint32_t kValueBefore = 7;
-  std::uint32_t value = kValueBefore;
+  constexpr std::uint32_t kBefore = 7;
+  std::uint32_t value = kBefore;
   const std::int32_t status = client_.GetValue(L"TotalPhysicalMemory", value);
   const bool fits = SystemMemory().ullTotalPhys <= 0xFFFFFFFF;
   EXPECT_EQ(status, fits ? 0 : shared::wmi::kOverflow);
-  EXPECT_EQ(value, fits ? SystemMemory().ullTotalPhys : kValueBefore);
+  EXPECT_EQ(value, fits ? SystemMemory().ullTotalPhys : kBefore);
 }
 
 TEST_F(WmiClientTest, EachMemoryModuleIsARow) {

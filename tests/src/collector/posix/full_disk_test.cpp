@@ -28,7 +28,7 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-using FullDisk = CollectorTest;
+class FullDiskTest : public CollectorTest {};
 
 // More distinct profiles than the memory holds that a summary may take: the rest goes to a file.
 TEST_F(FullDiskTest, SamplesThatCannotBeSummarisedStayForTheNextCycle) {
