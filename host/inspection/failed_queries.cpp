@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "messages/source_failure.h"
+#include "host/inspection/failure_text.h"
 #include "zt/shared/wmi/query_failures.h"
 
 namespace zt::telemetry::host::inspection {
@@ -33,7 +33,7 @@ std::string TableOf(const std::wstring& wql) {
 
 FailedQueries::FailedQueries(std::vector<std::string>& failures) {
   shared::wmi::ObserveFailures([&failures](const std::wstring& wql, std::int32_t status) {
-    const std::string code = collector::performancesamples::StatusText(static_cast<std::uint32_t>(status));
+    const std::string code = StatusText(static_cast<std::uint32_t>(status));
     AddOnce("Error while querying " + TableOf(wql) + " (status " + code + ")", failures);
   });
 }

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "host/inspection/failure_text.h"
 #include "messages/perf_messages.h"
-#include "messages/source_failure.h"
 #include "messages/thermal_reply.h"
 #include "zt/shared/smbios/smbios_info.h"
 
@@ -14,7 +14,6 @@ namespace zt::telemetry::host::inspection {
 namespace {
 
 using samples::PerfMessages;
-using samples::StatusText;
 
 // What a machine of another maker answers: no such command, object, namespace, class.
 constexpr std::array<std::uint32_t, 4> kNoInterface = {1, 0x80041002, 0x8004100E, 0x80041010};

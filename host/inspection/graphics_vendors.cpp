@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/inspection/failed_queries.h"
-#include "messages/source_failure.h"
+#include "host/inspection/failure_text.h"
 #include "platform/library.h"
 #include "platform/nvml_files.h"
 #include "samplers/gpu/amd_card_info.h"
@@ -41,7 +41,7 @@ std::string CardsText(const std::vector<GraphicCardInfo>& cards) {
 Answer AskVendor(AbstractGPUVendor& vendor) {
   std::vector<GraphicCardInfo> cards;
   const common::Error outcome = vendor.QueryValues(&cards);
-  if (outcome.Failed()) return {SourceState::kFailed, samples::OutcomeText(outcome)};
+  if (outcome.Failed()) return {SourceState::kFailed, OutcomeText(outcome)};
   if (cards.empty()) return {SourceState::kAbsent, "no card of this vendor"};
   return {SourceState::kPresent, CardsText(cards)};
 }
@@ -81,7 +81,7 @@ Answer AskIntel(samples::Clients& clients) {
   // Its back-end finds no adapter also where the list of adapters cannot be had.
   if (!failures.empty()) return {SourceState::kFailed, failures.front()};
   const bool is_absent = outcome.kind == common::Error::kCallFailed && outcome.code == samples::kNoIntelAdapter;
-  return {is_absent ? SourceState::kAbsent : SourceState::kFailed, samples::OutcomeText(outcome)};
+  return {is_absent ? SourceState::kAbsent : SourceState::kFailed, OutcomeText(outcome)};
 }
 
 constexpr std::array kVendorChecks = {

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "host/inspection/failed_queries.h"
-#include "messages/source_failure.h"
+#include "host/inspection/failure_text.h"
 #include "network/network_info_msg.h"
 #include "network/network_inspection.h"
 #include "platform/wlan_service.h"
@@ -25,7 +25,7 @@ void RunSafely(const Part& part, NetworkReport& report) {
   try {
     part();
   } catch (...) {
-    report.failures.push_back(samples::CurrentSourceFailure().own_words);
+    report.failures.push_back(CurrentFailureText());
   }
 }
 

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "host/inspection/diagnoses.h"
+#include "host/inspection/failure_text.h"
 #include "host/inspection/firmware_checks.h"
 #include "messages/perf_messages.h"
-#include "messages/source_failure.h"
 #include "plugin/logger_export.h"
 
 namespace zt::telemetry::host::inspection {
@@ -44,7 +44,7 @@ Answer AskSafely(const Ask& ask) {
   try {
     return ask();
   } catch (...) {
-    return {SourceState::kFailed, samples::CurrentSourceFailure().own_words};
+    return {SourceState::kFailed, CurrentFailureText()};
   }
 }
 

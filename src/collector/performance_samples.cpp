@@ -8,7 +8,6 @@
 #include "collector/sources.h"
 #include "messages/log_text.h"
 #include "messages/perf_messages.h"
-#include "messages/source_failure.h"
 #include "store/network_summary.h"
 #include "store/sample_database.h"
 #include "store/summary_query.h"
@@ -94,7 +93,7 @@ Error PerformanceSamples::ReadSource() {
         try {
           builder->PopulateStorageAndUploadProtos();
         } catch (...) {
-          PLOG_ERROR << "Error handling message. Details: " << LogText(CurrentSourceFailure().error.description);
+          PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
         }
       }
       PerfMessages::ProcessStorageAndUpload();

@@ -1,3 +1,4 @@
+#include <exception>
 #include <fstream>
 
 #include "collector/example_upload.h"
@@ -118,6 +119,21 @@ TEST_F(CollectionCycleTest, ABuilderThatFailsIsLoggedAndTheOthersAndTheUploadSti
   for (const auto& line : log_.lines) EXPECT_EQ(line.function, kReadSource);
   EXPECT_THAT(sink_->stored, SizeIs(1));
   EXPECT_THAT(sink_->sent, SizeIs(1));
+}
+
+TEST_F(CollectionCycleTest, AnExceptionWithoutWordsCostsItsBuilderOnly) {
+  struct Wordless : std::exception {
+    const char* what() const noexcept override { return nullptr; }
+  };
+  shared::wmi::ObserveQueries([](const std::wstring& wql) {
+    if (wql.find(L"Win32_PhysicalMemory") != std::wstring::npos) throw Wordless();
+  });
+  EXPECT_THAT(Execute(50), HasSubstr(kSuccess));
+  shared::wmi::ObserveQueries({});
+  EXPECT_THAT(log_.Messages(plog::error), ElementsAre("Error handling message. Details: Unknown exception type."));
+  EXPECT_THAT(sink_->stored, SizeIs(1));
+  EXPECT_GT(OnlySent().hw_info().batteries_info_size(), 0);
+  EXPECT_GT(OnlySent().hw_info().storage_drives_info_size(), 0);
 }
 
 TEST_F(CollectionCycleTest, AFailedStoreDoesNotStopTheUpload) {

@@ -1,10 +1,10 @@
-#include "messages/source_failure.h"
+#include "host/inspection/failure_text.h"
 
 #include <array>
 #include <cstdio>
 #include <exception>
 
-namespace zt::telemetry::collector::performancesamples {
+namespace zt::telemetry::host::inspection {
 namespace {
 
 using common::Error;
@@ -14,20 +14,26 @@ bool IsOwnCondition(std::int64_t code) {
   return code >= -1 && code <= 1;
 }
 
+// An exception of somebody else's may have none.
+std::string WordsOf(const std::exception& thrown, const Error& error) {
+  const char* const words = thrown.what();
+  return words != nullptr ? words : error.description;
+}
+
 }  // namespace
 
-SourceFailure CurrentSourceFailure() {
+std::string CurrentFailureText() {
   const Error error = Error::FromCurrentException();
   try {
     throw;
   } catch (const Error&) {
-    return {error, OutcomeText(error)};
+    return OutcomeText(error);
   } catch (const std::exception& thrown) {
-    return {error, thrown.what()};
+    return WordsOf(thrown, error);
   } catch (const std::exception* thrown) {  // NOLINT(misc-throw-by-value-catch-by-reference): one sampler keeps them
-    return {error, thrown->what()};
+    return WordsOf(*thrown, error);
   } catch (...) {
-    return {error, error.description};
+    return error.description;
   }
 }
 
@@ -44,4 +50,4 @@ std::string StatusText(std::uint32_t status) {
   return text.data();
 }
 
-}  // namespace zt::telemetry::collector::performancesamples
+}  // namespace zt::telemetry::host::inspection
