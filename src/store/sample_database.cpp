@@ -1,6 +1,5 @@
 #include "store/sample_database.h"
 
-#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -9,28 +8,35 @@
 #include "store/sqlite_handles.h"
 #include "store/summary_query.h"
 #include "store/summary_rows.h"
+#include "store/work_limit.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
-
-// As long as a summary may keep the host waiting for a writer. Nothing else waits: what cannot be counted or deleted at
-// once is left to the next cycle. A delete that waited would delete what that writer has just added.
-constexpr std::chrono::milliseconds kPatience(200);
 
 // Sorting and the connection's own tables go to files once they outgrow SQLite's page cache of 2 MB: memory does not
 // grow with the backlog. SQLite has these files removed by the system when they are closed, however the process ends.
 constexpr const char* kLimitMemory = "PRAGMA temp_store=FILE;";
 
+// Whoever can write the file says what its tables are: its views and triggers get SQLite's harmless functions alone,
+// and none that the host has added to the connections of its process.
+void DistrustSchema(sqlite3* database) {
+  constexpr int kOff = 0;
+  sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, kOff, nullptr);
+}
+
 // Null when the file cannot be opened. It is opened for reading only where it cannot be written. Waits for nobody.
-Database Open(const std::string& path) {
+Database Open(const std::string& path, WorkLimit& work) {
   sqlite3* handle = nullptr;
   const int outcome = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);
   Database database(handle);
-  return outcome == SQLITE_OK ? std::move(database) : nullptr;
+  if (outcome != SQLITE_OK) return nullptr;
+  DistrustSchema(database.get());
+  work.GiveTo(database.get());
+  return database;
 }
 
-Database OpenForSummary(const std::string& path, LockPatience& patience) {
-  Database database = Open(path);
+Database OpenForSummary(const std::string& path, LockPatience& patience, WorkLimit& work) {
+  Database database = Open(path, work);
   if (!database) return nullptr;
   patience.GiveTo(database.get());
   Run(database.get(), kLimitMemory);
@@ -46,29 +52,35 @@ void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
 
 }  // namespace
 
-void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result) {
+void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result,
+                          const StoreLimits& limits) {
   if (result == nullptr) return;
-  LockPatience patience(kPatience);
+  LockPatience patience(limits.summary_locks);
+  WorkLimit work(limits.summary_work);
+  SummaryRowsBySource rows;
   if (query_text == kSummaryQuery) {
-    const Database database = OpenForSummary(db_path, patience);
-    SummaryRowsBySource rows;
+    const Database database = OpenForSummary(db_path, patience, work);
     if (database && LinearSummary(database.get()).Run(&rows)) return Append(std::move(rows), result);
+    rows.clear();
   }
   // A connection of its own: on the failed one the tables' names mean something else.
-  const Database database = OpenForSummary(db_path, patience);
+  const Database database = OpenForSummary(db_path, patience, work);
   const Statement query = database ? Prepare(database.get(), query_text) : nullptr;
-  if (query) ReadSummaryRows(query.get(), result);
+  // The hours that an interrupted query has not come to would be deleted with those it has.
+  if (query && ReadSummaryRows(query.get(), &rows) != SQLITE_INTERRUPT) Append(std::move(rows), result);
 }
 
-bool SampleTableHasRows(const std::string& db_path, const std::string& table) {
-  const Database database = Open(db_path);
+bool SampleTableHasRows(const std::string& db_path, const std::string& table, const StoreLimits& limits) {
+  WorkLimit work(limits.table_work);
+  const Database database = Open(db_path, work);
   if (!database) return false;
   const Statement count = Prepare(database.get(), "SELECT COUNT(*) FROM \"" + table + "\";");
   return count && sqlite3_step(count.get()) == SQLITE_ROW && sqlite3_column_int(count.get(), 0) > 0;
 }
 
-void DeleteSampleRows(const std::string& db_path, const std::vector<std::string>& tables) {
-  const Database database = Open(db_path);
+void DeleteSampleRows(const std::string& db_path, const std::vector<std::string>& tables, const StoreLimits& limits) {
+  WorkLimit work(limits.table_work);
+  const Database database = Open(db_path, work);
   if (!database) return;
   for (const std::string& table : tables) Run(database.get(), "DELETE FROM " + table + ";");
 }

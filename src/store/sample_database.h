@@ -1,13 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <string>
 #include <vector>
 
 /// Access to the host's database of raw samples, which other components of the host create and fill. Paths are UTF-8.
 /// Each call opens the file itself and keeps nothing open. A file that is not there is not created. No failure is
-/// reported: what cannot be read has no rows, what cannot be deleted stays. A query waits for other components' locks
-/// for 200 ms in all, nothing else waits.
+/// reported: what cannot be read has no rows, what cannot be deleted stays.
 namespace zt::telemetry::collector::performancesamples {
 
 /// One row of a query: text by column name. A column that is NULL is absent.
@@ -17,14 +17,27 @@ using SummaryRow = std::map<std::string, std::string>;
 /// row.
 using SummaryRowsBySource = std::map<std::string, std::vector<SummaryRow>>;
 
+/// How long each call may take.
+struct StoreLimits {
+  /// As long as a summary waits for other components' locks, in all. Nothing else waits for one: what cannot be counted
+  /// or deleted at once is left to the next cycle. A delete that waited would delete what a writer has just added.
+  std::chrono::milliseconds summary_locks{200};
+  /// A summary. Three months of samples take about a second; a query that is not through by then has no rows.
+  std::chrono::milliseconds summary_work{20'000};
+  /// Counting a table's rows; emptying tables.
+  std::chrono::milliseconds table_work{5'000};
+};
+
 /// Runs one query and adds its rows to `result`. A query without a column "source" adds nothing. A row's texts end at
 /// their first NUL. `kSummaryQuery` runs in time proportional to the stored rows over ordinary tables.
-void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result);
+void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result,
+                          const StoreLimits& limits = {});
 
 /// Whether `table` holds at least one row; false as well when that cannot be told.
-bool SampleTableHasRows(const std::string& db_path, const std::string& table);
+bool SampleTableHasRows(const std::string& db_path, const std::string& table, const StoreLimits& limits = {});
 
 /// Empties each table in turn, also after one that fails.
-void DeleteSampleRows(const std::string& db_path, const std::vector<std::string>& tables);
+void DeleteSampleRows(const std::string& db_path, const std::vector<std::string>& tables,
+                      const StoreLimits& limits = {});
 
 }  // namespace zt::telemetry::collector::performancesamples
