@@ -29,15 +29,30 @@ class PlantedLibraries {
     constexpr DWORD kCapacity = 32'767;
     std::wstring path(kCapacity, L'\0');
     path.resize(::GetEnvironmentVariableW(L"PATH", path.data(), kCapacity));
-    if (!::SetEnvironmentVariableW(L"PATH", (folder_.Path().wstring() + L';' + path).c_str())) {
-      throw std::runtime_error("the search path could not be set");
+    SetVariable(L"PATH", folder_.Path().wstring() + L';' + path);
+  }
+
+  /// Has the folder stand in the place of the system's and the programs' folders in the environment, with the libraries
+  /// where they would be looked for below these.
+  void BecomeTheSystems() const {
+    for (const char* below : {"System32", "NVIDIA Corporation/NVSMI"}) {
+      std::filesystem::create_directories(folder_.Path() / below);
+      std::filesystem::copy(ZT_PLANTED_LIBRARIES, folder_.Path() / below);
+    }
+    for (const wchar_t* name : {L"SystemRoot", L"windir", L"ProgramFiles", L"ProgramW6432", L"ProgramData",
+                                L"ALLUSERSPROFILE", L"CommonProgramFiles", L"APPDATA", L"LOCALAPPDATA"}) {
+      SetVariable(name, folder_.Path().wstring());
     }
   }
 
  private:
+  static void SetVariable(const wchar_t* name, const std::wstring& value) {
+    if (!::SetEnvironmentVariableW(name, value.c_str())) throw std::runtime_error("the environment could not be set");
+  }
+
   std::vector<std::string> FilesWith(const std::string& extension) const {
     std::vector<std::string> names;
-    for (const auto& file : std::filesystem::directory_iterator(folder_.Path())) {
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder_.Path())) {
       if (file.path().extension() == extension) names.push_back(file.path().filename().string());
     }
     return names;

@@ -30,6 +30,14 @@ TEST(LibrarySearchTest, ACollectionTakesNoLibraryFromTheCurrentFolderOrTheSearch
   EXPECT_THAT(planted.Marks(), IsEmpty());
 }
 
+TEST(LibrarySearchTest, ACollectionTakesNoLibraryFromAFolderThatTheEnvironmentNames) {
+  const PlantedLibraries planted;
+  planted.BecomeTheSystems();
+  BarePlugin plugin;
+  EXPECT_THAT(plugin.Collect(), HasSubstr(kSuccess));
+  EXPECT_THAT(planted.Marks(), IsEmpty());
+}
+
 // A library of the name of one that is loaded is not looked for any more.
 TEST(LibrarySearchTest, TheDatabaseLibraryOfTheHostIsNotThePlugins) {
   const PlantedLibraries planted;
