@@ -37,3 +37,11 @@ if(ZT_SANITIZE)
   add_compile_options(-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined,float-cast-overflow)
 endif()
+
+# Our own code alone is counted. Test code is as well: where a program holds two copies of an inline function, one of
+# them uncounted, the linker may choose that one. Paths are kept relative to the build folder, so that the compiler
+# cache serves every clone.
+if(ZT_COVERAGE)
+  target_compile_options(zt_options INTERFACE -fprofile-instr-generate -fcoverage-mapping -fcoverage-compilation-dir=.)
+  add_link_options(-fprofile-instr-generate)
+endif()

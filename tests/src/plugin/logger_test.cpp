@@ -83,7 +83,8 @@ TEST_F(LoggerTest, PutsTheFunctionIntoTheFileFieldToo) {
   ztSharedInitializeLogger(plog::info, &host_);
   PLOG_ERROR << "trouble";
   ASSERT_THAT(host_.lines, SizeIs(1));
-  EXPECT_THAT(host_.lines[0].function, testing::HasSubstr("TestBody"));
+  // As far as plog keeps it: some compilers write an unnamed namespace in brackets, where it cuts.
+  EXPECT_THAT(host_.lines[0].function, testing::HasSubstr("performancesamples::"));
   EXPECT_EQ(host_.lines[0].file, host_.lines[0].function);
 }
 
