@@ -39,9 +39,12 @@ if(ZT_SANITIZE)
 endif()
 
 # Our own code alone is counted. Test code is as well: where a program holds two copies of an inline function, one of
-# them uncounted, the linker may choose that one. Paths are kept relative to the build folder, so that the compiler
+# them uncounted, the linker may choose that one. Clang keeps paths relative to the build folder, so that the compiler
 # cache serves every clone.
-if(ZT_COVERAGE)
+if(ZT_COVERAGE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   target_compile_options(zt_options INTERFACE -fprofile-instr-generate -fcoverage-mapping -fcoverage-compilation-dir=.)
   add_link_options(-fprofile-instr-generate)
+elseif(ZT_COVERAGE)
+  target_compile_options(zt_options INTERFACE --coverage)
+  add_link_options(--coverage)
 endif()

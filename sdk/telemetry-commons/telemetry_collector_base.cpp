@@ -46,10 +46,11 @@ Error ReadEventType(const char* params, EventType& event_type) {
     return ParameterError("Parameter \"eventType\" must be an integer, but is " + value->dump());
   }
   constexpr std::int64_t kMin = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
-  const bool too_large = value->is_number_unsigned() && value->get<std::uint64_t>() > std::uint64_t{kMax};
-  const std::int64_t number = too_large ? kMax : value->get<std::int64_t>();
-  if (too_large || number < kMin || number > kMax) {
+  constexpr std::uint64_t kMax = std::numeric_limits<std::int32_t>::max();
+  // What is not below zero is read as an unsigned number.
+  const bool too_large = value->is_number_unsigned() && value->get<std::uint64_t>() > kMax;
+  const std::int64_t number = too_large ? 0 : value->get<std::int64_t>();
+  if (too_large || number < kMin) {
     return ParameterError("Parameter \"eventType\" must be a 32-bit integer, but is " + value->dump());
   }
   event_type = static_cast<EventType>(number);

@@ -8,8 +8,9 @@ namespace zt::shared {
 namespace {
 
 std::string WithSeparator(std::string folder) {
-  const char last = folder.empty() ? kPathSeparator : folder.back();
-  if (last != '/' && last != kPathSeparator) folder += kPathSeparator;
+  const std::string separators = {'/', kPathSeparator};
+  const std::size_t behind_the_last = folder.find_last_of(separators) + 1;  // 0 without one
+  if (behind_the_last != folder.size()) folder += kPathSeparator;
   return folder;
 }
 

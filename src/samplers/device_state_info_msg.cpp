@@ -95,7 +95,7 @@ std::string DeviceStateInfoMsg::GetPosition() {
     return Error(Error::kCallFailed, code, text, typeid(*this).name(), "");
   };
   const HingeReading hinge = platform::ReadHingeAngle();
-  switch (hinge.outcome) {
+  switch (hinge.outcome) {  // coverage: there is no other outcome
     case HingeReading::Outcome::kSensorTimedOut:
       throw failure(kOwnCondition, kSensorTimedOut);
     case HingeReading::Outcome::kNoSensor:

@@ -46,12 +46,11 @@ int FindColumn(sqlite3_stmt* columns, const char* name) {
   return kNoTable;
 }
 
-// The query, with the table of profiles in the place of the samples. Empty when it has no such place.
+// The query, with the table of profiles in the place of the samples.
 std::string QueryWithProfileTable() {
   std::string query = kSummaryQuery;
-  const std::size_t place = query.find(kProfileSource);
-  if (place == std::string::npos) return {};
-  return query.replace(place, kProfileSource.size(), std::string("FROM temp.") + kProfileTable + " np");
+  return query.replace(query.find(kProfileSource), kProfileSource.size(),
+                       std::string("FROM temp.") + kProfileTable + " np");
 }
 
 // First and last row to show, as functions of SQL.
@@ -68,8 +67,8 @@ bool AddProfile(sqlite3_stmt* insertion, sqlite3_stmt* sample, int first_column)
   for (int i = 0; i < kNumberOfProfileColumns; ++i) {
     sqlite3_bind_value(insertion, i + 1, sqlite3_column_value(sample, first_column + i));
   }
-  const bool added = sqlite3_step(insertion) == SQLITE_DONE;
-  return sqlite3_reset(insertion) == SQLITE_OK && added;
+  sqlite3_step(insertion);
+  return sqlite3_reset(insertion) == SQLITE_OK;  // tells of a step that failed
 }
 
 }  // namespace

@@ -42,8 +42,8 @@ std::string Definition(sqlite3* database, const char* column) {
                                     nullptr) != SQLITE_OK) {
     return {};
   }
-  return std::string(column) + " " + (type == nullptr ? "" : type) +
-         (collation == nullptr ? "" : " COLLATE " + Quoted(collation));
+  // A column without a type has none (null); without a collation of its own it has the usual one.
+  return std::string(column) + " " + (type == nullptr ? "" : type) + " COLLATE " + Quoted(collation);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace zt::telemetry::collector::performancesamples::platform {
 
 std::wstring ModuleFileName(const void* address) {
   Dl_info info{};
-  if (::dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
+  if (::dladdr(address, &info) == 0) return {};
   const std::string_view path(info.dli_fname);
   const std::size_t slash = path.rfind('/');
   return slash == std::string_view::npos ? std::wstring() : text::ToWide(path.substr(slash + 1));

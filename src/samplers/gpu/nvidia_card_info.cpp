@@ -26,12 +26,12 @@ constexpr double kBytesPerMegabyte = 1'000'000.0;
 // The card in hand. Never cleared: as long as it is set, some object has opened a card.
 nvmlDevice_t module_wide_handle = nullptr;
 
-// Calls a function of the library. One that the library does not export fails, as one that the card does not support,
-// and so does every one where there is no library.
+// Calls a function of the library. One that the library does not export fails, as one that the card does not support.
 template <base::EntryName name, typename... Arguments>
 nvmlReturn_t Call(Arguments... arguments) {
   const nvml::Functions* const library = BindNvml();
-  auto* const function = library != nullptr ? library->Get<name>() : nullptr;
+  if (library == nullptr) return NVML_ERROR_LIBRARY_NOT_FOUND;
+  auto* const function = library->Get<name>();
   return function != nullptr ? function(arguments...) : NVML_ERROR_FUNCTION_NOT_FOUND;
 }
 
@@ -40,10 +40,6 @@ bool Check(nvmlReturn_t status, Error& error) {
   if (status == NVML_SUCCESS) return true;
   error = Error(Error::kCallFailed, status, DescribeNvmlReturn(status), typeid(nvmlReturn_t).name(), "");
   return false;
-}
-
-nvmlReturn_t Start() {
-  return BindNvml() != nullptr ? Call<"nvmlInit_v2">() : NVML_ERROR_LIBRARY_NOT_FOUND;
 }
 
 // Taken as a signed number: a count below zero is no card, like that of a failed call, and not one of billions.
@@ -104,7 +100,7 @@ NvidiaCardInfo::~NvidiaCardInfo() {
 
 Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   Error error;
-  if (!Check(Start(), error)) return error;
+  if (!Check(Call<"nvmlInit_v2">(), error)) return error;
   const int count = CountCards();
   for (int index = 0; index < count; ++index) {
     const auto number = static_cast<unsigned int>(index);

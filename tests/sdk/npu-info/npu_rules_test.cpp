@@ -42,6 +42,11 @@ TEST(NpuRulesTest, WithoutPartsThereIsNoHardwareId) {
   EXPECT_EQ(HardwareId({}), "");
 }
 
+TEST(NpuRulesTest, OnePartIsEnoughForAHardwareId) {
+  EXPECT_EQ(HardwareId({.vendor = 0x8086}), R"(PCI\VEN_8086&DEV_0000&SUBSYS_00000000&REV_00)");
+  EXPECT_EQ(HardwareId({.device = 0x7D1D}), R"(PCI\VEN_0000&DEV_7D1D&SUBSYS_00000000&REV_00)");
+}
+
 TEST(NpuRulesTest, TheWidestPartsFitTheHardwareId) {
   constexpr std::uint32_t kWidest = 0xFFFFFFFF;
   EXPECT_EQ(HardwareId({kWidest, kWidest, kWidest, kWidest, kWidest}),

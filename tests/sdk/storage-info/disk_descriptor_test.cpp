@@ -9,6 +9,7 @@
 namespace zt::tests {
 namespace {
 
+using namespace std::string_literals;
 using shared::storage::BusType;
 using shared::storage::DiskDescriptor;
 using shared::storage::ParseAdapterSerial;
@@ -86,7 +87,7 @@ TEST(DiskDescriptorTest, ADescriptorCutAnywhereIsReadWithinItsBytes) {
 }
 
 TEST(DiskDescriptorTest, ReadsTheAdaptersSerialNumber) {
-  EXPECT_EQ(ParseAdapterSerial(AdapterSerial(u"S4EVNX0\0rubbish")), "S4EVNX0");
+  EXPECT_EQ(ParseAdapterSerial(AdapterSerial(u"S4EVNX0\0rubbish"s)), "S4EVNX0");
   EXPECT_EQ(ParseAdapterSerial(AdapterSerial(u"S4EVNX0")), "S4EVNX0");
   EXPECT_EQ(ParseAdapterSerial(AdapterSerial(u"ü\U0001F600")), "ü\U0001F600");
 }

@@ -40,7 +40,7 @@ TEST(FixedDrivesTest, WithoutAnAdapterSerialNumberTheNamespaceIsTakenOff) {
 
 TEST(FixedDrivesTest, WhatIsNoNamespaceStays) {
   for (const char* serial : {"0025_38B1_1234_5678.", "S4EV_00000001", "S4EV-00000001.", "S4EV_0000000G.", "_00000001.",
-                             "S4EV_000000001.", "S4EV"}) {
+                             "S4EV_000000001.", "S4EV_00000001:", "S4EV"}) {
     EXPECT_EQ(OwnSerial(Nvme(serial)), serial);
   }
 }

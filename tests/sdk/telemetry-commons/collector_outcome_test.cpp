@@ -91,6 +91,14 @@ TEST_F(CollectorOutcomeTest, AnnouncedMessagesAndDatabasesAreNamed) {
   EXPECT_EQ(outcome["databases"], nlohmann::json::array({"own.db"}));
 }
 
+TEST_F(CollectorOutcomeTest, AnAnnouncedMessageThatIsNoneHasNoName) {
+  collector_.get_databases = [](auto& messages, auto&) {
+    messages.push_back(nullptr);
+    messages.push_back(SharedPtrTool::Create(google::protobuf::Timestamp()));
+  };
+  EXPECT_EQ(OutcomeOf(collector_, kParams)["messages"], nlohmann::json::array({"google.protobuf.Timestamp"}));
+}
+
 TEST_F(CollectorOutcomeTest, AnExceptionOfTheCollectionIsReported) {
   collector_.read_source = []() -> Error { throw std::system_error(2, std::generic_category(), "opening"); };
   const nlohmann::json outcome = OutcomeOf(collector_, kParams);

@@ -101,6 +101,12 @@ TEST(WideTextTest, ANumberBeyondTheLastCharacterIsReplaced) {
   EXPECT_EQ(ToUtf8(ToWide("\xF4\x90\x80\x80")).substr(0, 3), kReplacement);
 }
 
+TEST(WideTextTest, AUnitBeyondTheLastCharacterIsReplaced) {
+  if (sizeof(wchar_t) == 2) GTEST_SKIP() << "no unit is as large";
+  EXPECT_EQ(ToUtf8(Wide({'a', 0x110000, 'z'})), std::string("a") + kReplacement + "z");
+  EXPECT_EQ(ToUtf8(Wide({0x7FFFFFFF})), kReplacement);
+}
+
 TEST(WideTextTest, ANulIsACharacterLikeAnyOther) {
   EXPECT_EQ(ToUtf8(std::wstring(L"a\0b", 3)), std::string("a\0b", 3));
   EXPECT_EQ(ToWide(std::string("a\0b", 3)), std::wstring(L"a\0b", 3));

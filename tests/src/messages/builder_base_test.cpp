@@ -6,6 +6,7 @@
 
 #include "samplers/cpu_info_msg.h"
 #include "samplers/fans_info_msg.h"
+#include "samplers/gpu/gpu_info_msg.h"
 #include "samplers/system_board_info_msg.h"
 #include "support/collector_fixture.h"
 #include "support/wmi_namespace.h"
@@ -22,6 +23,15 @@ class PlainBuilder : public PerfMessages {
   using PerfMessages::private_bios_wmi_;
   using PerfMessages::wmi_client_;
   void PopulateStorageAndUploadProtos() override {}
+};
+
+// Any builder that shows what its base keeps.
+template <typename Builder>
+class Opened : public Builder {
+ public:
+  using Builder::Builder;
+  using Builder::cdm_;
+  using Builder::wmi_client_;
 };
 
 TEST(BuilderBaseTest, KeepsTheClientsItIsGiven) {
@@ -96,6 +106,19 @@ TEST(BuilderBaseTest, TheBuildersOfHourlySectionsAddNothingToALiveRecord) {
   FansInfoMsg().PopulateStorageAndUploadProtos();
   SystemBoardInfoMsg().PopulateStorageAndUploadProtos();
   EXPECT_EQ(PerfMessages::static_cdm_->SerializeAsString(), before);
+}
+
+TEST(BuilderBaseTest, TheBuildersOfEachSectionCanBeMadeFromAnother) {
+  shared::wmi::WMIClient wmi(tests::kWmiNamespace);
+  const PlainBuilder original(&wmi);
+  const auto expect_shared = [&](const auto& copy) {
+    EXPECT_EQ(copy.cdm_, original.cdm_);
+    EXPECT_EQ(copy.wmi_client_, &wmi);
+  };
+  expect_shared(Opened<CPUInfoMsg>(original));
+  expect_shared(Opened<FansInfoMsg>(original));
+  expect_shared(Opened<SystemBoardInfoMsg>(original));
+  expect_shared(Opened<GPUInfoMsg>(original));
 }
 
 TEST(InitTest, CreatesTheSharedRecordsAndKeepsHandleAndEventType) {
@@ -179,6 +202,14 @@ TEST(InitTest, KeepsItsHandleWhenAnotherCollectorIsGone) {
   PerfMessages::Init(&first, 50);
   PerfMessages::ForgetHandle(&second);
   EXPECT_EQ(PerfMessages::perf_handle_, &first);
+}
+
+TEST(InitTest, WithoutACollectorThereIsNoneToForget) {
+  int second = 0;
+  PerfMessages::Init(nullptr, 50);
+  PerfMessages::ForgetHandle(nullptr);
+  PerfMessages::Init(&second, 20);
+  EXPECT_EQ(PerfMessages::perf_handle_, nullptr);
 }
 
 TEST(SerialNumberTest, IsTheSmbiosOne) {

@@ -183,7 +183,7 @@ TEST_F(PostureSamplerTest, TheStatusMayBeInLowerCase) {
 }
 
 TEST_F(PostureSamplerTest, AnyOtherStatusMakesATablet) {
-  for (const char* status : {"Error", "OK ", "OKAY", "O", "", "Unknown", "\xC3\x96K"}) {
+  for (const char* status : {"Error", "OK ", "OKAY", "O", "", "Unknown", "OK~", "\xC3\x96K"}) {
     Keyboards().clear();
     AddKeyboard(true, status);
     EXPECT_EQ(Infer(), "positionTablet") << status;

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "store/sqlite_handles.h"
 #include "store_test.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -97,6 +98,13 @@ TEST_F(HourFunctionTest, TextsOfADatabaseInUtf16AreReadAlike) {
   ASSERT_TRUE(UseFastHours(wide.Handle()));
   EXPECT_EQ(Hour(wide, "'2026-03-07T12:34:56'"), "'2026-03-07T12:00:00.000Z'");
   EXPECT_EQ(Hour(wide, "'2026-03-07T24:34:56'"), Hour(own_, "'2026-03-07T24:34:56'"));
+}
+
+TEST_F(HourFunctionTest, AConnectionInTheMiddleOfAReadingKeepsWhatItHas) {
+  const Statement reading = Prepare(fast_.Handle(), "SELECT 1;");
+  ASSERT_EQ(sqlite3_step(reading.get()), SQLITE_ROW);
+  EXPECT_FALSE(UseFastHours(fast_.Handle()));
+  ExpectTheSame("'2026-02-31T12:00:00'");
 }
 
 TEST(HourPartTest, IsThereForPlainTimesOnly) {

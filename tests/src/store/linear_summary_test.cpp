@@ -1,4 +1,6 @@
 // The linear summary gives what the query gives over the tables themselves, row map by row map.
+#include "store/linear_summary.h"
+
 #include "random_samples.h"
 #include "store/profile_table.h"
 #include "table_definitions.h"
@@ -61,6 +63,27 @@ TEST_F(LinearSummaryTest, TheTableOfProfilesComparesLikeTheSamples) {
             SQLITE_OK);
   EXPECT_STREQ(type, "INT");
   EXPECT_STREQ(collation, "NOCASE");
+}
+
+TEST_F(LinearSummaryTest, TheTableOfProfilesComparesInAnOrderOfAnyName) {
+  tests::SampleStore store(path_);
+  const auto by_length = [](void*, int left, const void*, int right, const void*) { return left - right; };
+  ASSERT_EQ(sqlite3_create_collation(store.Handle(), "by \"length\"", SQLITE_UTF8, nullptr, by_length), SQLITE_OK);
+  CreateWithInterface(store, "TEXT COLLATE \"by \"\"length\"\"\"");
+  ASSERT_TRUE(MakeProfileTable(store.Handle()));
+  store.Execute(std::string("INSERT INTO temp.") + kProfileTable + "(interface_device_id) VALUES('abc'), ('d')");
+  EXPECT_EQ(store.Value(std::string("SELECT interface_device_id FROM ") + kProfileTable +
+                        " WHERE interface_device_id = 'xyz'"),
+            "abc");
+}
+
+TEST_F(LinearSummaryTest, EmptyTablesWhoseRowsHaveNoNumbersGiveNoRows) {
+  tests::SampleStore store = NewStore();
+  store.Execute("ALTER TABLE ThermalData ADD COLUMN _rowid_ INTEGER DEFAULT 1");
+  store.Execute("ALTER TABLE NetworkData ADD COLUMN _rowid_ INTEGER DEFAULT 1");
+  SummaryRowsBySource rows;
+  EXPECT_TRUE(LinearSummary(store.Handle()).Run(&rows));
+  EXPECT_THAT(rows, testing::IsEmpty());
 }
 
 TEST_F(LinearSummaryTest, ProfilesThatDifferInTheirLastBitAreTwo) {

@@ -166,7 +166,9 @@ TEST_F(NetworkSummaryTest, AHugeFractionReadAsAnIntegerIsDefined) {
 
 TEST_F(NetworkSummaryTest, ABooleanCountsAsANumber) {
   EXPECT_EQ(InterfaceOf(HourWith("is_managed", true)).is_managed_network(), "Managed");
+  EXPECT_EQ(InterfaceOf(HourWith("is_managed", false)).is_managed_network(), "Unmanaged");
   EXPECT_EQ(InterfaceOf(HourWith("channel", true)).channel(), 1U);
+  EXPECT_EQ(InterfaceOf(HourWith("channel", false)).channel(), 0U);
 }
 
 TEST_F(NetworkSummaryTest, AnInterfaceThatIsNotManagedSaysSo) {

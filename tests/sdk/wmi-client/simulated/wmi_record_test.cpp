@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "simulation/machine.h"
+#include "zt/shared/wmi/query_failures.h"
 #include "zt/shared/wmi/wmi_client.h"
 
 // Queries that fail by order of the machine, and the record of what ran.
@@ -53,6 +54,18 @@ TEST_F(WmiRecordTest, AFailureComesAfterSoManyExecutionsAndGoesAfterSoMany) {
   EXPECT_THAT(StatusesOf(kDrives, 2), ElementsAre(kSuccess, kFails));
   EXPECT_THAT(StatusesOf(kMemory, 2), ElementsAre(kSuccess, kSuccess));
   EXPECT_THAT(StatusesOf(kDrives, 3), ElementsAre(kFails, kSuccess, kSuccess));
+}
+
+TEST_F(WmiRecordTest, FailedQueriesAreToldUntilNobodyListens) {
+  UseFailures({{"Win32_DiskDrive", kFails, std::nullopt, 0}});
+  std::vector<std::pair<std::wstring, std::int32_t>> told;
+  shared::wmi::ObserveFailures([&](const std::wstring& wql, std::int32_t status) { told.emplace_back(wql, status); });
+  StatusesOf(kMemory, 1);
+  StatusesOf(kDrives, 2);
+  EXPECT_THAT(told, ElementsAre(std::pair(std::wstring(kDrives), kFails), std::pair(std::wstring(kDrives), kFails)));
+  shared::wmi::ObserveFailures({});
+  EXPECT_THAT(StatusesOf(kDrives, 1), ElementsAre(kFails));
+  EXPECT_THAT(told, ::testing::SizeIs(2));
 }
 
 TEST_F(WmiRecordTest, AFailureWithoutEndMayBeginLater) {

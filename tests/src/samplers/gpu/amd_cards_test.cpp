@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "gpu_fixture.h"
+#include "samplers/gpu/adlx_pointer.h"
 #include "samplers/gpu/amd_card_info.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -51,6 +52,32 @@ TEST(AmdCardsTest, AMachineWithoutTheLibraryFails) {
   const Answer answer = Ask<AmdCardInfo>({});
   EXPECT_EQ(answer.error, Error(5, 3, "Error while initializing ADLX lib", typeid(ADLX_RESULT).name(), ""));
   EXPECT_THAT(answer.cards, IsEmpty());
+}
+
+TEST(AmdCardsTest, TellsOfItsLibraryWhetherItIsThereAndItsVersion) {
+  std::vector<GraphicCardInfo> cards;
+  simulation::UseMachine({});
+  AmdCardInfo without;
+  without.QueryValues(&cards);
+  EXPECT_FALSE(without.Library().IsLoaded());
+  EXPECT_EQ(without.Library().Version(), "");
+  simulation::UseMachine(WithAmd({}));
+  AmdCardInfo with;
+  with.QueryValues(&cards);
+  EXPECT_TRUE(with.Library().IsLoaded());
+  EXPECT_EQ(with.Library().Version(), "1.2.0.72");
+}
+
+TEST(AmdCardsTest, ASuccessThatHandsOutNothingIsAFailure) {
+  AdlxPointer<adlx::IADLXGPU> card;
+  EXPECT_EQ(Obtain(card, [](adlx::IADLXGPU** /*out*/) { return adlx::ADLX_OK; }), adlx::ADLX_FAIL);
+  EXPECT_EQ(card, nullptr);
+}
+
+TEST(AmdCardsTest, ATextThatIsGivenAsNoneIsEmpty) {
+  AdlxGpu gpu = FullAmdCard();
+  gpu.device_id = tests::Failure{0};
+  EXPECT_EQ(AskOne(gpu).serial_number, "");
 }
 
 TEST(AmdCardsTest, NoCardIsASuccess) {

@@ -2,6 +2,7 @@
 #include "samplers/gpu/pci_bus_number.h"
 
 #include "gpu_fixture.h"
+#include "support/status_codes.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -110,6 +111,17 @@ TEST(PciBusNumberTest, IsThatOfTheFirstInstanceThatTellsWhereItIs) {
 
 TEST(PciBusNumberTest, IsZeroOnAMachineWithoutTheKey) {
   simulation::UseMachine({});
+  EXPECT_EQ(PciBusNumber("1002", "744C"), 0U);
+}
+
+TEST(PciBusNumberTest, WhyTheKeyCouldNotBeReadIsToldApart) {
+  Machine machine;
+  AddAdapter(machine, kHardwareId, "(3,0,0)");
+  simulation::UseMachine(machine);
+  EXPECT_EQ(PciAdaptersFailure(), 0U);
+  machine.registry[0].failure = simulation::Failure{tests::kCallDenied};
+  simulation::UseMachine(machine);
+  EXPECT_EQ(PciAdaptersFailure(), static_cast<std::uint32_t>(tests::kCallDenied));
   EXPECT_EQ(PciBusNumber("1002", "744C"), 0U);
 }
 

@@ -1,3 +1,5 @@
+#include "samplers/operating_system/process_details.h"
+
 #include "process_sampler_fixture.h"
 
 // Status, elevation, start time and window of the processes that are reported.
@@ -154,6 +156,18 @@ TEST_F(ProcessDetailsTest, AProcessThatCannotBeOpenedAgainCostsAllProcessesOfThe
   AddProcess(34, 40, "other").open_for_query = kRefused;
   EXPECT_EQ(SampleAndFail(), "Unable to open process. ProcessId: ");
   EXPECT_THAT(Names(), IsEmpty());
+}
+
+TEST_F(ProcessDetailsTest, ATextThatIsNoIdIsOfNoProcess) {
+  simulation::UseMachine(machine_);
+  for (const char* text : {"", "12x", "-12", "4294967308"}) {
+    WMIProcessInfo asked;
+    asked.process_id = text;
+    EXPECT_ANY_THROW(FillDetails(asked)) << text;
+  }
+  WMIProcessInfo process;
+  process.process_id = "12";
+  EXPECT_NO_THROW(FillDetails(process));
 }
 
 TEST_F(ProcessDetailsTest, AFailingDetailOfOneProcessLeavesTheOthersAlone) {

@@ -30,6 +30,7 @@ inline std::wstring ToWide(std::string_view text) {
   utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid));
   std::wstring result;
   if constexpr (sizeof(wchar_t) == 2) {
+    // coverage: for wide characters of 16 bits, which Windows has
     utf8::utf8to16(valid.begin(), valid.end(), std::back_inserter(result));
   } else {
     utf8::utf8to32(valid.begin(), valid.end(), std::back_inserter(result));
