@@ -68,6 +68,8 @@ class OriginalFunction {
                        sqlite3_step(ask_.get()) == SQLITE_DONE;
     if (asked && sqlite3_step(answer_.get()) == SQLITE_ROW) {
       sqlite3_result_value(context, sqlite3_column_value(answer_.get(), 0));
+    } else if (sqlite3_errcode(database_.get()) == SQLITE_NOMEM) {
+      sqlite3_result_error_nomem(context);  // no error of the query's own
     } else {
       sqlite3_result_error(context, "the time is no fixed one", -1);
     }

@@ -65,7 +65,7 @@ bool AddBound(sqlite3* database, const std::string& name, std::int64_t& bound) {
 // A sample without an hour or an interface has no profiles.
 bool AddProfile(sqlite3_stmt* insertion, sqlite3_stmt* sample, int first_column) {
   for (int i = 0; i < kNumberOfProfileColumns; ++i) {
-    sqlite3_bind_value(insertion, i + 1, sqlite3_column_value(sample, first_column + i));
+    if (sqlite3_bind_value(insertion, i + 1, sqlite3_column_value(sample, first_column + i)) != SQLITE_OK) return false;
   }
   sqlite3_step(insertion);
   return sqlite3_reset(insertion) == SQLITE_OK;  // tells of a step that failed
