@@ -40,8 +40,7 @@ bool IsOrdinaryTable(sqlite3* database, const std::string& table) {
 
 int FindColumn(sqlite3_stmt* columns, const char* name) {
   for (int i = 0; i < sqlite3_column_count(columns); ++i) {
-    const char* column = sqlite3_column_name(columns, i);
-    if (column != nullptr && sqlite3_stricmp(column, name) == 0) return i;
+    if (sqlite3_stricmp(sqlite3_column_name(columns, i), name) == 0) return i;
   }
   return kNoTable;
 }

@@ -13,6 +13,7 @@ constexpr std::string_view kSourceColumn = "source";
 int FindColumn(sqlite3_stmt* statement, std::string_view name) {
   for (int i = 0; i < sqlite3_column_count(statement); ++i) {
     const char* column = sqlite3_column_name(statement, i);
+    // coverage: a query in UTF-8 has its names at hand, so that none is missing for want of memory
     if (column != nullptr && column == name) return i;
   }
   return -1;
@@ -23,6 +24,7 @@ SummaryRow ReadRow(sqlite3_stmt* statement, int source_column) {
   for (int i = 0; i < sqlite3_column_count(statement); ++i) {
     const char* name = sqlite3_column_name(statement, i);
     const char* text = ColumnText(statement, i);
+    // coverage: as above, there is a name
     if (i != source_column && name != nullptr && text != nullptr) row[name] = text;
   }
   return row;
