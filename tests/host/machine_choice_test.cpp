@@ -14,7 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::vector<std::string> kShipped = {"bare", "convertible-laptop", "failing", "workstation"};
+const std::vector<std::string> kShipped = {"bare", "convertible-laptop", "everything", "failing", "workstation"};
 
 TEST(MachineChoiceTest, MachinesListsTheShippedProfilesWithTheirDescriptions) {
   const ProgramRun run = RunProgram({"machines"});
@@ -43,8 +43,9 @@ TEST(MachineChoiceTest, AProfileFileCanBeChosenWhateverItsName) {
 TEST(MachineChoiceTest, WithoutAMachineTheMessageTellsWhatThereIs) {
   const ProgramRun run = RunProgram({"collect"});
   EXPECT_EQ(run.exit_code, kExitWrongUsage);
-  EXPECT_THAT(run.err, HasSubstr("--machine is missing: this build samples simulated machines; expected bare, "
-                                 "convertible-laptop, failing, workstation, or the file of a machine profile"));
+  EXPECT_THAT(run.err,
+              HasSubstr("--machine is missing: this build samples simulated machines; expected bare, "
+                        "convertible-laptop, everything, failing, workstation, or the file of a machine profile"));
 }
 
 TEST(MachineChoiceTest, AMachineThatDoesNotExistIsNamed) {

@@ -13,16 +13,17 @@ using simulation::ProfileError;
 using simulation::ReadShippedProfile;
 using simulation::ShippedProfile;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::SizeIs;
 
-TEST(ShippedProfilesTest, FourShipInAlphabeticalOrderEachWithADescription) {
+TEST(ShippedProfilesTest, FiveShipInAlphabeticalOrderEachWithADescription) {
   std::vector<std::string> names;
   for (const ShippedProfile& profile : simulation::ShippedProfiles()) {
     names.push_back(profile.name);
     EXPECT_GT(profile.description.size(), 20U) << profile.name;
     EXPECT_EQ(profile.description, ReadShippedProfile(profile.name).description);
   }
-  EXPECT_THAT(names, ElementsAre("bare", "convertible-laptop", "failing", "workstation"));
+  EXPECT_THAT(names, ElementsAre("bare", "convertible-laptop", "everything", "failing", "workstation"));
 }
 
 TEST(ShippedProfilesTest, AnUnknownNameIsToldWithTheKnownOnes) {
@@ -32,7 +33,7 @@ TEST(ShippedProfilesTest, AnUnknownNameIsToldWithTheKnownOnes) {
   } catch (const ProfileError& error) {
     EXPECT_STREQ(error.what(),
                  "No machine profile of the name \"laptop\" ships with the program, expected one of: bare, "
-                 "convertible-laptop, failing, workstation");
+                 "convertible-laptop, everything, failing, workstation");
   }
 }
 
@@ -115,6 +116,18 @@ TEST(ShippedProfilesTest, TheWorkstationHasSeveralCardsOfSeveralVendorsAndNoBatt
   EXPECT_THAT(machine.nvml.value().devices, SizeIs(2));
   EXPECT_THAT(machine.adlx.value().gpus, SizeIs(1));
   EXPECT_THAT(machine.wmi.classes.at("Win32_VideoController"), SizeIs(4));
+}
+
+TEST(ShippedProfilesTest, TheMachineWithEverythingHasSeveralOfMostThingsAndCardsOfThreeVendors) {
+  const Machine machine = ReadShippedProfile("everything");
+  EXPECT_THAT(machine.batteries, SizeIs(2));
+  EXPECT_TRUE(machine.nvml);
+  EXPECT_TRUE(machine.adlx);
+  EXPECT_THAT(machine.wmi.classes.at("Win32_VideoController"), SizeIs(3));
+  EXPECT_THAT(machine.npu_report, HasSubstr(R"("npu_count":2)"));
+  EXPECT_THAT(machine.wmi.classes.at("Win32_DiskDrive"), SizeIs(3));
+  EXPECT_THAT(machine.network.manager.value().networks, SizeIs(3));
+  EXPECT_TRUE(machine.network.wlan);
 }
 
 TEST(ShippedProfilesTest, OnTheFailingMachineThingsExistAndEveryQueryFails) {

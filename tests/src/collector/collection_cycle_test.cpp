@@ -231,7 +231,7 @@ TEST_P(CollectionCycleOnMachineTest, AnyMachineEndsWithOneRecordStoredAndOneSent
 }
 
 INSTANTIATE_TEST_SUITE_P(Shipped, CollectionCycleOnMachineTest,
-                         testing::Values("bare", "convertible-laptop", "failing", "workstation"));
+                         testing::Values("bare", "convertible-laptop", "everything", "failing", "workstation"));
 
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples
