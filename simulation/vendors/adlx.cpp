@@ -1,7 +1,10 @@
 // The stand-in of AMD's device library: answers from the machine's "adlx" facts.
+#include <optional>
 #include <string>
 
 #include "samplers/gpu/adlx_api.h"
+#include "simulation/calls.h"
+#include "simulation/handed_out.h"
 #include "simulation/machine.h"
 #include "simulation/vendor_record.h"
 #include "simulation/vendors/adlx_gpu.h"
@@ -25,6 +28,18 @@ constexpr char kVersionText[] = "1.2.0.72";
 // The first card's index: what a caller takes from the list, and not for granted.
 constexpr std::uint32_t kFirst = 1;
 
+constexpr std::uint32_t kAbsurdCount = 0xFFFF'FFFF;
+
+const HandedOutThing loaded("loaded amdadlx64.dll");
+
+// The result of a call that hands out an interface and was disturbed; absent for one that was not.
+template <typename Interface>
+std::optional<ADLX_RESULT> Disturbed(const std::string& call, Interface** target) {
+  const Disturbance met = AnnounceInterface(call, target);
+  if (met == Disturbance::kNone) return std::nullopt;
+  return met == Disturbance::kFails ? ADLX_FAIL : ADLX_OK;
+}
+
 const std::vector<AdlxGpu>& Gpus() {
   static const std::vector<AdlxGpu> none;
   return CurrentMachine().adlx ? CurrentMachine().adlx->gpus : none;
@@ -35,9 +50,14 @@ class GpuList final : public CountedInterface<IADLXGPUList> {
   GpuList() : CountedInterface("IADLXGPUList") {}
 
   std::uint32_t Begin() override { return Called("Begin") ? kFirst : 0; }
-  std::uint32_t End() override { return Called("End") ? kFirst + static_cast<std::uint32_t>(Gpus().size()) : 0; }
+  std::uint32_t End() override {
+    if (!Called("End")) return 0;
+    const bool absurd = Announce("IADLXGPUList::End", {Disturbance::kAbsurd}) == Disturbance::kAbsurd;
+    return absurd ? kAbsurdCount : kFirst + static_cast<std::uint32_t>(Gpus().size());
+  }
   ADLX_RESULT At_GPUList(std::uint32_t location, IADLXGPU** gpu) override {
     if (!Called("At_GPUList")) return ADLX_FAIL;
+    if (const auto result = Disturbed("IADLXGPUList::At_GPUList", gpu)) return *result;
     if (location < kFirst || location - kFirst >= Gpus().size()) return ADLX_INVALID_ARGS;
     const AdlxGpu& facts = Gpus()[location - kFirst];
     const ADLX_RESULT result = ToResult(facts.open);
@@ -61,6 +81,9 @@ class PerformanceServices final : public CountedInterface<IADLXPerformanceMonito
   template <typename Object, typename Interface>
   ADLX_RESULT OfCard(const char* method, IADLXGPU* gpu, std::uint32_t AdlxGpu::*status, Interface** target) {
     if (!Called(method) || !static_cast<Gpu*>(gpu)->CanBeGivenTo(method)) return ADLX_FAIL;
+    if (const auto result = Disturbed(std::string("IADLXPerformanceMonitoringServices::") + method, target)) {
+      return *result;
+    }
     const AdlxGpu& facts = static_cast<Gpu*>(gpu)->Facts();
     const ADLX_RESULT result = ToResult(facts.*status);
     if (Succeeded(result)) HandOut<Object>(target, facts);
@@ -75,12 +98,15 @@ class System final : public IADLXSystem {  // NOLINT(cppcoreguidelines-virtual-c
  public:
   ADLX_RESULT GetGPUs(IADLXGPUList** gpus) override {
     if (!Called("GetGPUs")) return ADLX_FAIL;
+    if (const auto disturbed = Disturbed("IADLXSystem::GetGPUs", gpus)) return *disturbed;
     const ADLX_RESULT result = ToResult(CurrentMachine().adlx->gpu_list);
     if (Succeeded(result)) HandOut<GpuList>(gpus);
     return result;
   }
   ADLX_RESULT GetPerformanceMonitoringServices(IADLXPerformanceMonitoringServices** services) override {
     if (!Called("GetPerformanceMonitoringServices")) return ADLX_FAIL;
+    const std::string call = "IADLXSystem::GetPerformanceMonitoringServices";
+    if (const auto disturbed = Disturbed(call, services)) return *disturbed;
     const ADLX_RESULT result = ToResult(CurrentMachine().adlx->performance_services);
     if (Succeeded(result)) HandOut<PerformanceServices>(services);
     return result;
@@ -101,10 +127,12 @@ ADLX_RESULT Start(const char* function, std::uint64_t version, IADLXSystem** sys
   CurrentVendorRecord().Note(function);
   if (version != kVersion) CurrentVendorRecord().faults.emplace_back("started with an unknown version");
   if (!CurrentMachine().adlx) return ADLX_FAIL;
+  const Disturbance met = AnnounceInterface(function, system);
+  if (met == Disturbance::kFails) return ADLX_FAIL;
   const ADLX_RESULT result = ToResult(CurrentMachine().adlx->initialize);
   if (!Succeeded(result)) return result;
   is_started = true;
-  *system = &the_system;
+  if (met != Disturbance::kNull) *system = &the_system;
   return result;
 }
 
@@ -126,12 +154,14 @@ ZT_ADLX_EXPORT FunctionIn<adlx::Functions, "ADLXTerminate"> ADLXTerminate;
 
 ADLX_RESULT ADLXQueryFullVersion(std::uint64_t* version) {
   CurrentVendorRecord().Note("ADLXQueryFullVersion");
+  if (Fails("ADLXQueryFullVersion")) return ADLX_FAIL;
   *version = kVersion;
   return ADLX_OK;
 }
 
 ADLX_RESULT ADLXQueryVersion(const char** version) {
   CurrentVendorRecord().Note("ADLXQueryVersion");
+  if (Fails("ADLXQueryVersion")) return ADLX_FAIL;
   *version = kVersionText;
   return ADLX_OK;
 }
@@ -155,7 +185,7 @@ ADLX_RESULT ADLXTerminate() {
   if (CurrentVendorRecord().live_references != 0) {
     CurrentVendorRecord().faults.emplace_back("terminated before every interface was released");
   }
-  return ADLX_OK;
+  return Fails("ADLXTerminate") ? ADLX_FAIL : ADLX_OK;
 }
 
 }  // extern "C"

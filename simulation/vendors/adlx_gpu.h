@@ -1,9 +1,11 @@
 #pragma once
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include "samplers/gpu/adlx_api.h"
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 #include "simulation/vendors/counted_interface.h"
 
@@ -16,9 +18,13 @@ inline ADLX_RESULT ToResult(std::uint32_t status) {
   return static_cast<ADLX_RESULT>(status);
 }
 
-/// Writes a fact, or gives its failure.
+/// Writes a fact, or gives its failure, or what a disturbed call gives.
 template <typename T>
-ADLX_RESULT Give(const Answer<T>& answer, T& target) {
+ADLX_RESULT Give(const std::string& call, const Answer<T>& answer, T& target) {
+  const Disturbance met = Announce(call, {Disturbance::kFails, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return ADLX_FAIL;
+  if (met == Disturbance::kAbsurd) target = std::numeric_limits<T>::max();
+  if (met == Disturbance::kAbsurd) return ADLX_OK;
   if (const auto* failure = std::get_if<Failure>(&answer)) return static_cast<ADLX_RESULT>(failure->status);
   target = std::get<T>(answer);
   return ADLX_OK;
@@ -34,12 +40,28 @@ class Gpu final : public CountedInterface<IADLXGPU> {
   ADLX_RESULT VendorId(const char** text) override { return Text("VendorId", facts_.vendor_id, text); }
   ADLX_RESULT DeviceId(const char** text) override { return Text("DeviceId", facts_.device_id, text); }
   ADLX_RESULT TotalVRAM(std::uint32_t* megabytes) override {
-    return Called("TotalVRAM") ? Give(facts_.total_memory_mb, *megabytes) : ADLX_FAIL;
+    return Called("TotalVRAM") ? Give("IADLXGPU::TotalVRAM", facts_.total_memory_mb, *megabytes) : ADLX_FAIL;
   }
 
  private:
   ADLX_RESULT Text(const char* method, const Answer<std::string>& answer, const char** text) {
     if (!Called(method)) return ADLX_FAIL;
+    switch (Announce(std::string("IADLXGPU::") + method,
+                     {Disturbance::kFails, Disturbance::kNull, Disturbance::kEmpty, Disturbance::kEndlessText})) {
+      case Disturbance::kFails:
+        return ADLX_FAIL;
+      case Disturbance::kNull:
+        *text = nullptr;
+        return ADLX_OK;
+      case Disturbance::kEmpty:
+        *text = "";
+        return ADLX_OK;
+      case Disturbance::kEndlessText:
+        *text = EndlessText().c_str();
+        return ADLX_OK;
+      default:
+        break;
+    }
     if (const auto* failure = std::get_if<Failure>(&answer)) return static_cast<ADLX_RESULT>(failure->status);
     *text = std::get<std::string>(answer).c_str();
     return ADLX_OK;
@@ -79,6 +101,7 @@ class MetricsSupport final : public CountedInterface<IADLXGPUMetricsSupport> {
  private:
   ADLX_RESULT Tell(const char* method, bool is_supported, bool* supported) {
     if (!Called(method)) return ADLX_FAIL;
+    if (Fails(std::string("IADLXGPUMetricsSupport::") + method)) return ADLX_FAIL;
     const ADLX_RESULT result = ToResult(facts_.support_questions);
     if (Succeeded(result)) *supported = is_supported;
     return result;
@@ -106,7 +129,8 @@ class Metrics final : public CountedInterface<IADLXGPUMetrics> {
   template <typename T>
   ADLX_RESULT Figure(const char* method, const OptionalAnswer<T>& answer, T* target) {
     if (!Called(method)) return ADLX_FAIL;
-    return answer ? Give(*answer, *target) : ADLX_NOT_SUPPORTED;
+    if (!answer) return ADLX_NOT_SUPPORTED;
+    return Give(std::string("IADLXGPUMetrics::") + method, *answer, *target);
   }
 
   AdlxGpu facts_;

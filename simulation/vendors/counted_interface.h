@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "simulation/calls.h"
 #include "simulation/vendor_record.h"
 
 namespace zt::simulation {
@@ -68,6 +69,15 @@ class CountedInterface : public CountedObject, public Interface {
   std::string name_;
   std::int32_t references_ = 1;
 };
+
+/// What asking for an interface comes to before the machine is asked: a failure, a null in the place of the interface,
+/// or nothing yet.
+template <typename Interface>
+Disturbance AnnounceInterface(const std::string& call, Interface** target) {
+  const Disturbance met = Announce(call, {Disturbance::kFails, Disturbance::kNull});
+  if (met == Disturbance::kNull) *target = nullptr;
+  return met;
+}
 
 /// Makes an interface and hands it out.
 template <typename Object, typename Interface, typename... Arguments>

@@ -2,9 +2,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "samplers/gpu/nvml_api.h"
+#include "simulation/calls.h"
+#include "simulation/handed_out.h"
 #include "simulation/machine.h"
 #include "simulation/vendor_record.h"
 #include "zt/zt_nvml_export.h"
@@ -18,6 +21,11 @@ using base::FunctionIn;
 namespace {
 
 constexpr unsigned int kSamplingPeriodUs = 167'000;
+
+constexpr unsigned int kAbsurdCount = std::numeric_limits<int>::max();
+constexpr nvmlReturn_t kUnknownError{999};  // NVML_ERROR_UNKNOWN
+
+const HandedOutThing loaded("loaded nvml.dll");
 
 // Successful starts that were not taken back.
 std::uint64_t starts = 0;
@@ -54,15 +62,20 @@ nvmlReturn_t Give(const OptionalAnswer<T>& answer, Target& target) {
   return NVML_SUCCESS;
 }
 
-// One reading of a card: `read` gets the card's facts, once the call is one that the library accepts.
-template <typename Read>
-nvmlReturn_t Answered(const char* function, nvmlDevice_t handle, const void* target, Read read,
+// One reading of a card: `read` gets the card's facts, once the call is one that the library accepts. Disturbed it
+// fails, or fills the target, one of figures only or a text, with what no card tells.
+template <typename Target, typename Read>
+nvmlReturn_t Answered(const char* function, nvmlDevice_t handle, Target* target, Read read,
                       const std::string& which = {}) {
   Record(function, which);
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
   const NvmlDevice* const device = FindDevice(handle);
   if (device == nullptr || target == nullptr) return NVML_ERROR_INVALID_ARGUMENT;
-  return read(*device);
+  const Disturbance met = Announce(function + which, {Disturbance::kFails, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return kUnknownError;
+  if (met == Disturbance::kNone) return read(*device);
+  std::memset(target, 0xFF, sizeof *target);
+  return NVML_SUCCESS;
 }
 
 nvmlReturn_t GiveText(const OptionalAnswer<std::string>& answer, char* target, std::size_t capacity) {
@@ -71,6 +84,20 @@ nvmlReturn_t GiveText(const OptionalAnswer<std::string>& answer, char* target, s
   if (result != NVML_SUCCESS) return result;
   if (text.size() >= capacity) return NVML_ERROR_INSUFFICIENT_SIZE;
   std::memcpy(target, text.c_str(), text.size() + 1);
+  return NVML_SUCCESS;
+}
+
+// The same of a text with room for `capacity` characters, its end included.
+nvmlReturn_t AnsweredText(const char* function, nvmlDevice_t handle, OptionalAnswer<std::string> NvmlDevice::*fact,
+                          char* target, std::size_t capacity) {
+  Record(function);
+  if (starts == 0) return NVML_ERROR_UNINITIALIZED;
+  const NvmlDevice* const device = FindDevice(handle);
+  if (device == nullptr || target == nullptr) return NVML_ERROR_INVALID_ARGUMENT;
+  const Disturbance met = Announce(function, {Disturbance::kFails, Disturbance::kEmpty, Disturbance::kEndlessText});
+  if (met == Disturbance::kFails) return kUnknownError;
+  if (met == Disturbance::kNone) return GiveText(device->*fact, target, capacity);
+  std::memset(target, met == Disturbance::kEmpty ? 0 : 'x', capacity);
   return NVML_SUCCESS;
 }
 
@@ -109,6 +136,7 @@ nvmlReturn_t nvmlInit_v2() {
   Record("nvmlInit_v2");
   const auto& nvml = CurrentMachine().nvml;
   if (!nvml) return NVML_ERROR_DRIVER_NOT_LOADED;
+  if (Fails("nvmlInit_v2")) return kUnknownError;
   const nvmlReturn_t result = ToReturn(nvml->init);
   if (result == NVML_SUCCESS) ++starts;
   return result;
@@ -117,6 +145,7 @@ nvmlReturn_t nvmlInit_v2() {
 nvmlReturn_t nvmlShutdown() {
   Record("nvmlShutdown");
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
+  if (Fails("nvmlShutdown")) return kUnknownError;
   --starts;
   return NVML_SUCCESS;
 }
@@ -125,6 +154,10 @@ nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* count) {
   Record("nvmlDeviceGetCount_v2");
   const auto& nvml = CurrentMachine().nvml;
   if (starts == 0 || !nvml) return NVML_ERROR_UNINITIALIZED;
+  const Disturbance met = Announce("nvmlDeviceGetCount_v2", {Disturbance::kFails, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return kUnknownError;
+  if (met == Disturbance::kAbsurd) *count = kAbsurdCount;
+  if (met == Disturbance::kAbsurd) return NVML_SUCCESS;
   if (nvml->count) return Give(nvml->count, *count);
   *count = static_cast<unsigned int>(nvml->devices.size());
   return NVML_SUCCESS;
@@ -135,18 +168,21 @@ nvmlReturn_t nvmlDeviceGetHandleByIndex_v2(unsigned int index, nvmlDevice_t* dev
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
   const NvmlDevice* const found = FindDevice(ToHandle(index));
   if (found == nullptr) return NVML_ERROR_INVALID_ARGUMENT;
+  const Disturbance met = Announce("nvmlDeviceGetHandleByIndex_v2", {Disturbance::kFails, Disturbance::kNull});
+  if (met == Disturbance::kFails) return kUnknownError;
+  if (met == Disturbance::kNull) *device = nullptr;
+  if (met == Disturbance::kNull) return NVML_SUCCESS;
   if (found->open == 0) *device = ToHandle(index);
   return ToReturn(found->open);
 }
 
 nvmlReturn_t nvmlDeviceGetSerial(nvmlDevice_t device, char* serial, unsigned int capacity) {
-  return Answered("nvmlDeviceGetSerial", device, serial,
-                  [&](const NvmlDevice& facts) { return GiveText(facts.serial, serial, capacity); });
+  return AnsweredText("nvmlDeviceGetSerial", device, &NvmlDevice::serial, serial, capacity);
 }
 
 nvmlReturn_t nvmlDeviceGetPciInfo_v3(nvmlDevice_t device, nvmlPciInfo_t* pci) {
-  return Answered("nvmlDeviceGetPciInfo_v3", device, pci,
-                  [&](const NvmlDevice& facts) { return GiveText(facts.bus_id, pci->busId, sizeof pci->busId); });
+  if (pci == nullptr) return NVML_ERROR_INVALID_ARGUMENT;
+  return AnsweredText("nvmlDeviceGetPciInfo_v3", device, &NvmlDevice::bus_id, pci->busId, sizeof pci->busId);
 }
 
 nvmlReturn_t nvmlDeviceGetCurrentClocksThrottleReasons(nvmlDevice_t device, unsigned long long* reasons) {

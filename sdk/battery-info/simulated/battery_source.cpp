@@ -1,9 +1,17 @@
 #include "battery_source.h"
 
+#include <limits>
+#include <utility>
+
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 
 namespace zt::shared::battery {
 namespace {
+
+using simulation::Disturbance;
+
+constexpr std::uint32_t kDeviceFailed = 31;  // ERROR_GEN_FAILURE
 
 BatteryFigures ToFigures(const simulation::Battery& battery) {
   BatteryFigures figures;
@@ -28,14 +36,57 @@ BatteryFigures ToFigures(const simulation::Battery& battery) {
   return figures;
 }
 
+BatteryFigures AbsurdFigures() {
+  constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::uint32_t kMost = std::numeric_limits<std::uint32_t>::max();
+  BatteryFigures figures;
+  figures.design_voltage_mv = kLeast;
+  figures.further_capacity_mwh = kLeast;
+  figures.full_charge_capacity_mwh = kLeast;
+  figures.full_charge_percent = std::numeric_limits<float>::infinity();
+  figures.remaining_capacity_mwh = kMost;
+  figures.remaining_percent = std::numeric_limits<float>::quiet_NaN();
+  figures.max_error_percent = kMost;
+  figures.cycle_count = kMost;
+  figures.temperature_celsius = kLeast;
+  figures.voltage_mv = kLeast;
+  figures.electric_current_ma = kMost;
+  figures.status_code = kLeast;
+  figures.charge_rate_mw = kLeast;
+  figures.discharge_rate_mw = kMost;
+  return figures;
+}
+
+void AddBattery(const simulation::Battery& battery, MachineBatteries& batteries) {
+  const Disturbance met = simulation::Announce(
+      "battery device", {Disturbance::kFails, Disturbance::kNull, Disturbance::kAbsurd, Disturbance::kEndlessText});
+  const bool fails = met == Disturbance::kFails || battery.failure;
+  if (fails && batteries.error == 0) {
+    batteries.error = battery.failure ? static_cast<std::uint32_t>(battery.failure->status) : kDeviceFailed;
+  }
+  if (fails || met == Disturbance::kNull) {
+    batteries.by_index.emplace_back();
+    return;
+  }
+  BatteryFigures figures = met == Disturbance::kAbsurd ? AbsurdFigures() : ToFigures(battery);
+  if (met == Disturbance::kEndlessText) figures.serial_number = figures.ct_number = simulation::EndlessText();
+  batteries.by_index.push_back(std::move(figures));
+}
+
 }  // namespace
 
 MachineBatteries ReadBatteries() {
+  const Disturbance met =
+      simulation::Announce("battery devices", {Disturbance::kFails, Disturbance::kThrows, Disturbance::kEmpty});
+  if (met == Disturbance::kFails) return {{}, kDeviceFailed};
+  if (met == Disturbance::kEmpty) return {};
   MachineBatteries batteries;
   for (const std::optional<simulation::Battery>& battery : simulation::CurrentMachine().batteries) {
-    const bool fails = battery && battery->failure;
-    batteries.by_index.push_back(battery && !fails ? std::optional(ToFigures(*battery)) : std::nullopt);
-    if (fails && batteries.error == 0) batteries.error = static_cast<std::uint32_t>(battery->failure->status);
+    if (battery) {
+      AddBattery(*battery, batteries);
+    } else {
+      batteries.by_index.emplace_back();
+    }
   }
   return batteries;
 }

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "simulation/bios_clients.h"
+#include "simulation/calls.h"
 #include "simulation/firmware_observer.h"
 #include "simulation/machine.h"
 
@@ -15,7 +16,11 @@ class FirmwareInterface {};
 
 namespace {
 
+using simulation::Disturbance;
+
 constexpr std::int32_t kNoSuchCommand = 1;
+constexpr auto kRefused = static_cast<std::int32_t>(0x80041003);  // WBEM_E_ACCESS_DENIED
+constexpr std::uint32_t kFirmwareRefused = 4;
 
 bool Answers(const simulation::BiosReply& reply, std::uint32_t command, std::uint32_t command_type,
              std::span<const std::uint8_t> input) {
@@ -32,6 +37,7 @@ void CopyPadded(std::span<const std::uint8_t> from, std::span<std::uint8_t> to) 
 }  // namespace
 
 PrivateBiosWmi::PrivateBiosWmi() {
+  simulation::Announce("PrivateBiosWmi", {Disturbance::kThrows});
   ++simulation::CurrentBiosClients().made;
   ++simulation::CurrentBiosClients().alive;
 }
@@ -44,6 +50,16 @@ std::int32_t PrivateBiosWmi::ExecuteCommand(std::uint32_t command, std::uint32_t
                                             const std::uint8_t* input, std::uint32_t output_size, std::uint8_t* output,
                                             std::uint32_t* return_code) {
   simulation::AnnounceFirmwareCommand();
+  const std::span<std::uint8_t> room(output, output_size);
+  const Disturbance met = simulation::Announce(
+      "firmware command",
+      {Disturbance::kFails, Disturbance::kThrows, Disturbance::kNull, Disturbance::kEmpty, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return kRefused;
+  if (met != Disturbance::kNone) {
+    std::fill(room.begin(), room.end(), met == Disturbance::kAbsurd ? std::uint8_t{0xFF} : std::uint8_t{0});
+    *return_code = met == Disturbance::kNull ? kFirmwareRefused : 0;
+    return 0;
+  }
   const std::span<const std::uint8_t> request(input, input_size);
   const auto& replies = simulation::CurrentMachine().private_bios;
   const auto reply = std::find_if(replies.begin(), replies.end(), [&](const simulation::BiosReply& candidate) {
@@ -51,7 +67,7 @@ std::int32_t PrivateBiosWmi::ExecuteCommand(std::uint32_t command, std::uint32_t
   });
   if (reply == replies.end()) return kNoSuchCommand;
   if (reply->result != 0) return reply->result;
-  CopyPadded(reply->output, {output, output_size});
+  CopyPadded(reply->output, room);
   *return_code = reply->return_code;
   return 0;
 }

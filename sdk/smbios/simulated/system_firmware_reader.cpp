@@ -4,14 +4,15 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 
 namespace zt::shared::smbios {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
+using simulation::Disturbance;
 
 constexpr std::array<std::uint8_t, 4> kTableHeader = {0, 2, 4, 0};  // calling method, version 2.4, revision
 constexpr std::uint8_t kSystemInformation = 1;
@@ -41,19 +42,52 @@ Bytes EndOfTable() {
   return {kEndOfTable, kLength, 0x02, 0x00, 0, 0};
 }
 
-}  // namespace
-
-FirmwareTable ReadSystemFirmwareTable() {
-  const simulation::Machine& machine = simulation::CurrentMachine();
-  if (machine.smbios_failure) return {{}, static_cast<std::uint32_t>(machine.smbios_failure->status)};
-  Bytes structures = SystemInformation(machine.smbios_serial_number);
-  Append(structures, EndOfTable());
+Bytes TableOf(const Bytes& structures) {
   Bytes table(kTableHeader.begin(), kTableHeader.end());
   for (std::size_t shift = 0; shift < 32; shift += 8) {
     table.push_back(static_cast<std::uint8_t>(structures.size() >> shift & 0xFFU));
   }
   Append(table, structures);
-  return {std::move(table)};
+  return table;
+}
+
+constexpr std::uint32_t kRefused = 5;  // ERROR_ACCESS_DENIED
+
+// A table that says it is as long as can be.
+Bytes AbsurdTable() {
+  Bytes table(kTableHeader.begin(), kTableHeader.end());
+  Append(table, {0xFF, 0xFF, 0xFF, 0xFF, kSystemInformation, 0xFF});
+  return table;
+}
+
+// A table that ends before its texts do.
+Bytes EndlessTable() {
+  Bytes structures = SystemInformation(simulation::EndlessText());
+  structures.resize(structures.size() - 2);
+  return TableOf(structures);
+}
+
+}  // namespace
+
+FirmwareTable ReadSystemFirmwareTable() {
+  switch (simulation::Announce("GetSystemFirmwareTable", {Disturbance::kFails, Disturbance::kEmpty,
+                                                          Disturbance::kAbsurd, Disturbance::kEndlessText})) {
+    case Disturbance::kFails:
+      return {{}, kRefused};
+    case Disturbance::kEmpty:
+      return {};
+    case Disturbance::kAbsurd:
+      return {AbsurdTable()};
+    case Disturbance::kEndlessText:
+      return {EndlessTable()};
+    default:
+      break;
+  }
+  const simulation::Machine& machine = simulation::CurrentMachine();
+  if (machine.smbios_failure) return {{}, static_cast<std::uint32_t>(machine.smbios_failure->status)};
+  Bytes structures = SystemInformation(machine.smbios_serial_number);
+  Append(structures, EndOfTable());
+  return {TableOf(structures)};
 }
 
 }  // namespace zt::shared::smbios

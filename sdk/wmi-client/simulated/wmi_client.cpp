@@ -3,16 +3,22 @@
 #include <zt/text/wide_text.h>
 
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "query_observer.h"
 #include "simulated/change_type.h"
+#include "simulation/calls.h"
+#include "simulation/handed_out.h"
 #include "simulation/wql.h"
 
 namespace zt::shared::wmi {
 namespace {
+
+using simulation::Disturbance;
 
 WmiValue AsWmiGivesIt(const simulation::WmiProperty& property) {
   return std::visit(
@@ -29,11 +35,54 @@ WmiValue AsWmiGivesIt(const simulation::WmiProperty& property) {
       property);
 }
 
+constexpr auto kRefused = static_cast<std::int32_t>(0x80041003);  // WBEM_E_ACCESS_DENIED
+constexpr std::size_t kMostRows = 1'000;                          // as many as the limits of time let through
+
+// A query that is as disturbed as it is to be.
+simulation::WqlResult RunDisturbed(const std::string& wql) {
+  const Disturbance met = simulation::Announce(
+      "query", wql, {Disturbance::kFails, Disturbance::kThrows, Disturbance::kEmpty, Disturbance::kEndlessRows});
+  simulation::WqlResult result = simulation::RunQuery(wql);
+  if (met == Disturbance::kFails) return {kRefused, {}};
+  if (met == Disturbance::kEmpty) return {};
+  if (met == Disturbance::kEndlessRows && !result.rows.empty()) {
+    result.rows.resize(kMostRows, result.rows.back());
+    result.status = kTimedOut;
+  }
+  return result;
+}
+
+// The rows are fetched one by one: those before the first that fails are kept.
+void FetchRows(const std::string& wql, simulation::WqlResult& result) {
+  for (std::size_t i = 0; result.status == kSuccess && i < result.rows.size(); ++i) {
+    if (simulation::Announce("row", wql, {Disturbance::kFails}) != Disturbance::kFails) continue;
+    result.rows.resize(i);
+    result.status = kRefused;
+  }
+}
+
+// The value of a property that is not as it should be; absent for one that is.
+std::optional<WmiValue> Disturbed(Disturbance met) {
+  switch (met) {
+    case Disturbance::kNull:
+      return Null{};
+    case Disturbance::kEmpty:
+      return std::wstring();
+    case Disturbance::kAbsurd:
+      return L"18446744073709551615";
+    case Disturbance::kEndlessText:
+      return text::ToWide(simulation::EndlessText());
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace
 
 class WMIClient::Rows {
  public:
-  void Replace(std::vector<simulation::WmiRow> rows) {
+  void Replace(std::string wql, std::vector<simulation::WmiRow> rows) {
+    wql_ = std::move(wql);
     rows_ = std::move(rows);
     taken_ = 0;
     current_ = nullptr;
@@ -46,21 +95,29 @@ class WMIClient::Rows {
 
   const simulation::WmiRow* Current() const { return current_; }
 
+  const std::string& Wql() const { return wql_; }
+
  private:
+  simulation::HandedOutThing counted_{"WMI client"};
+  std::string wql_;
   std::vector<simulation::WmiRow> rows_;
   std::size_t taken_ = 0;
   const simulation::WmiRow* current_ = nullptr;
 };
 
 // Every namespace shows the same tables.
-WMIClient::WMIClient(const std::wstring& /*wmi_namespace*/) : rows_(std::make_unique<Rows>()) {}
+WMIClient::WMIClient(const std::wstring& /*wmi_namespace*/) : rows_(std::make_unique<Rows>()) {
+  simulation::Announce("WMIClient", {Disturbance::kThrows});
+}
 
 WMIClient::~WMIClient() = default;
 
 std::int32_t WMIClient::ExecQuery(const std::wstring& wql) {
   AnnounceQuery(wql);
-  simulation::WqlResult result = simulation::RunQuery(text::ToUtf8(wql));
-  rows_->Replace(std::move(result.rows));
+  std::string utf8 = text::ToUtf8(wql);
+  simulation::WqlResult result = RunDisturbed(utf8);
+  FetchRows(utf8, result);
+  rows_->Replace(std::move(utf8), std::move(result.rows));
   return ReportStatus(wql, result.status);
 }
 
@@ -71,7 +128,13 @@ bool WMIClient::Next() {
 template <typename Value>
 std::int32_t WMIClient::GetProperty(const std::wstring& property, Value& value) const {
   if (rows_->Current() == nullptr) return kPropertyNotFound;
-  const simulation::WmiProperty* const found = simulation::FindProperty(*rows_->Current(), text::ToUtf8(property));
+  const std::string name = text::ToUtf8(property);
+  const Disturbance met = simulation::Announce(
+      name, rows_->Wql(),
+      {Disturbance::kFails, Disturbance::kNull, Disturbance::kEmpty, Disturbance::kAbsurd, Disturbance::kEndlessText});
+  if (met == Disturbance::kFails) return kRefused;
+  if (const std::optional<WmiValue> disturbed = Disturbed(met)) return ChangeType(*disturbed, value);
+  const simulation::WmiProperty* const found = simulation::FindProperty(*rows_->Current(), name);
   if (found == nullptr) return kPropertyNotFound;
   return ChangeType(AsWmiGivesIt(*found), value);
 }

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <optional>
 
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 
 // The clock of the machine's profile; the real one, by the C library's calendar alone, where the profile has none.
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::int64_t kSecondsPerMinute = 60;
 constexpr int kTmFirstYear = 1900;
+constexpr std::int64_t kAbsurdTime = 253'402'300'799;  // the last second of the year 9999
 
 std::int64_t SecondsAsIfUtc(const std::tm& fields) {
   const std::chrono::year_month_day date{std::chrono::year{fields.tm_year + kTmFirstYear},
@@ -49,6 +51,9 @@ std::int32_t RealStandardOffset(std::int64_t utc_seconds) {
 }  // namespace
 
 std::int64_t CurrentTime() {
+  if (simulation::Announce("Clock", {simulation::Disturbance::kAbsurd}) == simulation::Disturbance::kAbsurd) {
+    return kAbsurdTime;
+  }
   const std::optional<simulation::Clock>& clock = simulation::CurrentMachine().clock;
   const std::optional<std::int64_t> standing = clock ? clock->utc_seconds : std::nullopt;
   return standing ? *standing : static_cast<std::int64_t>(std::time(nullptr));

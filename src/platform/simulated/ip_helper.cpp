@@ -1,12 +1,20 @@
 #include "platform/ip_helper.h"
 
+#include <limits>
+
 #include "platform/simulated/answers.h"
+#include "platform/simulated/disturbed.h"
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
 
-std::optional<TcpCounters> CountersOf(const simulation::OptionalAnswer<simulation::TcpCounters>& stated) {
+std::optional<TcpCounters> CountersOf(const char* call,
+                                      const simulation::OptionalAnswer<simulation::TcpCounters>& stated) {
+  const Disturbance met = simulation::Announce(call, {Disturbance::kFails, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return std::nullopt;
+  if (met == Disturbance::kAbsurd) return TcpCounters{kAbsurdFigure, kAbsurdFigure, kAbsurdFigure};
   const std::optional<simulation::TcpCounters> counters = simulation::Given(stated);
   if (!counters) return std::nullopt;
   return TcpCounters{counters->established, counters->attempt_fails, counters->errors_in};
@@ -15,6 +23,9 @@ std::optional<TcpCounters> CountersOf(const simulation::OptionalAnswer<simulatio
 }  // namespace
 
 std::optional<InterfaceCounters> CountersOfInterface(std::uint32_t index) {
+  const Disturbance met = simulation::Announce("GetIfEntry", {Disturbance::kFails, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return std::nullopt;
+  if (met == Disturbance::kAbsurd) return InterfaceCounters{kAbsurdFigure, kAbsurdFigure};
   const auto& all = simulation::CurrentMachine().network.interface_counters;
   const auto found = all.find(index);
   if (found == all.end()) return std::nullopt;
@@ -24,11 +35,11 @@ std::optional<InterfaceCounters> CountersOfInterface(std::uint32_t index) {
 }
 
 std::optional<TcpCounters> TcpV4Counters() {
-  return CountersOf(simulation::CurrentMachine().network.tcp_v4);
+  return CountersOf("GetTcpStatistics", simulation::CurrentMachine().network.tcp_v4);
 }
 
 std::optional<TcpCounters> TcpV6Counters() {
-  return CountersOf(simulation::CurrentMachine().network.tcp_v6);
+  return CountersOf("GetTcpStatisticsEx", simulation::CurrentMachine().network.tcp_v6);
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

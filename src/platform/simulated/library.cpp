@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "simulation/calls.h"
 #include "simulation/library_folder.h"
 #include "simulation/machine.h"
 #include "simulation/vendor_record.h"
@@ -36,7 +37,8 @@ bool IsMissing(const char* name) {
 }  // namespace
 
 Library Library::Load(const std::filesystem::path& file) {
-  return IsInstalled(file) ? Library(base::LoadedLibrary::OfFile(file)) : Library();
+  if (!IsInstalled(file) || simulation::Fails("LoadLibrary " + file.filename().string())) return {};
+  return Library(base::LoadedLibrary::OfFile(file));
 }
 
 Library Library::Search(const std::filesystem::path& name, std::uint32_t search_flags) {
@@ -45,7 +47,8 @@ Library Library::Search(const std::filesystem::path& name, std::uint32_t search_
 }
 
 void* Library::FindAddress(const char* name) const {
-  return IsMissing(name) ? nullptr : library_.FindAddress(name);
+  if (IsMissing(name) || simulation::Fails(std::string("GetProcAddress ") + name)) return nullptr;
+  return library_.FindAddress(name);
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform

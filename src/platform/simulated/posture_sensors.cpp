@@ -1,7 +1,11 @@
 #include "platform/posture_sensors.h"
 
+#include <limits>
+#include <optional>
 #include <variant>
 
+#include "platform/simulated/disturbed.h"
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
@@ -23,9 +27,29 @@ HingeReading::Outcome OutcomeOf(HingeOutcome outcome) {
   return HingeReading::Outcome::kAngle;
 }
 
+// What a disturbed sensor gives; absent for one that is not.
+std::optional<HingeReading> DisturbedHinge() {
+  switch (simulation::Announce("HingeAngleSensor", {Disturbance::kFails, Disturbance::kNull, Disturbance::kEmpty,
+                                                    Disturbance::kAbsurd, Disturbance::kEndlessRows})) {
+    case Disturbance::kFails:
+      return HingeReading{HingeReading::Outcome::kFailed, 0, kRefusedByCom};
+    case Disturbance::kNull:
+      return HingeReading{HingeReading::Outcome::kNoReading, 0, 0};
+    case Disturbance::kEmpty:
+      return HingeReading{};
+    case Disturbance::kAbsurd:
+      return HingeReading{HingeReading::Outcome::kAngle, std::numeric_limits<double>::max(), 0};
+    case Disturbance::kEndlessRows:
+      return HingeReading{HingeReading::Outcome::kReadingTimedOut, 0, 0};
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace
 
 HingeReading ReadHingeAngle() {
+  if (const std::optional<HingeReading> disturbed = DisturbedHinge()) return *disturbed;
   const simulation::Sensors& sensors = simulation::CurrentMachine().sensors;
   if (sensors.apartment) return {HingeReading::Outcome::kFailed, 0, sensors.apartment->status};
   if (!sensors.hinge) return {};
@@ -34,6 +58,11 @@ HingeReading ReadHingeAngle() {
 
 OrientationReading ReadOrientation() {
   using Outcome = OrientationReading::Outcome;
+  const Disturbance met =
+      simulation::Announce("SimpleOrientationSensor", {Disturbance::kFails, Disturbance::kEmpty, Disturbance::kAbsurd});
+  if (met == Disturbance::kFails) return {Outcome::kFailed, 0, kRefusedByCom};
+  if (met == Disturbance::kEmpty) return {};
+  if (met == Disturbance::kAbsurd) return {Outcome::kOrientation, std::numeric_limits<std::int32_t>::min(), 0};
   const simulation::Sensors& sensors = simulation::CurrentMachine().sensors;
   if (sensors.apartment) return {Outcome::kFailed, 0, sensors.apartment->status};
   if (!sensors.orientation) return {};

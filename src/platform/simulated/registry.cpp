@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/simulated/disturbed.h"
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 #include "simulation/text_comparison.h"
 
@@ -44,6 +46,16 @@ std::uint32_t FailureOf(const RegistryKey& key) {
 
 RegistryAnswer<std::vector<std::string>> RegistrySubkeys(const std::string& path) {
   RegistryAnswer<std::vector<std::string>> names;
+  switch (simulation::Announce("RegEnumKeyExA", {Disturbance::kFails, Disturbance::kEmpty, Disturbance::kAbsurd})) {
+    case Disturbance::kFails:
+      return {{}, kRefusedBySystem};
+    case Disturbance::kEmpty:
+      return names;
+    case Disturbance::kAbsurd:
+      return {std::vector<std::string>(kAbsurdlyMany, "x"), 0};
+    default:
+      break;
+  }
   const RegistryKey* const key = Open(path);
   if (key == nullptr) return names;
   if (key->failure) return {{}, FailureOf(*key)};
@@ -52,6 +64,19 @@ RegistryAnswer<std::vector<std::string>> RegistrySubkeys(const std::string& path
 }
 
 RegistryAnswer<std::optional<std::string>> RegistryText(const std::string& path, const std::string& value) {
+  switch (simulation::Announce(
+      "RegQueryValueExA", {Disturbance::kFails, Disturbance::kNull, Disturbance::kEmpty, Disturbance::kEndlessText})) {
+    case Disturbance::kFails:
+      return {std::nullopt, kRefusedBySystem};
+    case Disturbance::kNull:
+      return {};
+    case Disturbance::kEmpty:
+      return {std::string()};
+    case Disturbance::kEndlessText:
+      return {simulation::EndlessText()};
+    default:
+      break;
+  }
   const RegistryKey* const key = Open(path);
   if (key == nullptr) return {};
   if (key->failure) return {std::nullopt, FailureOf(*key)};

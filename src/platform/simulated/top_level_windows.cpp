@@ -2,12 +2,23 @@
 
 #include <zt/text/wide_text.h>
 
+#include "platform/simulated/disturbed.h"
+#include "simulation/calls.h"
 #include "simulation/machine.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
-
 std::vector<TopLevelWindow> TopLevelWindowsOf(std::uint32_t process_id) {
   std::vector<TopLevelWindow> found;
+  switch (simulation::Announce("EnumWindows", {Disturbance::kFails, Disturbance::kAbsurd, Disturbance::kEndlessText})) {
+    case Disturbance::kFails:
+      return found;
+    case Disturbance::kAbsurd:
+      return std::vector<TopLevelWindow>(kAbsurdlyMany);
+    case Disturbance::kEndlessText:
+      return {{true, false, std::wstring(kWindowTextCapacity - 1, L'x')}};
+    default:
+      break;
+  }
   for (const simulation::Process& process : simulation::CurrentMachine().processes) {
     if (process.id != process_id) continue;
     for (const simulation::Window& window : process.windows) {
