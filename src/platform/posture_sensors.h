@@ -1,10 +1,14 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 
 /// The sensors that tell how a device is folded and held: those that its maker built in, as the Windows Runtime gives
 /// them.
 namespace zt::telemetry::collector::performancesamples::platform {
+
+/// How long finding the hinge-angle sensor may take, and how long its reading.
+inline constexpr std::chrono::milliseconds kSensorWaitLimit{1'000};
 
 /// What became of reading the hinge-angle sensor.
 struct HingeReading {

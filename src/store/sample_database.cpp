@@ -24,7 +24,9 @@ void DistrustSchema(sqlite3* database) {
   sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, kOff, nullptr);
 }
 
-// Null when the file cannot be opened. It is opened for reading only where it cannot be written. Waits for nobody.
+// Null when the file cannot be opened. It is opened for reading only where it cannot be written. Waits for nobody:
+// what cannot be counted or deleted at once is left to the next cycle. A delete that waited for a writer would delete
+// what that writer has just added.
 Database Open(const std::string& path, WorkLimit& work) {
   sqlite3* handle = nullptr;
   const int outcome = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE, nullptr);

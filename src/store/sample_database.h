@@ -17,15 +17,21 @@ using SummaryRow = std::map<std::string, std::string>;
 /// row.
 using SummaryRowsBySource = std::map<std::string, std::vector<SummaryRow>>;
 
+/// As long as a summary waits for other components' locks, in all. Nothing else waits for one.
+inline constexpr std::chrono::milliseconds kSummaryPatience{200};
+
+/// As long as a summary works. Three months of samples take about a second; a query that is not through by then has no
+/// rows.
+inline constexpr std::chrono::milliseconds kSummaryWorkLimit{20'000};
+
+/// As long as a table is counted, and as tables are emptied.
+inline constexpr std::chrono::milliseconds kTableWorkLimit{5'000};
+
 /// How long each call may take.
 struct StoreLimits {
-  /// As long as a summary waits for other components' locks, in all. Nothing else waits for one: what cannot be counted
-  /// or deleted at once is left to the next cycle. A delete that waited would delete what a writer has just added.
-  std::chrono::milliseconds summary_locks{200};
-  /// A summary. Three months of samples take about a second; a query that is not through by then has no rows.
-  std::chrono::milliseconds summary_work{20'000};
-  /// Counting a table's rows; emptying tables.
-  std::chrono::milliseconds table_work{5'000};
+  std::chrono::milliseconds summary_locks = kSummaryPatience;
+  std::chrono::milliseconds summary_work = kSummaryWorkLimit;
+  std::chrono::milliseconds table_work = kTableWorkLimit;
 };
 
 /// Runs one query and adds its rows to `result`. A query without a column "source" adds nothing. A row's texts end at

@@ -2,24 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/base/scripted_clock.h"
+
 namespace zt::base {
 namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
-
-/// A clock that stands until a test moves it.
-struct ScriptedClock {
-  using duration = std::chrono::nanoseconds;
-  using rep = duration::rep;
-  using period = duration::period;
-  using time_point = std::chrono::time_point<ScriptedClock>;
-  static constexpr bool is_steady = true;
-
-  static time_point now() { return time_point(time); }
-
-  static inline duration time{0};
-};
 
 class TimeLimitTest : public testing::Test {
  protected:

@@ -9,6 +9,7 @@
 #include "device_control.h"
 #include "device_interfaces.h"
 #include "figure_conversion.h"
+#include "patient_asking.h"
 
 namespace zt::shared::battery {
 namespace {
@@ -16,25 +17,23 @@ namespace {
 static_assert(protocol::kQueryTag == IOCTL_BATTERY_QUERY_TAG);
 static_assert(protocol::kQueryInformation == IOCTL_BATTERY_QUERY_INFORMATION);
 static_assert(protocol::kQueryStatus == IOCTL_BATTERY_QUERY_STATUS);
+static_assert(protocol::kTimedOut == ERROR_TIMEOUT);
 static_assert(sizeof(protocol::InformationQuery) == sizeof(BATTERY_QUERY_INFORMATION));
 static_assert(sizeof(protocol::Information) == sizeof(BATTERY_INFORMATION));
 static_assert(sizeof(protocol::StatusQuery) == sizeof(BATTERY_WAIT_STATUS));
 static_assert(sizeof(protocol::Status) == sizeof(BATTERY_STATUS));
 
-// A driver that lets one request run out of time is not asked again: the cycle waits for it.
-SlotReading ReadSlotAt(const std::wstring& path) {
+SlotReading ReadSlotAt(const std::wstring& path, const base::TimeLimit& all) {
   const base::UniqueHandle device = OpenDevice(path);
   if (device == nullptr) {
     const DWORD error = ::GetLastError();
     return {std::nullopt, error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error};  // taken out since it was listed
   }
-  bool answers = true;
-  return ReadBattery([&](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output) {
-    if (!answers) return ControlOutcome{ERROR_TIMEOUT, 0};
-    const ControlOutcome outcome = SendControl(device.get(), code, input, output, kAnswerLimit);
-    answers = outcome.error != ERROR_TIMEOUT;
-    return outcome;
-  });
+  const auto send = [&device](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output,
+                              std::chrono::milliseconds limit) {
+    return SendControl(device.get(), code, input, output, limit);
+  };
+  return ReadBattery(AskPatiently(send, all));
 }
 
 struct MachineReadings {
@@ -44,10 +43,11 @@ struct MachineReadings {
 
 MachineReadings ReadMachineBatteries() {
   const DeviceInterfaces devices = ListDeviceInterfaces(GUID_DEVICE_BATTERY);
+  const base::TimeLimit all(kAllBatteriesLimit);
   MachineReadings readings;
   readings.error = devices.error;
   for (const std::wstring& path : devices.paths) {
-    SlotReading slot = ReadSlotAt(path);
+    SlotReading slot = ReadSlotAt(path, all);
     if (readings.error == ERROR_SUCCESS) readings.error = slot.error;
     if (slot.battery && PowersTheMachine(*slot.battery)) readings.batteries.push_back(*std::move(slot.battery));
   }

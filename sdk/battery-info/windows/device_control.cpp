@@ -7,9 +7,6 @@
 namespace zt::shared::battery {
 namespace {
 
-// How long a driver may take to give up a cancelled request.
-constexpr std::chrono::milliseconds kCancelLimit{1'000};
-
 // What the driver reads and writes while a request is under way.
 struct Request {
   Request(std::span<const std::byte> from, std::size_t answer_size)

@@ -1,9 +1,8 @@
 #include "zt/com/object_gathering.h"
 
-#include <algorithm>
 #include <array>
-
-#include "base/time_limit.h"
+#include <chrono>
+#include <optional>
 
 namespace zt::com {
 namespace {
@@ -28,16 +27,16 @@ HRESULT GatherBatch(IEnumWbemClassObject& enumerator, std::chrono::milliseconds 
 }  // namespace
 
 HRESULT GatherObjects(IEnumWbemClassObject& enumerator, const WaitLimits& limits, Objects& objects) {
-  const base::TimeLimit limit(limits.whole);
-  for (auto left = limit.Left(); left > left.zero(); left = limit.Left()) {
-    ULONG received = 0;
-    const HRESULT status = GatherBatch(enumerator, std::min(limits.object, left), objects, received);
-    if (FAILED(status)) return status;
-    if (status == WBEM_S_FALSE) return S_OK;
-    // Fewer objects than asked for came in time. Any is progress; none is a provider that is stuck.
-    if (received == 0) return status == WBEM_S_TIMEDOUT ? base::kTimedOut : S_OK;
-  }
-  return base::kTimedOut;
+  return base::GatherWithin<std::chrono::steady_clock>(
+      limits, [&](std::chrono::milliseconds wait) -> std::optional<HRESULT> {
+        ULONG received = 0;
+        const HRESULT status = GatherBatch(enumerator, wait, objects, received);
+        if (FAILED(status)) return status;
+        if (status == WBEM_S_FALSE) return S_OK;
+        // Fewer objects than asked for came in time. Any is progress; none is a provider that is stuck.
+        if (received == 0) return status == WBEM_S_TIMEDOUT ? base::kTimedOut : S_OK;
+        return std::nullopt;
+      });
 }
 
 }  // namespace zt::com

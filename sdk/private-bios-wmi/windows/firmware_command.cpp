@@ -32,19 +32,18 @@ constexpr wchar_t kOutputData[] = L"OutputData";
 constexpr HRESULT kNothingFound = static_cast<HRESULT>(WBEM_E_NOT_FOUND);
 constexpr HRESULT kNoParameters = static_cast<HRESULT>(WBEM_E_INVALID_METHOD_PARAMETERS);
 
-constexpr com::WaitLimits kInstanceLimits;
-constexpr std::chrono::milliseconds kCallLimit{5'000};
 constexpr VARTYPE kBytes = VT_ARRAY | VT_UI1;
 
 // Calls `call(object, pending)`, which may answer at once or leave a pending result, and waits for it within the limit.
 template <typename Call>
-HRESULT CallWithinLimit(const Call& call, ComPtr<IWbemClassObject>& object) {
+HRESULT CallWithinLimit(const Call& call, const base::TimeLimit& limit, ComPtr<IWbemClassObject>& object) {
   ComPtr<IWbemCallResult> pending;
   HRESULT status = call(object.ReleaseAndGetAddressOf(), pending.ReleaseAndGetAddressOf());
   if (SUCCEEDED(status) && object == nullptr && pending != nullptr) {
     status = com::AuthoriseCalls(pending.Get());
     if (FAILED(status)) return status;
-    status = pending->GetResultObject(static_cast<long>(kCallLimit.count()), object.ReleaseAndGetAddressOf());
+    const auto wait = std::min(kCallLimit, limit.Left());
+    status = pending->GetResultObject(static_cast<long>(wait.count()), object.ReleaseAndGetAddressOf());
     if (status == WBEM_S_TIMEDOUT) return base::kTimedOut;
   }
   if (FAILED(status)) return status;
@@ -52,14 +51,16 @@ HRESULT CallWithinLimit(const Call& call, ComPtr<IWbemClassObject>& object) {
 }
 
 // The path of the interface's one instance, as a text in `path`.
-HRESULT FindInstance(IWbemServices& services, Variant& path) {
+HRESULT FindInstance(IWbemServices& services, const base::TimeLimit& limit, Variant& path) {
   ComPtr<IEnumWbemClassObject> enumerator;
   HRESULT status =
       services.CreateInstanceEnum(Bstr(kInterfaceClass).Get(), WBEM_FLAG_FORWARD_ONLY | WBEM_FLAG_RETURN_IMMEDIATELY,
                                   nullptr, enumerator.ReleaseAndGetAddressOf());
   if (SUCCEEDED(status)) status = com::AuthoriseCalls(enumerator.Get());
   std::vector<ComPtr<IWbemClassObject>> instances;
-  if (SUCCEEDED(status)) status = com::GatherObjects(*enumerator.Get(), kInstanceLimits, instances);
+  com::WaitLimits limits = kInstanceLimits;
+  limits.whole = std::min(limits.whole, limit.Left());
+  if (SUCCEEDED(status)) status = com::GatherObjects(*enumerator.Get(), limits, instances);
   if (FAILED(status)) return status;
   if (instances.empty()) return kNothingFound;
   status = instances.front()->Get(kInstancePath, 0, path.Receive(), nullptr, nullptr);
@@ -68,14 +69,14 @@ HRESULT FindInstance(IWbemServices& services, Variant& path) {
 }
 
 // An empty object for the method's in-parameters.
-HRESULT MakeParameters(IWbemServices& services, ComPtr<IWbemClassObject>& parameters) {
+HRESULT MakeParameters(IWbemServices& services, const base::TimeLimit& limit, ComPtr<IWbemClassObject>& parameters) {
   const Bstr class_name(kInterfaceClass);
   ComPtr<IWbemClassObject> interface_class;
   HRESULT status = CallWithinLimit(
       [&](IWbemClassObject** object, IWbemCallResult** pending) {
         return services.GetObject(class_name.Get(), WBEM_FLAG_RETURN_IMMEDIATELY, nullptr, object, pending);
       },
-      interface_class);
+      limit, interface_class);
   if (FAILED(status)) return status;
   ComPtr<IWbemClassObject> parameter_class;
   status = interface_class->GetMethod(kMethod, 0, parameter_class.ReleaseAndGetAddressOf(), nullptr);
@@ -148,12 +149,14 @@ HRESULT ReadReply(IWbemClassObject& results, FirmwareReply& reply) {
 
 }  // namespace
 
-HRESULT RunFirmwareCommand(IWbemServices& services, const FirmwareCommand& command, FirmwareReply& reply) {
+HRESULT RunFirmwareCommand(IWbemServices& services, const FirmwareCommand& command, FirmwareReply& reply,
+                           std::chrono::milliseconds limit) {
+  const base::TimeLimit time(limit);
   Variant path;
-  HRESULT status = FindInstance(services, path);
+  HRESULT status = FindInstance(services, time, path);
   if (FAILED(status)) return status;
   ComPtr<IWbemClassObject> parameters;
-  status = MakeParameters(services, parameters);
+  status = MakeParameters(services, time, parameters);
   if (SUCCEEDED(status)) status = FillParameters(*parameters.Get(), command);
   if (FAILED(status)) return status;
   ComPtr<IWbemClassObject> results;
@@ -162,7 +165,7 @@ HRESULT RunFirmwareCommand(IWbemServices& services, const FirmwareCommand& comma
         return services.ExecMethod(path.Get().bstrVal, Bstr(kMethod).Get(), WBEM_FLAG_RETURN_IMMEDIATELY, nullptr,
                                    parameters.Get(), object, pending);
       },
-      results);
+      time, results);
   return FAILED(status) ? status : ReadReply(*results.Get(), reply);
 }
 

@@ -2,9 +2,12 @@
 
 #include <wbemidl.h>
 
+#include <chrono>
 #include <cstdint>
 #include <span>
 #include <vector>
+
+#include "firmware_limits.h"
 
 namespace zt::shared::ztbios {
 
@@ -23,7 +26,9 @@ struct FirmwareReply {
 };
 
 /// Runs `command` through the interface's WMI class in the connected namespace. Returns S_OK when the firmware
-/// answered, else the status of the call that failed; `reply` is then left as it was.
-HRESULT RunFirmwareCommand(IWbemServices& services, const FirmwareCommand& command, FirmwareReply& reply);
+/// answered, else the status of the call that failed; `reply` is then left as it was. What takes longer than `limit`
+/// ends with `base::kTimedOut`.
+HRESULT RunFirmwareCommand(IWbemServices& services, const FirmwareCommand& command, FirmwareReply& reply,
+                           std::chrono::milliseconds limit = kCommandLimit);
 
 }  // namespace zt::shared::ztbios

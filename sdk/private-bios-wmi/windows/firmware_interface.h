@@ -2,6 +2,9 @@
 
 #include <zt/com/wmi_connection.h>
 
+#include <chrono>
+
+#include "base/time_budget.h"
 #include "firmware_command.h"
 
 namespace zt::shared::ztbios {
@@ -9,13 +12,17 @@ namespace zt::shared::ztbios {
 /// The way to the firmware: one connection for all commands, made by the first of them.
 class FirmwareInterface {
  public:
-  explicit FirmwareInterface(com::WmiConnection::Connect connect = com::ConnectToNamespace);
+  /// `patience`: how long all commands may take together.
+  explicit FirmwareInterface(com::WmiConnection::Connect connect = com::ConnectToNamespace,
+                             std::chrono::milliseconds patience = kAllCommandsLimit);
 
-  /// As `RunFirmwareCommand`; a failure to connect is the status of every command.
+  /// As `RunFirmwareCommand`; a failure to connect is the status of every command, and `base::kTimedOut` that of each
+  /// one when the patience is at its end.
   HRESULT Run(const FirmwareCommand& command, FirmwareReply& reply);
 
  private:
   com::WmiConnection connection_;
+  base::TimeBudget patience_;
 };
 
 }  // namespace zt::shared::ztbios

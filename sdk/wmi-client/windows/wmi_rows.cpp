@@ -2,8 +2,9 @@
 
 #include <zt/com/object_gathering.h>
 
+#include <algorithm>
+
 #include "property_variant.h"
-#include "query_limits.h"
 #include "zt/shared/wmi/wmi_status.h"
 
 namespace zt::shared::wmi {
@@ -19,12 +20,16 @@ HRESULT WmiRows::Query(const std::wstring& wql) {
   walked_ = 0;
   HRESULT status = connection_.Ensure();
   if (FAILED(status)) return status;
+  if (patience_.IsSpent()) return base::kTimedOut;
+  const base::TimeBudget::Spending spending(patience_);
+  com::WaitLimits limits = LimitsOf(wql);
+  limits.whole = std::min(limits.whole, patience_.Left());
   com::ComPtr<IEnumWbemClassObject> enumerator;
   status = connection_.Services().ExecQuery(com::Bstr(L"WQL").Get(), com::Bstr(wql).Get(), kQueryFlags, nullptr,
                                             enumerator.ReleaseAndGetAddressOf());
   if (SUCCEEDED(status)) status = com::AuthoriseCalls(enumerator.Get());
   // An error in the query may come up with its first row only.
-  if (SUCCEEDED(status)) status = com::GatherObjects(*enumerator.Get(), LimitsOf(wql), objects_);
+  if (SUCCEEDED(status)) status = com::GatherObjects(*enumerator.Get(), limits, objects_);
   return status;
 }
 

@@ -8,8 +8,6 @@
 
 namespace zt::telemetry::collector::performancesamples::platform {
 
-inline constexpr std::chrono::milliseconds kSensorWaitLimit{1'000};
-
 /// Waits until the asynchronous operation is done, at most `limit`, and cancels it then. Returns S_OK when it
 /// completed, `base::kTimedOut` at the limit, else the error that it ended with.
 HRESULT WaitFor(IUnknown& operation, std::chrono::milliseconds limit);

@@ -3,6 +3,7 @@
 #include <wbemidl.h>
 
 #include <string>
+#include <vector>
 
 #include "fake_enumerator.h"
 
@@ -37,6 +38,10 @@ class FakeServices : public FakeUnknown<IWbemServices> {
   /// Where set, it stands for the answer in place of an object at once.
   com::ComPtr<FakeCallResult> pending_method;
 
+  /// The answers to each query, one enumerator after the other.
+  std::vector<com::ComPtr<FakeEnumerator>> query_results;
+
+  std::vector<std::wstring> queries;
   std::wstring asked_class, asked_instances, called_path, called_method;
   com::ComPtr<IWbemClassObject> given_parameters;
 
@@ -109,8 +114,12 @@ class FakeServices : public FakeUnknown<IWbemServices> {
   HRESULT STDMETHODCALLTYPE CreateInstanceEnumAsync(const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override {
     return E_NOTIMPL;
   }
-  HRESULT STDMETHODCALLTYPE ExecQuery(const BSTR, const BSTR, LONG, IWbemContext*, IEnumWbemClassObject**) override {
-    return E_NOTIMPL;
+  HRESULT STDMETHODCALLTYPE ExecQuery(const BSTR, const BSTR query, LONG, IWbemContext*,
+                                      IEnumWbemClassObject** enumerator) override {
+    queries.emplace_back(query);
+    if (queries.size() > query_results.size()) return E_NOTIMPL;
+    HandOut(query_results[queries.size() - 1], enumerator);
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE ExecQueryAsync(const BSTR, const BSTR, LONG, IWbemContext*, IWbemObjectSink*) override {
     return E_NOTIMPL;

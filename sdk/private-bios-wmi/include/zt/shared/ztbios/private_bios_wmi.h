@@ -10,7 +10,8 @@ namespace zt::shared::ztbios {
 class FirmwareInterface;
 
 /// The maker's private firmware interface, reached through WMI. Cheap to construct: the first command connects to WMI.
-/// A failure to connect, which may take the system two minutes, is the result of that command and of every other one.
+/// A failure to connect, which may take the system two minutes, is the result of that command and of every other one. A
+/// command takes 25 seconds at most, and all of one object a minute together.
 /// For one thread from the first command on; COM is joined there as the thread has it, until this object goes.
 class ZT_PRIVATE_BIOS_WMI_EXPORT PrivateBiosWmi {
  public:

@@ -26,7 +26,8 @@ class ZT_WMI_CLIENT_EXPORT WMIClient {
 
   /// Runs `wql` and gathers its rows. Returns the HRESULT of the query: 0 on success, also without rows. A row that
   /// takes more than 5 seconds, or a query of more than 15, ends it with `kTimedOut`; for a performance class
-  /// (Win32_Perf…), whose provider may have to start first, it is 45 and 60. How long WMI takes to accept the query is
+  /// (Win32_Perf…), whose provider may have to start first, it is 45 and 60. All queries of a client have
+  /// four minutes together, after which each ends with `kTimedOut` at once. How long WMI takes to accept the query is
   /// not limited here. Rows gathered before a failure can still be walked.
   std::int32_t ExecQuery(const std::wstring& wql);
 

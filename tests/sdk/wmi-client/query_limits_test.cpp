@@ -1,4 +1,4 @@
-#include "sdk/wmi-client/windows/query_limits.h"
+#include "sdk/wmi-client/query_limits.h"
 
 #include <gtest/gtest.h>
 

@@ -1,15 +1,10 @@
 #include "query_limits.h"
 
 #include <algorithm>
-#include <chrono>
+#include <cstddef>
 
 namespace zt::shared::wmi {
 namespace {
-
-using std::chrono::seconds;
-
-constexpr com::WaitLimits kOrdinary;
-constexpr com::WaitLimits kPerformance{seconds(45), seconds(60)};
 
 // In lower case: WQL's keywords and classes are the same in either.
 constexpr std::wstring_view kFrom = L" from ";
@@ -37,8 +32,8 @@ std::wstring_view FromClass(std::wstring_view wql) {
 
 }  // namespace
 
-com::WaitLimits LimitsOf(std::wstring_view wql) {
-  return StartsWith(FromClass(wql), kPerformancePrefix) ? kPerformance : kOrdinary;
+base::WaitLimits LimitsOf(std::wstring_view wql) {
+  return StartsWith(FromClass(wql), kPerformancePrefix) ? kPerformanceLimits : kOrdinaryLimits;
 }
 
 }  // namespace zt::shared::wmi
