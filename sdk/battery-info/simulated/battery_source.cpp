@@ -3,8 +3,11 @@
 #include <limits>
 #include <utility>
 
+#include "base/time_limit.h"
+#include "patient_asking.h"
 #include "simulation/calls.h"
 #include "simulation/machine.h"
+#include "simulation/waiting.h"
 
 namespace zt::shared::battery {
 namespace {
@@ -57,10 +60,29 @@ BatteryFigures AbsurdFigures() {
   return figures;
 }
 
-void AddBattery(const simulation::Battery& battery, MachineBatteries& batteries) {
+using AllBatteries = base::TimeLimitBy<simulation::WaitClock>;
+
+ControlOutcome Wait(std::uint32_t /*code*/, std::span<const std::byte> /*input*/, std::span<std::byte> /*output*/,
+                    std::chrono::milliseconds limit) {
+  if (simulation::WaitFor("Batteries", limit)) return {};
+  simulation::WaitFor("Batteries", kCancelLimit);
+  return {protocol::kTimedOut, 0};
+}
+
+// As many requests as reading a battery takes.
+bool AnswersInTime(const AllBatteries& all) {
+  constexpr int kRequests = 7;
+  const ControlDevice device = AskPatiently(Wait, all);
+  for (int i = 0; i < kRequests; ++i) {
+    if (device(0, {}, {}).error != protocol::kSuccess) return false;
+  }
+  return true;
+}
+
+void AddBattery(const simulation::Battery& battery, const AllBatteries& all, MachineBatteries& batteries) {
   const Disturbance met = simulation::Announce(
       "battery device", {Disturbance::kFails, Disturbance::kNull, Disturbance::kAbsurd, Disturbance::kEndlessText});
-  const bool fails = met == Disturbance::kFails || battery.failure;
+  const bool fails = met == Disturbance::kFails || battery.failure || !AnswersInTime(all);
   if (fails && batteries.error == 0) {
     batteries.error = battery.failure ? static_cast<std::uint32_t>(battery.failure->status) : kDeviceFailed;
   }
@@ -80,10 +102,11 @@ MachineBatteries ReadBatteries() {
       simulation::Announce("battery devices", {Disturbance::kFails, Disturbance::kThrows, Disturbance::kEmpty});
   if (met == Disturbance::kFails) return {{}, kDeviceFailed};
   if (met == Disturbance::kEmpty) return {};
+  const AllBatteries all(kAllBatteriesLimit);
   MachineBatteries batteries;
   for (const std::optional<simulation::Battery>& battery : simulation::CurrentMachine().batteries) {
     if (battery) {
-      AddBattery(*battery, batteries);
+      AddBattery(*battery, all, batteries);
     } else {
       batteries.by_index.emplace_back();
     }

@@ -1,18 +1,64 @@
 #include "zt/shared/ztbios/private_bios_wmi.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <optional>
 #include <span>
+#include <utility>
 
+#include "base/time_budget.h"
+#include "base/time_limit.h"
+#include "firmware_limits.h"
 #include "simulation/bios_clients.h"
 #include "simulation/calls.h"
 #include "simulation/firmware_observer.h"
 #include "simulation/machine.h"
+#include "simulation/waiting.h"
 
 namespace zt::shared::ztbios {
 
-// The machine's facts are the interface.
-class FirmwareInterface {};
+// The machine's facts are the interface; this is how long it takes.
+class FirmwareInterface {
+ public:
+  // What keeps a command from being answered: a failure to connect, which is tried once, and no time left.
+  std::int32_t Wait() {
+    if (!connected_) connected_ = simulation::WaitFor("Connecting to WMI", base::kConnectionLimit);
+    if (!*connected_) return kServerUnavailable;
+    if (patience_.IsSpent()) return base::kTimedOut;
+    const Patience::Spending spending(patience_);
+    const base::TimeLimitBy<Clock> command(std::min(kCommandLimit, patience_.Left()));
+    const bool is_found = FindInstance(command);
+    return is_found && Call(command) && Call(command) ? 0 : base::kTimedOut;
+  }
+
+ private:
+  using Clock = simulation::WaitClock;
+  using Patience = base::TimeBudgetBy<Clock>;
+
+  static constexpr auto kServerUnavailable = static_cast<std::int32_t>(0x800706BA);
+
+  static bool WaitFor(std::chrono::milliseconds limit) {
+    return simulation::WaitFor("Commands to the firmware", limit);
+  }
+
+  // The instance comes, and then the end of all instances.
+  static bool FindInstance(const base::TimeLimitBy<Clock>& command) {
+    base::WaitLimits limits = kInstanceLimits;
+    limits.whole = std::min(limits.whole, command.Left());
+    bool has_come = false;
+    const auto ask = [&has_come](std::chrono::milliseconds wait) -> std::optional<std::int32_t> {
+      if (!WaitFor(wait)) return base::kTimedOut;
+      return std::exchange(has_come, true) ? std::optional(0) : std::nullopt;
+    };
+    return base::GatherWithin<Clock>(limits, ask) == 0;
+  }
+
+  static bool Call(const base::TimeLimitBy<Clock>& command) { return WaitFor(std::min(kCallLimit, command.Left())); }
+
+  std::optional<bool> connected_;
+  Patience patience_{kAllCommandsLimit};
+};
 
 namespace {
 
@@ -36,7 +82,7 @@ void CopyPadded(std::span<const std::uint8_t> from, std::span<std::uint8_t> to) 
 
 }  // namespace
 
-PrivateBiosWmi::PrivateBiosWmi() {
+PrivateBiosWmi::PrivateBiosWmi() : interface_(std::make_unique<FirmwareInterface>()) {
   simulation::Announce("PrivateBiosWmi", {Disturbance::kThrows});
   ++simulation::CurrentBiosClients().made;
   ++simulation::CurrentBiosClients().alive;
@@ -60,6 +106,8 @@ std::int32_t PrivateBiosWmi::ExecuteCommand(std::uint32_t command, std::uint32_t
     *return_code = met == Disturbance::kNull ? kFirmwareRefused : 0;
     return 0;
   }
+  const std::int32_t waited = interface_->Wait();
+  if (waited != 0) return waited;
   const std::span<const std::uint8_t> request(input, input_size);
   const auto& replies = simulation::CurrentMachine().private_bios;
   const auto reply = std::find_if(replies.begin(), replies.end(), [&](const simulation::BiosReply& candidate) {

@@ -2,6 +2,8 @@
 
 #include <zt/text/wide_text.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -9,10 +11,14 @@
 #include <utility>
 #include <vector>
 
+#include "base/time_budget.h"
+#include "base/wmi_waiting.h"
+#include "query_limits.h"
 #include "query_observer.h"
 #include "simulated/change_type.h"
 #include "simulation/calls.h"
 #include "simulation/handed_out.h"
+#include "simulation/waiting.h"
 #include "simulation/wql.h"
 
 namespace zt::shared::wmi {
@@ -36,7 +42,8 @@ WmiValue AsWmiGivesIt(const simulation::WmiProperty& property) {
 }
 
 constexpr auto kRefused = static_cast<std::int32_t>(0x80041003);  // WBEM_E_ACCESS_DENIED
-constexpr std::size_t kMostRows = 1'000;                          // as many as the limits of time let through
+constexpr auto kServerUnavailable = static_cast<std::int32_t>(0x800706BA);
+constexpr std::size_t kMostRows = 1'000;  // as many as the limits of time let through
 
 // A query that is as disturbed as it is to be.
 simulation::WqlResult RunDisturbed(const std::string& wql) {
@@ -81,6 +88,30 @@ std::optional<WmiValue> Disturbed(Disturbance met) {
 
 class WMIClient::Rows {
  public:
+  // What keeps a query from being asked: a failure to connect, which is tried once, and no time left for all queries.
+  std::int32_t Readiness() {
+    if (!connection_) {
+      const bool in_time = simulation::WaitFor("Connecting to WMI", base::kConnectionLimit);
+      connection_ = in_time ? kSuccess : kServerUnavailable;
+    }
+    return *connection_ == kSuccess && patience_.IsSpent() ? kTimedOut : *connection_;
+  }
+
+  // Lets the rows of a query come one by one, each in its time. Those that came before a limit are kept.
+  void Gather(base::WaitLimits limits, simulation::WqlResult& result) {
+    const Patience::Spending spending(patience_);
+    limits.whole = std::min(limits.whole, patience_.Left());
+    std::size_t came = 0;
+    result.status = base::GatherWithin<simulation::WaitClock>(
+        limits, [&](std::chrono::milliseconds wait) -> std::optional<std::int32_t> {
+          if (!simulation::WaitFor("Rows of queries", wait)) return kTimedOut;
+          if (came == result.rows.size()) return result.status;
+          ++came;
+          return std::nullopt;
+        });
+    result.rows.resize(came);
+  }
+
   void Replace(std::string wql, std::vector<simulation::WmiRow> rows) {
     wql_ = std::move(wql);
     rows_ = std::move(rows);
@@ -98,7 +129,11 @@ class WMIClient::Rows {
   const std::string& Wql() const { return wql_; }
 
  private:
+  using Patience = base::TimeBudgetBy<simulation::WaitClock>;
+
   simulation::HandedOutThing counted_{"WMI client"};
+  std::optional<std::int32_t> connection_;
+  Patience patience_{kAllQueriesLimit};
   std::string wql_;
   std::vector<simulation::WmiRow> rows_;
   std::size_t taken_ = 0;
@@ -115,8 +150,13 @@ WMIClient::~WMIClient() = default;
 std::int32_t WMIClient::ExecQuery(const std::wstring& wql) {
   AnnounceQuery(wql);
   std::string utf8 = text::ToUtf8(wql);
-  simulation::WqlResult result = RunDisturbed(utf8);
-  FetchRows(utf8, result);
+  simulation::WqlResult result;
+  result.status = rows_->Readiness();
+  if (result.status == kSuccess) {
+    result = RunDisturbed(utf8);
+    FetchRows(utf8, result);
+    rows_->Gather(LimitsOf(wql), result);
+  }
   rows_->Replace(std::move(utf8), std::move(result.rows));
   return ReportStatus(wql, result.status);
 }

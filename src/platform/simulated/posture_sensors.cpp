@@ -7,6 +7,7 @@
 #include "platform/simulated/disturbed.h"
 #include "simulation/calls.h"
 #include "simulation/machine.h"
+#include "simulation/waiting.h"
 
 namespace zt::telemetry::collector::performancesamples::platform {
 namespace {
@@ -46,13 +47,20 @@ std::optional<HingeReading> DisturbedHinge() {
   }
 }
 
+// For the sensor, or for its reading.
+bool WaitsForHinge() {
+  return simulation::WaitFor("Hinge sensor", kSensorWaitLimit);
+}
+
 }  // namespace
 
 HingeReading ReadHingeAngle() {
   if (const std::optional<HingeReading> disturbed = DisturbedHinge()) return *disturbed;
   const simulation::Sensors& sensors = simulation::CurrentMachine().sensors;
   if (sensors.apartment) return {HingeReading::Outcome::kFailed, 0, sensors.apartment->status};
+  if (!WaitsForHinge()) return {HingeReading::Outcome::kSensorTimedOut, 0, 0};
   if (!sensors.hinge) return {};
+  if (!WaitsForHinge()) return {HingeReading::Outcome::kReadingTimedOut, 0, 0};
   return {OutcomeOf(sensors.hinge->outcome), sensors.hinge->angle_degrees, 0};
 }
 
