@@ -1,0 +1,57 @@
+#include "tests/endurance/process_figures.h"
+
+#include <windows.h>
+#include <psapi.h>
+#include <tlhelp32.h>
+
+#include "base/windows/unique_handle.h"
+
+namespace zt::endurance {
+namespace {
+
+constexpr std::int64_t kBytesPerKib = 1024;
+
+// Heaps grow by whole segments, and the system keeps pages back.
+constexpr std::int64_t kMemoryNoiseKib = 4 * kBytesPerKib;
+
+PROCESS_MEMORY_COUNTERS Memory() {
+  PROCESS_MEMORY_COUNTERS memory{};
+  ::GetProcessMemoryInfo(::GetCurrentProcess(), &memory, sizeof memory);
+  return memory;
+}
+
+std::int64_t Handles() {
+  DWORD handles = 0;
+  ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
+  return handles;
+}
+
+std::int64_t Threads() {
+  const base::UniqueHandle all = base::OwnFile(::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+  std::int64_t threads = 0;
+  THREADENTRY32 thread{};
+  thread.dwSize = sizeof thread;
+  for (BOOL found = ::Thread32First(all.get(), &thread); found != FALSE; found = ::Thread32Next(all.get(), &thread)) {
+    if (thread.th32OwnerProcessID == ::GetCurrentProcessId()) ++threads;
+  }
+  return threads;
+}
+
+std::int64_t Modules() {
+  DWORD needed = 0;
+  ::EnumProcessModules(::GetCurrentProcess(), nullptr, 0, &needed);
+  return needed / sizeof(HMODULE);
+}
+
+}  // namespace
+
+Snapshot ProcessFigures(std::int64_t /*loads*/) {
+  const PROCESS_MEMORY_COUNTERS memory = Memory();
+  return {{"private KiB", static_cast<std::int64_t>(memory.PagefileUsage) / kBytesPerKib, kMemoryNoiseKib},
+          {"working set KiB", static_cast<std::int64_t>(memory.WorkingSetSize) / kBytesPerKib, kMemoryNoiseKib},
+          {"handles", Handles(), 0},
+          {"threads", Threads(), 0},
+          {"modules", Modules(), 0}};
+}
+
+}  // namespace zt::endurance
