@@ -15,7 +15,6 @@ inline constexpr std::uint32_t kNoTag = 0;
 inline constexpr std::uint32_t kSuccess = 0;
 inline constexpr std::uint32_t kFileNotFound = 2;  // the slot is empty, or the battery with this tag is gone
 inline constexpr std::uint32_t kInvalidData = 13;
-inline constexpr std::uint32_t kTimedOut = 1460;
 
 enum class Level : std::int32_t {
   kInformation = 0,

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <span>
 #include <utility>
 
 #include "without_blanks.h"

@@ -1,25 +1,16 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
-#include <span>
 #include <string>
 
+#include "base/device_asking.h"
 #include "battery_protocol.h"
 
 namespace zt::shared::battery {
 
-/// Outcome of one request to a device: a system error code, and how many bytes were answered.
-struct ControlOutcome {
-  std::uint32_t error = protocol::kSuccess;
-  std::size_t size = 0;
-};
-
-/// Sends a request to one battery device: its code, its input, and room for the answer.
-using ControlDevice =
-    std::function<ControlOutcome(std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output)>;
+using base::ControlDevice;
+using base::ControlOutcome;
 
 /// What a battery's driver answered. Texts are UTF-8, without the blanks around them; empty where the driver has none.
 struct BatteryReading {

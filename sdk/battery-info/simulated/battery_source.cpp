@@ -3,8 +3,9 @@
 #include <limits>
 #include <utility>
 
+#include "base/device_asking.h"
 #include "base/time_limit.h"
-#include "patient_asking.h"
+#include "battery_limits.h"
 #include "simulation/calls.h"
 #include "simulation/machine.h"
 #include "simulation/waiting.h"
@@ -65,14 +66,14 @@ using AllBatteries = base::TimeLimitBy<simulation::WaitClock>;
 ControlOutcome Wait(std::uint32_t /*code*/, std::span<const std::byte> /*input*/, std::span<std::byte> /*output*/,
                     std::chrono::milliseconds limit) {
   if (simulation::WaitFor("Batteries", limit)) return {};
-  simulation::WaitFor("Batteries", kCancelLimit);
-  return {protocol::kTimedOut, 0};
+  simulation::WaitFor("Batteries", base::kCancelLimit);
+  return {base::kRequestTimedOut, 0};
 }
 
 // As many requests as reading a battery takes.
 bool AnswersInTime(const AllBatteries& all) {
   constexpr int kRequests = 7;
-  const ControlDevice device = AskPatiently(Wait, all);
+  const ControlDevice device = base::AskPatiently(Wait, kAnswerLimit, all);
   for (int i = 0; i < kRequests; ++i) {
     if (device(0, {}, {}).error != protocol::kSuccess) return false;
   }

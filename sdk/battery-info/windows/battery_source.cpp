@@ -6,10 +6,10 @@
 #include <poclass.h>
 #include <winioctl.h>
 
-#include "device_control.h"
+#include "base/windows/device_control.h"
+#include "battery_limits.h"
 #include "device_interfaces.h"
 #include "figure_conversion.h"
-#include "patient_asking.h"
 
 namespace zt::shared::battery {
 namespace {
@@ -17,23 +17,18 @@ namespace {
 static_assert(protocol::kQueryTag == IOCTL_BATTERY_QUERY_TAG);
 static_assert(protocol::kQueryInformation == IOCTL_BATTERY_QUERY_INFORMATION);
 static_assert(protocol::kQueryStatus == IOCTL_BATTERY_QUERY_STATUS);
-static_assert(protocol::kTimedOut == ERROR_TIMEOUT);
 static_assert(sizeof(protocol::InformationQuery) == sizeof(BATTERY_QUERY_INFORMATION));
 static_assert(sizeof(protocol::Information) == sizeof(BATTERY_INFORMATION));
 static_assert(sizeof(protocol::StatusQuery) == sizeof(BATTERY_WAIT_STATUS));
 static_assert(sizeof(protocol::Status) == sizeof(BATTERY_STATUS));
 
 SlotReading ReadSlotAt(const std::wstring& path, const base::TimeLimit& all) {
-  const base::UniqueHandle device = OpenDevice(path);
+  const base::UniqueHandle device = base::OpenDevice(path);
   if (device == nullptr) {
     const DWORD error = ::GetLastError();
     return {std::nullopt, error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error};  // taken out since it was listed
   }
-  const auto send = [&device](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output,
-                              std::chrono::milliseconds limit) {
-    return SendControl(device.get(), code, input, output, limit);
-  };
-  return ReadBattery(AskPatiently(send, all));
+  return ReadBattery(base::AskDevice(device.get(), kAnswerLimit, all));
 }
 
 struct MachineReadings {

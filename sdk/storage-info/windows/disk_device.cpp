@@ -2,7 +2,7 @@
 
 #include <winioctl.h>
 
-#include <algorithm>
+#include <cstddef>
 #include <span>
 #include <string>
 
@@ -19,23 +19,22 @@ struct PropertyQuery {
 };
 
 // Returns how many bytes of the answer came; 0 on failure.
-std::size_t Ask(HANDLE disk, DiskProperty property, std::span<std::uint8_t> answer) {
-  PropertyQuery query{property};
-  DWORD received = 0;
-  const BOOL succeeded = ::DeviceIoControl(disk, IOCTL_STORAGE_QUERY_PROPERTY, &query, sizeof(query), answer.data(),
-                                           static_cast<DWORD>(answer.size()), &received, nullptr);
-  return succeeded != FALSE ? std::min<std::size_t>(received, answer.size()) : 0;
+std::size_t Ask(const base::ControlDevice& disk, DiskProperty property, std::span<std::uint8_t> answer) {
+  const PropertyQuery query{property};
+  const base::ControlOutcome outcome =
+      disk(IOCTL_STORAGE_QUERY_PROPERTY, std::as_bytes(std::span(&query, 1)), std::as_writable_bytes(answer));
+  return outcome.error == ERROR_SUCCESS ? outcome.size : 0;
 }
 
 }  // namespace
 
-DiskDevice::DiskDevice(unsigned number)
-    : handle_(base::OwnFile(::CreateFileW((LR"(\\.\PhysicalDrive)" + std::to_wstring(number)).c_str(), 0,
-                                          FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr))) {}
+DiskDevice::DiskDevice(unsigned number, base::TimeLimit all)
+    : handle_(base::OpenDevice(LR"(\\.\PhysicalDrive)" + std::to_wstring(number), /*access=*/0)),
+      ask_(base::AskDevice(handle_.get(), kAnswerLimit, all)) {}
 
 std::vector<std::uint8_t> DiskDevice::Read(DiskProperty property) const {
   if (!IsOpen()) return {};
-  return ReadWholeAnswer([&](std::span<std::uint8_t> answer) { return Ask(handle_.get(), property, answer); });
+  return ReadWholeAnswer([&](std::span<std::uint8_t> answer) { return Ask(ask_, property, answer); });
 }
 
 }  // namespace zt::shared::storage

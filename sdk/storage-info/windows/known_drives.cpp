@@ -27,9 +27,10 @@ std::wstring DeviceNames() {
 }  // namespace
 
 std::vector<KnownDrive> ReadKnownDrives() {
+  const base::TimeLimit all(kAllDisksLimit);
   std::vector<Disk> disks;
   for (const unsigned number : FindDiskNumbers(DeviceNames())) {
-    const DiskDevice device(number);
+    const DiskDevice device(number, all);
     const auto descriptor = ParseDiskDescriptor(device.Read(DiskProperty::kDescriptor));
     if (!descriptor) continue;
     disks.push_back({*descriptor, ParseAdapterSerial(device.Read(DiskProperty::kAdapterSerialNumber))});

@@ -10,10 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "base/device_asking.h"
 #include "base/wmi_waiting.h"
 #include "platform/posture_sensors.h"
-#include "sdk/battery-info/patient_asking.h"
+#include "sdk/battery-info/battery_limits.h"
 #include "sdk/private-bios-wmi/firmware_limits.h"
+#include "sdk/storage-info/disk_limits.h"
 #include "sdk/wmi-client/query_limits.h"
 #include "simulation/profile.h"
 #include "simulation/waiting.h"
@@ -96,7 +98,8 @@ std::map<std::string, Row> Code() {
   const double queries = InSeconds(wmi::kAllQueriesLimit);
   const double sensor = InSeconds(platform::kSensorWaitLimit);
   const double batteries = InSeconds(battery::kAllBatteriesLimit);
-  const double cancelling = InSeconds(battery::kCancelLimit);
+  const double disks = InSeconds(storage::kAllDisksLimit);
+  const double cancelling = InSeconds(base::kCancelLimit);
   const double locks = InSeconds(kSummaryPatience);
   const double summary = InSeconds(kSummaryWorkLimit);
   const double table = InSeconds(kTableWorkLimit);
@@ -109,6 +112,7 @@ std::map<std::string, Row> Code() {
            {{InSeconds(ztbios::kInstanceLimits.whole), InSeconds(ztbios::kCallLimit), commands}, commands}},
           {"Hinge sensor", {{sensor, sensor}, 2 * sensor}},
           {"Batteries", {{InSeconds(battery::kAnswerLimit), batteries, cancelling}, batteries + cancelling}},
+          {"Disks", {{InSeconds(storage::kAnswerLimit), disks, cancelling}, disks + cancelling}},
           {"Locks of the database", {{locks}, locks}},
           {"Work on the database", {{summary, table, table}, summary + 4 * table}}};
 }
@@ -133,7 +137,7 @@ TEST(WaitingTableTest, ACycleMayTakeTheSumOfItsRows) {
 }
 
 // Cycles of the machine with everything, whose graphics cards tell neither serial number nor temperature, so that other
-// sources are asked for each of them, and with more batteries than any has.
+// sources are asked for each of them, and with more batteries and disks than most have.
 class CycleTimeTest : public CollectorTest {
  protected:
   CycleTimeTest() {
@@ -146,6 +150,7 @@ class CycleTimeTest : public CollectorTest {
     machine.private_bios.clear();
     machine.sensors.hinge->angle_degrees = -1;  // the keyboards are asked
     machine.batteries.resize(5, machine.batteries.front());
+    machine.storage_library.resize(5, machine.storage_library.front());
     simulation::UseMachine(std::move(machine));
     store_.AddThermal("2026-03-07T12:00:30.000Z");
     store_.AddNetwork("2026-03-07T12:00:30.000Z");
@@ -196,10 +201,11 @@ TEST_F(CycleTimeTest, AMachineThatAnswersAtTheLastMomentKeepsToTheTable) {
   ExpectWithinTable();
   // Nothing of the table is left out: what may be asked so often that the limit of all comes first, is.
   for (const auto& [what, row] : Code()) {
-    if (what == "Batteries" || what.ends_with("of the database") || what.ends_with("on the database")) continue;
+    if (what == "Batteries" || what == "Disks" || what.ends_with(" the database")) continue;
     EXPECT_THAT(InSeconds(waited_[what]), DoubleNear(row.at_most, kMillisecond)) << what;
   }
   EXPECT_EQ(waited_["Batteries"], shared::battery::kAllBatteriesLimit);  // none has to give anything up
+  EXPECT_EQ(waited_["Disks"], shared::storage::kAllDisksLimit);
   EXPECT_GE(waited_["Locks of the database"], kSummaryPatience / 2);
 }
 

@@ -1,26 +1,22 @@
-#include "patient_asking.h"
+#include "base/device_asking.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "scripted_battery.h"
 #include "tests/base/scripted_clock.h"
 
-namespace zt::tests {
+namespace zt::base {
 namespace {
 
-using base::ScriptedClock;
-using shared::battery::AskPatiently;
-using shared::battery::ControlDevice;
-using shared::battery::kAllBatteriesLimit;
-using shared::battery::kAnswerLimit;
 using std::chrono::milliseconds;
 using testing::Each;
-using testing::ElementsAre;
 
-class PatientAskingTest : public testing::Test {
+constexpr milliseconds kAnswerLimit(1'000);
+constexpr std::uint32_t kAnswered = 0;
+
+class DeviceAskingTest : public testing::Test {
  protected:
   // A device whose answers take `times`, one after the other.
   ControlDevice Device(std::vector<milliseconds> times) {
@@ -30,36 +26,36 @@ class PatientAskingTest : public testing::Test {
           limits_.push_back(limit);
           const milliseconds time = times[next++ % times.size()];
           ScriptedClock::time += std::min(time, limit);
-          return ControlOutcome{time > limit ? protocol::kTimedOut : protocol::kSuccess, 0};
+          return ControlOutcome{time > limit ? kRequestTimedOut : kAnswered, 0};
         },
-        all_);
+        kAnswerLimit, all_);
   }
 
   static std::uint32_t Ask(const ControlDevice& device) { return device(1, {}, {}).error; }
 
-  base::TimeLimitBy<ScriptedClock> all_{kAllBatteriesLimit};
+  TimeLimitBy<ScriptedClock> all_{milliseconds(10'000)};
   std::vector<milliseconds> limits_;
 };
 
-TEST_F(PatientAskingTest, EachAnswerMayTakeTheLimit) {
+TEST_F(DeviceAskingTest, EachAnswerMayTakeTheLimit) {
   const ControlDevice device = Device({kAnswerLimit});
-  for (int i = 0; i < 7; ++i) EXPECT_EQ(Ask(device), protocol::kSuccess);
+  for (int i = 0; i < 7; ++i) EXPECT_EQ(Ask(device), kAnswered);
   EXPECT_THAT(limits_, Each(kAnswerLimit));
 }
 
-TEST_F(PatientAskingTest, ADriverThatRanOutOfTimeIsNotAskedAgain) {
+TEST_F(DeviceAskingTest, ADriverThatRanOutOfTimeIsNotAskedAgain) {
   const ControlDevice device = Device({milliseconds(1), milliseconds(5'000), milliseconds(1)});
-  EXPECT_EQ(Ask(device), protocol::kSuccess);
-  for (int i = 0; i < 5; ++i) EXPECT_EQ(Ask(device), protocol::kTimedOut);
+  EXPECT_EQ(Ask(device), kAnswered);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(Ask(device), kRequestTimedOut);
   EXPECT_EQ(limits_.size(), 2U);
 }
 
-TEST_F(PatientAskingTest, OneThatDoesNotAnswerCostsTheOthersNothingButItsTime) {
-  EXPECT_EQ(Ask(Device({milliseconds(5'000)})), protocol::kTimedOut);
-  EXPECT_EQ(Ask(Device({milliseconds(1)})), protocol::kSuccess);
+TEST_F(DeviceAskingTest, OneThatDoesNotAnswerCostsTheOthersNothingButItsTime) {
+  EXPECT_EQ(Ask(Device({milliseconds(5'000)})), kRequestTimedOut);
+  EXPECT_EQ(Ask(Device({milliseconds(1)})), kAnswered);
 }
 
-TEST_F(PatientAskingTest, AllTogetherEndWithTheirLimit) {
+TEST_F(DeviceAskingTest, AllTogetherEndWithTheirLimit) {
   for (int battery = 0; battery < 100; ++battery) {
     const ControlDevice device = Device({milliseconds(900)});
     for (int i = 0; i < 7; ++i) Ask(device);
@@ -70,4 +66,4 @@ TEST_F(PatientAskingTest, AllTogetherEndWithTheirLimit) {
 }
 
 }  // namespace
-}  // namespace zt::tests
+}  // namespace zt::base

@@ -1,4 +1,4 @@
-#include "windows/device_control.h"
+#include "base/windows/device_control.h"
 
 #include <windows.h>
 #include <gtest/gtest.h>
@@ -13,10 +13,10 @@ namespace zt::tests {
 namespace {
 
 using namespace std::chrono_literals;
+using base::ControlOutcome;
+using base::OpenDevice;
+using base::SendControl;
 using base::UniqueHandle;
-using shared::battery::ControlOutcome;
-using shared::battery::OpenDevice;
-using shared::battery::SendControl;
 
 constexpr std::uint32_t kListen = 0x110008;  // FSCTL_PIPE_LISTEN: done when a client has connected
 constexpr std::uint32_t kPeek = 0x11400C;    // FSCTL_PIPE_PEEK: state, bytes to read, messages, length, then the bytes
@@ -73,6 +73,23 @@ TEST_F(DeviceControlTest, ACancelledRequestDoesNotKeepTheNextOneFromAnAnswer) {
   ASSERT_NE(client.get(), INVALID_HANDLE_VALUE);
   std::array<std::byte, 64> answer{};
   EXPECT_EQ(SendControl(device_.get(), kPeek, {}, answer, 1s).error, static_cast<std::uint32_t>(ERROR_SUCCESS));
+}
+
+TEST_F(DeviceControlTest, ADriverThatRanOutOfTimeIsNotAskedAgain) {
+  const base::ControlDevice ask = base::AskDevice(device_.get(), 50ms, base::TimeLimit(10s));
+  EXPECT_EQ(ask(kListen, {}, {}).error, base::kRequestTimedOut);
+  const UniqueHandle client = Connect();
+  std::array<std::byte, 64> answer{};
+  EXPECT_EQ(ask(kPeek, {}, answer).error, base::kRequestTimedOut);
+  EXPECT_EQ(SendControl(device_.get(), kPeek, {}, answer, 1s).error, static_cast<std::uint32_t>(ERROR_SUCCESS));
+}
+
+TEST_F(DeviceControlTest, ADriverIsNotAskedWhenTheTimeOfAllIsOver) {
+  const UniqueHandle client = Connect();
+  std::array<std::byte, 64> answer{};
+  EXPECT_EQ(base::AskDevice(device_.get(), 1s, base::TimeLimit(0s))(kPeek, {}, answer).error, base::kRequestTimedOut);
+  EXPECT_EQ(base::AskDevice(device_.get(), 1s, base::TimeLimit(10s))(kPeek, {}, answer).error,
+            static_cast<std::uint32_t>(ERROR_SUCCESS));
 }
 
 TEST(DeviceOpeningTest, ADeviceThatIsNotThereIsNull) {

@@ -1,11 +1,13 @@
-#include "device_control.h"
+#include "base/windows/device_control.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
 
-namespace zt::shared::battery {
+namespace zt::base {
 namespace {
+
+static_assert(kRequestTimedOut == ERROR_TIMEOUT);
 
 // What the driver reads and writes while a request is under way.
 struct Request {
@@ -18,7 +20,7 @@ struct Request {
 
   std::vector<std::byte> input;
   std::vector<std::byte> output;
-  base::UniqueHandle done;
+  UniqueHandle done;
   OVERLAPPED overlapped{};
 };
 
@@ -36,9 +38,9 @@ ControlOutcome Collect(HANDLE device, Request& request, std::span<std::byte> out
 
 }  // namespace
 
-base::UniqueHandle OpenDevice(const std::wstring& path) {
-  return base::OwnFile(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                     OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
+UniqueHandle OpenDevice(const std::wstring& path, DWORD access) {
+  return OwnFile(::CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                               FILE_FLAG_OVERLAPPED, nullptr));
 }
 
 ControlOutcome SendControl(HANDLE device, std::uint32_t code, std::span<const std::byte> input,
@@ -54,7 +56,15 @@ ControlOutcome SendControl(HANDLE device, std::uint32_t code, std::span<const st
   ::CancelIoEx(device, &request->overlapped);
   // The driver may still write to a request that it does not give up: that one is left to it.
   if (!WaitUntilDone(*request, kCancelLimit)) static_cast<void>(request.release());
-  return {ERROR_TIMEOUT, 0};
+  return {kRequestTimedOut, 0};
 }
 
-}  // namespace zt::shared::battery
+ControlDevice AskDevice(HANDLE device, std::chrono::milliseconds answer_limit, TimeLimit all) {
+  const auto send = [device](std::uint32_t code, std::span<const std::byte> input, std::span<std::byte> output,
+                             std::chrono::milliseconds limit) {
+    return SendControl(device, code, input, output, limit);
+  };
+  return AskPatiently(send, answer_limit, all);
+}
+
+}  // namespace zt::base
