@@ -63,8 +63,8 @@ BatteryFigures AbsurdFigures() {
 
 using AllBatteries = base::TimeLimitBy<simulation::WaitClock>;
 
-ControlOutcome Wait(std::uint32_t /*code*/, std::span<const std::byte> /*input*/, std::span<std::byte> /*output*/,
-                    std::chrono::milliseconds limit) {
+base::ControlOutcome Wait(std::uint32_t /*code*/, std::span<const std::byte> /*input*/, std::span<std::byte> /*output*/,
+                          std::chrono::milliseconds limit) {
   if (simulation::WaitFor("Batteries", limit)) return {};
   simulation::WaitFor("Batteries", base::kCancelLimit);
   return {base::kRequestTimedOut, 0};
@@ -73,9 +73,9 @@ ControlOutcome Wait(std::uint32_t /*code*/, std::span<const std::byte> /*input*/
 // As many requests as reading a battery takes.
 bool AnswersInTime(const AllBatteries& all) {
   constexpr int kRequests = 7;
-  const ControlDevice device = base::AskPatiently(Wait, kAnswerLimit, all);
+  const base::ControlDevice device = base::AskPatiently(Wait, kAnswerLimit, all);
   for (int i = 0; i < kRequests; ++i) {
-    if (device(0, {}, {}).error != protocol::kSuccess) return false;
+    if (device(0, {}, {}).error != 0) return false;
   }
   return true;
 }
