@@ -3,7 +3,6 @@
 // grew.
 //
 //   endurance_cycles [CYCLES [SEED]]      1000 and 1 when left out
-#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -55,6 +54,8 @@ class Run {
     shared::TelemetryStorage::SetDefaultDBPath(folder_.Utf8());
     telemetry::common::RegisterTelemetrySink(sink_);
     ztSharedInitializeLogger(plog::info, &log_);
+    simulation::UseMachine(machine_.Next());
+    calls_of_a_cycle_ = CollectWatched([](const simulation::Call&) { return simulation::Disturbance::kNone; });
   }
 
   ~Run() {
@@ -103,16 +104,23 @@ class Run {
 
   void LetOneCallFail() {
     const std::size_t failing = 1 + random_() % calls_of_a_cycle_;
-    std::size_t calls = 0;
-    simulation::WatchCalls([this, failing, &calls](const simulation::Call& call) {
-      ++calls;
+    CollectWatched([this, failing](const simulation::Call& call) {
       if (call.number != failing || call.kinds.empty()) return simulation::Disturbance::kNone;
       ++failed_calls_;
       return call.kinds[random_() % call.kinds.size()];
     });
+  }
+
+  // Returns how many calls were seen.
+  std::size_t CollectWatched(const simulation::CallWatcher& watcher) {
+    std::size_t calls = 0;
+    simulation::WatchCalls([&](const simulation::Call& call) {
+      calls = call.number;
+      return watcher(call);
+    });
     Collect(/*may_fail=*/true);
     simulation::WatchCalls({});
-    calls_of_a_cycle_ = std::max(calls_of_a_cycle_, calls);  // a cycle that fails ends early
+    return calls;
   }
 
   void Collect(bool may_fail = false) {

@@ -8,9 +8,9 @@ namespace zt::endurance {
 
 /// One figure of what is held at a moment.
 struct Figure {
-  std::string name;
+  const char* name = "";
   std::int64_t value = 0;
-  /// By how much it may be larger at the end than at the beginning; absent limits are `kShownOnly`.
+  /// By how much it may be larger at the end than at the beginning; `kShownOnly` for one that may be anything.
   std::int64_t allowed_growth = 0;
 };
 
