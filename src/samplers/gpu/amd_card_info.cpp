@@ -1,5 +1,6 @@
 #include "samplers/gpu/amd_card_info.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <typeinfo>
@@ -96,9 +97,10 @@ Error AmdCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
 
   const std::uint32_t begin = gpus->Begin();
   const std::uint32_t end = gpus->End();
-  for (std::uint32_t index = begin; index < end; ++index) {
+  const std::uint32_t count = begin < end ? std::min<std::uint32_t>(end - begin, kMostCardsOfVendor) : 0;
+  for (std::uint32_t i = 0; i < count; ++i) {
     AdlxPointer<IADLXGPU> gpu;
-    result = Obtain(gpu, [&](IADLXGPU** out) { return gpus->At_GPUList(index, out); });
+    result = Obtain(gpu, [&](IADLXGPU** out) { return gpus->At_GPUList(begin + i, out); });
     if (Succeeded(result)) cards->push_back(ReadCard(*services, *gpu));
   }
   return {};

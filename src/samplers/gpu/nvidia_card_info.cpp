@@ -1,5 +1,6 @@
 #include "samplers/gpu/nvidia_card_info.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -22,6 +23,9 @@ constexpr unsigned int kSerialCapacity = 30;
 // No reason has this value, so a failed reading gives no text.
 constexpr unsigned long long kNoAnswer = 0xFFFF'FFFF'FFFF'FFFF;
 constexpr double kBytesPerMegabyte = 1'000'000.0;
+
+// What a library is taken to mean that says it opened a card and gives none: NVML_ERROR_UNKNOWN.
+constexpr nvmlReturn_t kNoCardGiven{999};
 
 // The card in hand. Never cleared: as long as it is set, some object has opened a card.
 nvmlDevice_t module_wide_handle = nullptr;
@@ -66,6 +70,16 @@ std::uint32_t BusNumber(std::string_view bus_id) {
   return DecimalNumber(bus_id.substr(first + 1, second - first - 1));
 }
 
+// Makes the card of this number the one in hand.
+nvmlReturn_t Open(unsigned int number) {
+  nvmlDevice_t opened = nullptr;
+  const nvmlReturn_t status = Call<"nvmlDeviceGetHandleByIndex_v2">(number, &opened);
+  if (status != NVML_SUCCESS) return status;
+  if (opened == nullptr) return kNoCardGiven;
+  module_wide_handle = opened;
+  return status;
+}
+
 float ReadClock(nvmlClockType_t type) {
   unsigned int mhz = 0;
   Call<"nvmlDeviceGetClock">(module_wide_handle, type, NVML_CLOCK_ID_CURRENT, &mhz);
@@ -101,10 +115,9 @@ NvidiaCardInfo::~NvidiaCardInfo() {
 Error NvidiaCardInfo::QueryValues(std::vector<GraphicCardInfo>* cards) {
   Error error;
   if (!Check(Call<"nvmlInit_v2">(), error)) return error;
-  const int count = CountCards();
+  const int count = std::min(CountCards(), kMostCardsOfVendor);
   for (int index = 0; index < count; ++index) {
-    const auto number = static_cast<unsigned int>(index);
-    if (!Check(Call<"nvmlDeviceGetHandleByIndex_v2">(number, &module_wide_handle), error)) continue;
+    if (!Check(Open(static_cast<unsigned int>(index)), error)) continue;
     GraphicCardInfo card;
     RetrieveBoardInfo(&card);
     RetrievePerformanceInfo(&card);

@@ -5,6 +5,7 @@
 
 #include "gpu_fixture.h"
 #include "samplers/gpu/amd_card_info.h"
+#include "simulation/calls.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -214,6 +215,19 @@ INSTANTIATE_TEST_SUITE_P(Each, AmdFunctionTest,
                          testing::Values("ADLXQueryFullVersion", "ADLXQueryVersion", "ADLXInitializeWithCallerAdl",
                                          "ADLXInitializeWithIncompatibleDriver", "ADLXInitialize", "ADLXTerminate"),
                          [](const auto& tested) { return std::string(tested.param); });
+
+TEST(AmdAbsurdListTest, AListOfBillionsOfCardsIsNotWalkedToItsEnd) {
+  simulation::UseMachine(OneCard());
+  simulation::WatchCalls([](const simulation::Call& call) {
+    return call.name == "IADLXGPUList::End" ? simulation::Disturbance::kAbsurd : simulation::Disturbance::kNone;
+  });
+  std::vector<GraphicCardInfo> cards;
+  EXPECT_FALSE(AmdCardInfo().QueryValues(&cards).Failed());
+  simulation::WatchCalls({});
+  EXPECT_THAT(cards, SizeIs(1));
+  EXPECT_EQ(Calls("IADLXGPUList::At_GPUList"), static_cast<std::uint64_t>(kMostCardsOfVendor));
+  ExpectNoReferenceLeft();
+}
 
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples

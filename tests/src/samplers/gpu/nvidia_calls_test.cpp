@@ -5,6 +5,7 @@
 
 #include "gpu_fixture.h"
 #include "samplers/gpu/nvidia_card_info.h"
+#include "simulation/calls.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -177,6 +178,29 @@ INSTANTIATE_TEST_SUITE_P(Each, IndispensableNvidiaFunctionTest,
                          testing::Values("nvmlInit_v2", "nvmlShutdown", "nvmlDeviceGetCount_v2",
                                          "nvmlDeviceGetHandleByIndex_v2"),
                          [](const auto& tested) { return std::string(tested.param); });
+
+TEST(NvidiaAbsurdCountTest, OfACountOfBillionsOnlyAsManyAreAskedForAsAMachineCanHave) {
+  Machine machine = WithNvidia({FullNvidiaCard()});
+  machine.nvml->count = 2'147'483'647U;
+  const auto answer = Ask<NvidiaCardInfo>(machine);
+  EXPECT_TRUE(answer.error.Failed());
+  EXPECT_THAT(answer.cards, SizeIs(1));
+  EXPECT_EQ(Calls("nvmlDeviceGetHandleByIndex_v2"), static_cast<std::uint64_t>(kMostCardsOfVendor));
+}
+
+TEST(NvidiaNullCardTest, ACardThatIsOpenedAndNotGivenFailsAndTheLibraryIsStillStopped) {
+  Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
+  simulation::WatchCalls([](const simulation::Call& call) {
+    return call.name == "nvmlDeviceGetHandleByIndex_v2" ? simulation::Disturbance::kNull
+                                                        : simulation::Disturbance::kNone;
+  });
+  const auto answer = Ask<NvidiaCardInfo>(WithNvidia({FullNvidiaCard()}));
+  simulation::WatchCalls({});
+  EXPECT_EQ(answer.error.code, 999);
+  EXPECT_THAT(answer.cards, IsEmpty());
+  EXPECT_EQ(Calls("nvmlDeviceGetSerial"), 0U);
+  EXPECT_EQ(Calls("nvmlShutdown"), 1U);
+}
 
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples
