@@ -32,7 +32,7 @@ struct FanAverages {
 };
 
 // The processors that WMI lists; absent when the query fails.
-std::optional<std::vector<Processor>> ListProcessors(WMIClient& wmi) {
+std::optional<std::vector<Processor>> QueryProcessors(WMIClient& wmi) {
   const std::int32_t status = wmi.ExecQuery(kProcessorQuery);
   std::vector<Processor> processors;
   while (processors.size() < kMaxProcessors && wmi.Next()) {
@@ -42,6 +42,15 @@ std::optional<std::vector<Processor>> ListProcessors(WMIClient& wmi) {
   }
   if (status != shared::wmi::kSuccess) return std::nullopt;
   return processors;
+}
+
+// The same where the client gives up: that costs the processors' section like a query that fails, and not the cycle.
+std::optional<std::vector<Processor>> ListProcessors(WMIClient& wmi) {
+  try {
+    return QueryProcessors(wmi);
+  } catch (...) {
+    return std::nullopt;
+  }
 }
 
 // One entry stands for the whole machine: the last processor's id, and the last load that is a number.

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "open_collector.h"
+#include "simulation/calls.h"
 #include "store/sample_database.h"
 #include "support/collector_fixture.h"
 #include "support/wmi_namespace.h"
@@ -334,6 +335,17 @@ TEST_F(ThermalSummaryTest, LeavesTheLiveRecordAlone) {
   Upload({Hour()});
   EXPECT_FALSE(PerfMessages::static_cdm_->has_hw_info());
   EXPECT_EQ(PerfMessages::static_cdm_->sample_points_actual(), 1U);
+}
+
+TEST_F(ThermalSummaryTest, AClientThatThrowsCostsTheProcessorsSectionOnly) {
+  simulation::WatchCalls([](const simulation::Call& call) {
+    return call.name.starts_with("query of") ? simulation::Disturbance::kThrows : simulation::Disturbance::kNone;
+  });
+  Upload({Hour()});
+  simulation::WatchCalls({});
+  ASSERT_THAT(sink_->sent, SizeIs(1));
+  EXPECT_THAT(sink_->sent[0].hw_info().cpus_info(), IsEmpty());
+  EXPECT_THAT(sink_->sent[0].hw_info().fans_info(), SizeIs(2));
 }
 
 }  // namespace
