@@ -24,18 +24,28 @@ bool NamesVpn(const std::string& description) {
                      [&](const char* word) { return upper.find(word) != std::string::npos; });
 }
 
+// A query that fails has no rows.
+bool IsVpnAdapter(shared::wmi::WMIClient& wmi, const std::wstring& guid) {
+  wmi.ExecQuery(kDescriptionQueryStart + guid + kDescriptionQueryEnd);
+  while (wmi.Next()) {
+    std::string description;
+    wmi.GetValue(L"Description", description);
+    if (NamesVpn(description)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool NetworkInfoMsg::IsVpnConnected(const std::wstring& guid) {
   if (wmi_client_ == nullptr) return false;
-  // A query that fails has no rows.
-  wmi_client_->ExecQuery(kDescriptionQueryStart + guid + kDescriptionQueryEnd);
-  while (wmi_client_->Next()) {
-    std::string description;
-    wmi_client_->GetValue(L"Description", description);
-    if (NamesVpn(description)) return true;
+  try {
+    return IsVpnAdapter(*wmi_client_, guid);
+  } catch (...) {
+    // A client that gives up tells no more than a query that fails; the connections behind this one are still looked
+    // at.
+    return false;
   }
-  return false;
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

@@ -1,4 +1,5 @@
 #include "network_fixture.h"
+#include "simulation/calls.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
@@ -94,6 +95,15 @@ TEST_F(VpnTest, TheGuidStandsInTheQueryAsItIs) {
   EXPECT_FALSE(IsVpn(R"(A'B\C)"));
   EXPECT_THAT(simulation::RecordedQueries(),
               ElementsAre(R"(SELECT Description from Win32_NetworkAdapter WHERE GUID = 'A'B\C')"));
+}
+
+TEST_F(VpnTest, AClientThatThrowsAnswersNo) {
+  AddAdapter("Office VPN");
+  simulation::WatchCalls([](const simulation::Call& call) {
+    return call.name.starts_with("query of") ? simulation::Disturbance::kThrows : simulation::Disturbance::kNone;
+  });
+  EXPECT_NO_THROW(EXPECT_FALSE(IsVpn()));
+  simulation::WatchCalls({});
 }
 
 }  // namespace
