@@ -22,6 +22,8 @@ enum class Disturbance : std::uint8_t {
   kAbsurd,       // success with a size, a count or a figure that no machine has
   kEndlessText,  // success with a text that is as long as can be, without its end where the interface lets that happen
   kEndlessRows,  // rows without end, until the limits of the one who asks cut them
+  kBusy,         // somebody else holds it
+  kNoRoom,       // the disk is full
 };
 
 /// A call that the machine is about to answer.

@@ -138,16 +138,18 @@ nvmlReturn_t nvmlInit_v2() {
   if (!nvml) return NVML_ERROR_DRIVER_NOT_LOADED;
   if (Fails("nvmlInit_v2")) return kUnknownError;
   const nvmlReturn_t result = ToReturn(nvml->init);
-  if (result == NVML_SUCCESS) ++starts;
+  if (result != NVML_SUCCESS) return result;
+  ++starts;
+  ++HandedOut()["NVML start"];
   return result;
 }
 
 nvmlReturn_t nvmlShutdown() {
   Record("nvmlShutdown");
   if (starts == 0) return NVML_ERROR_UNINITIALIZED;
-  if (Fails("nvmlShutdown")) return kUnknownError;
   --starts;
-  return NVML_SUCCESS;
+  --HandedOut()["NVML start"];
+  return Fails("nvmlShutdown") ? kUnknownError : NVML_SUCCESS;
 }
 
 nvmlReturn_t nvmlDeviceGetCount_v2(unsigned int* count) {

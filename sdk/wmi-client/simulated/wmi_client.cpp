@@ -169,9 +169,9 @@ template <typename Value>
 std::int32_t WMIClient::GetProperty(const std::wstring& property, Value& value) const {
   if (rows_->Current() == nullptr) return kPropertyNotFound;
   const std::string name = text::ToUtf8(property);
-  const Disturbance met = simulation::Announce(
-      name, rows_->Wql(),
-      {Disturbance::kFails, Disturbance::kNull, Disturbance::kEmpty, Disturbance::kAbsurd, Disturbance::kEndlessText});
+  const Disturbance met = simulation::Announce(name, rows_->Wql(),
+                                               {Disturbance::kFails, Disturbance::kThrows, Disturbance::kNull,
+                                                Disturbance::kEmpty, Disturbance::kAbsurd, Disturbance::kEndlessText});
   if (met == Disturbance::kFails) return kRefused;
   if (const std::optional<WmiValue> disturbed = Disturbed(met)) return ChangeType(*disturbed, value);
   const simulation::WmiProperty* const found = simulation::FindProperty(*rows_->Current(), name);
