@@ -1,0 +1,111 @@
+#include <array>
+#include <span>
+
+#include "disk_fixture.h"
+
+// Every call that a cycle makes of its files fails, in every way that it can.
+namespace zt::telemetry::collector::performancesamples {
+namespace {
+
+using testing::IsSubsetOf;
+using tests::FileCall;
+using tests::FileCallKind;
+
+constexpr int kOpenCodes[] = {SQLITE_CANTOPEN, SQLITE_IOERR};
+constexpr int kDeleteCodes[] = {SQLITE_IOERR_DELETE};
+constexpr int kAccessCodes[] = {SQLITE_IOERR_ACCESS};
+constexpr int kReadCodes[] = {SQLITE_IOERR_READ, SQLITE_IOERR_SHORT_READ};
+constexpr int kWriteCodes[] = {SQLITE_IOERR_WRITE, SQLITE_FULL};
+constexpr int kTruncateCodes[] = {SQLITE_IOERR_TRUNCATE};
+constexpr int kSyncCodes[] = {SQLITE_IOERR_FSYNC};
+constexpr int kFileSizeCodes[] = {SQLITE_IOERR_FSTAT};
+constexpr int kLockCodes[] = {SQLITE_BUSY, SQLITE_IOERR_LOCK};
+constexpr int kUnlockCodes[] = {SQLITE_IOERR_UNLOCK};
+constexpr int kReservedCodes[] = {SQLITE_IOERR_CHECKRESERVEDLOCK};
+constexpr int kMapCodes[] = {SQLITE_IOERR_SHMMAP, SQLITE_READONLY_CANTINIT};
+constexpr int kSharedLockCodes[] = {SQLITE_BUSY, SQLITE_IOERR_SHMLOCK};
+
+// By the number of the kind.
+constexpr std::array<std::span<const int>, 13> kCodes = {
+    kOpenCodes,     kDeleteCodes, kAccessCodes, kReadCodes,     kWriteCodes, kTruncateCodes,  kSyncCodes,
+    kFileSizeCodes, kLockCodes,   kUnlockCodes, kReservedCodes, kMapCodes,   kSharedLockCodes};
+
+std::span<const int> CodesOf(FileCallKind kind) {
+  return kCodes.at(static_cast<std::size_t>(kind));
+}
+
+class FailingCallsTest : public DiskTest, public testing::WithParamInterface<Keeping> {
+ protected:
+  FailingCallsTest() { MakeDatabase(GetParam()); }
+
+  // The calls of a cycle that nothing disturbs.
+  std::vector<FileCallKind> Calls() {
+    std::vector<FileCallKind> kinds;
+    PutBack();
+    const tests::FileCalls files([&](const FileCall& call) {
+      kinds.push_back(call.kind);
+      return SQLITE_OK;
+    });
+    Cycle();
+    return kinds;
+  }
+
+  void CycleWith(const tests::FileCalls::Decision& decide) {
+    PutBack();
+    const sqlite3_int64 memory = sqlite3_memory_used();
+    {
+      const tests::FileCalls files(decide);
+      Cycle();
+      EXPECT_EQ(files.OpenFiles(), 0);
+    }
+    EXPECT_EQ(sqlite3_memory_used(), memory);
+    const std::vector<std::string> sent = Texts();
+    EXPECT_THAT(sent, IsSubsetOf(undisturbed_));
+    const std::vector<std::string> rest = ExpectRowsAccountedFor(sent);
+    Cycle();
+    EXPECT_EQ(Texts(), rest);
+    Cycle();
+    EXPECT_EQ(Texts().size(), 0U);
+  }
+};
+
+TEST_P(FailingCallsTest, OneCallThatFailsLosesNoRow) {
+  const std::vector<FileCallKind> calls = Calls();
+  ASSERT_GT(calls.size(), 50U);
+  int cycles = 0;
+  for (int number = 1; number <= static_cast<int>(calls.size()); ++number) {
+    for (const int code : CodesOf(calls[static_cast<std::size_t>(number - 1)])) {
+      SCOPED_TRACE("call " + std::to_string(number) + " fails with " + std::to_string(code));
+      CycleWith([&](const FileCall& call) { return call.number == number ? code : SQLITE_OK; });
+      ++cycles;
+    }
+  }
+  RecordProperty("calls", static_cast<int>(calls.size()));
+  RecordProperty("cycles", cycles);
+}
+
+// A disk that is gone: all calls fail from one on.
+TEST_P(FailingCallsTest, CallsThatAllFailFromOneOnLoseNoRow) {
+  const int calls = static_cast<int>(Calls().size());
+  for (int number = 1; number <= calls; ++number) {
+    SCOPED_TRACE("from call " + std::to_string(number));
+    CycleWith([&](const FileCall& call) { return call.number < number ? SQLITE_OK : CodesOf(call.kind).front(); });
+  }
+}
+
+// A disk that is full: from one on, all writes fail.
+TEST_P(FailingCallsTest, ADiskThatIsFullFromOneWriteOnLosesNoRow) {
+  const std::vector<FileCallKind> calls = Calls();
+  for (int number = 1; number <= static_cast<int>(calls.size()); ++number) {
+    if (calls[static_cast<std::size_t>(number - 1)] != FileCallKind::kWrite) continue;
+    SCOPED_TRACE("full from call " + std::to_string(number));
+    CycleWith([&](const FileCall& call) {
+      return call.number >= number && call.kind == FileCallKind::kWrite ? SQLITE_FULL : SQLITE_OK;
+    });
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kept, FailingCallsTest, testing::ValuesIn(kKeepings), NameOf);
+
+}  // namespace
+}  // namespace zt::telemetry::collector::performancesamples
