@@ -1,25 +1,30 @@
 #include "npu_report.h"
 
-#include <nlohmann/json.hpp>
+#include "base/json_document.h"
 
 namespace zt::shared::npu {
 namespace {
 
-using nlohmann::json;
+using json = base::JsonDocument::Json;
 
-json Describe(const Npu& npu) {
-  json description = json::object();
+json& AddObject(json& object, const char* key) {
+  return object[key] = json::value_t::object;
+}
+
+void Describe(const Npu& npu, json& description) {
   if (!npu.device_id.empty()) description["device_id"] = npu.device_id;
   if (npu.temperature_celsius) description["adapter_temp_celsius"] = *npu.temperature_celsius;
   if (npu.engine_frequency_hz) {
-    description["adapter_engine_frequency_hz"] = {{"frequency", *npu.engine_frequency_hz}};
+    AddObject(description, "adapter_engine_frequency_hz")["frequency"] = *npu.engine_frequency_hz;
   }
   if (npu.memory_frequency_hz) {
-    description["adapter_mem_frequency_hz"] = {{"frequency", *npu.memory_frequency_hz}};
+    AddObject(description, "adapter_mem_frequency_hz")["frequency"] = *npu.memory_frequency_hz;
   }
   if (npu.memory_in_use) {
     const auto [dedicated, shared] = *npu.memory_in_use;
-    description["adapter_mem_usage"] = {{"dedicated", dedicated}, {"shared", shared}};
+    json& usage = AddObject(description, "adapter_mem_usage");
+    usage["dedicated"] = dedicated;
+    usage["shared"] = shared;
     description["memory_used"] = dedicated + shared;
   }
   if (npu.memory_size) {
@@ -28,16 +33,18 @@ json Describe(const Npu& npu) {
     description["shared_system_memory"] = shared;
     description["memory_total"] = dedicated + shared;
   }
-  return description;
 }
 
 }  // namespace
 
 std::string ComposeReport(const std::vector<Npu>& npus) {
   if (npus.empty()) return {};
-  json descriptions = json::array();
-  for (const Npu& npu : npus) descriptions.push_back(Describe(npu));
-  return json{{"npu_count", npus.size()}, {"npu_info", std::move(descriptions)}}.dump();
+  base::JsonDocument report;
+  report.Root() = json::value_t::object;
+  report.Root()["npu_count"] = npus.size();
+  json& descriptions = report.Root()["npu_info"] = json::value_t::array;
+  for (const Npu& npu : npus) Describe(npu, descriptions.emplace_back(json::value_t::object));
+  return report.Root().dump();
 }
 
 }  // namespace zt::shared::npu

@@ -1,12 +1,13 @@
 #include "zt/telemetry/common/telemetry_collector_base.h"
 
-#include <cstring>
+#include <cstddef>
+#include <cstdio>
 #include <limits>
+#include <string_view>
 #include <typeinfo>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
+#include "base/json_document.h"
 #include "running_collection.h"
 #include "zt/telemetry/common/telemetry_sink.h"
 
@@ -24,7 +25,8 @@ TelemetryCollectorBaseClass::~TelemetryCollectorBaseClass() = default;
 namespace zt::telemetry::common {
 namespace {
 
-using Json = nlohmann::json;
+using base::JsonDocument;
+using Json = JsonDocument::Json;
 
 constexpr char kEventTypeKey[] = "eventType";
 
@@ -35,8 +37,9 @@ Error ParameterError(const std::string& description) {
 // Reads the event type out of a call's parameter text; an error says what was wrong with it.
 Error ReadEventType(const char* params, EventType& event_type) {
   if (params == nullptr) return ParameterError("Parameters missing: expected a JSON object with \"eventType\"");
-  const Json parsed = Json::parse(params, nullptr, /*allow_exceptions=*/false);
-  if (parsed.is_discarded()) return ParameterError("Parameters are not valid JSON");
+  JsonDocument document;
+  if (!document.Read(params)) return ParameterError("Parameters are not valid JSON");
+  const Json& parsed = document.Root();
   if (!parsed.is_object()) {
     return ParameterError(std::string("Parameters must be a JSON object, but are ") + parsed.type_name());
   }
@@ -63,21 +66,40 @@ Error AlreadyRunning() {
 
 std::string OutcomeText(const Error& outcome, const std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
                         const std::vector<std::string>& databases) {
-  Json names = Json::array();
+  JsonDocument document;
+  Json& text = document.Root() = Json::value_t::object;
+  text["kind"] = outcome.kind;
+  text["code"] = outcome.code;
+  text["description"] = outcome.description;
+  text["typeName"] = outcome.type_name;
+  text["message"] = outcome.message;
+  Json& names = text["messages"] = Json::value_t::array;
   for (const auto& message : messages) {
     if (message != nullptr) names.push_back(std::string(message->GetTypeName()));
   }
-  const Json text = {
-      {"kind", outcome.kind},          {"code", outcome.code},       {"description", outcome.description},
-      {"typeName", outcome.type_name}, {"message", outcome.message}, {"messages", std::move(names)},
-      {"databases", databases}};
+  Json& places = text["databases"] = Json::value_t::array;
+  for (const std::string& database : databases) places.push_back(database);
   return text.dump(-1, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace);
 }
 
-// What an outcome too long for the caller's buffer is replaced by: its figures without its texts.
-std::string ShortOutcomeText(const std::string& outcome) {
-  const Json whole = Json::parse(outcome);
-  return Json{{"kind", whole["kind"]}, {"code", whole["code"]}}.dump();
+// An outcome without its texts, where it is too long for the caller's buffer or where there is no memory to write it:
+// it takes none itself.
+class ShortOutcome {
+ public:
+  explicit ShortOutcome(const Error& outcome)
+      : size_(std::snprintf(text_, sizeof text_, R"({"code":%lld,"kind":%d})", static_cast<long long>(outcome.code),
+                            static_cast<int>(outcome.kind))) {}
+
+  std::string_view Text() const { return {text_, static_cast<std::size_t>(size_)}; }
+
+ private:
+  char text_[sizeof R"({"code":-9223372036854775808,"kind":-2147483648})"];
+  int size_;
+};
+
+void CopyWithEnd(std::string_view text, char* to) {
+  text.copy(to, text.size());
+  to[text.size()] = '\0';
 }
 
 // Hands something to the sink; a missing sink and an exception of the sink are failures like any other.
@@ -99,36 +121,49 @@ TelemetryCollectorBase::TelemetryCollectorBase() = default;
 TelemetryCollectorBase::~TelemetryCollectorBase() = default;
 
 void TelemetryCollectorBase::Execute(const char* params, char* result) {
-  std::string outcome = Run(params);
+  std::string text;
+  const ShortOutcome outcome(Run(params, text));
   if (result == nullptr) return;
-  if (outcome.size() >= kResultCapacity) outcome = ShortOutcomeText(outcome);
-  std::memcpy(result, outcome.c_str(), outcome.size() + 1);
+  CopyWithEnd(text.empty() || text.size() >= kResultCapacity ? outcome.Text() : text, result);
 }
 
 void TelemetryCollectorBase::Execute(const char* params, char*& result,
                                      const zt::shared::plugin::PluginBufferAllocator& allocator) {
-  const std::string outcome = Run(params);
-  result = allocator.Allocate(outcome.size() + 1);
-  if (result != nullptr) std::memcpy(result, outcome.c_str(), outcome.size() + 1);
+  std::string text;
+  const ShortOutcome outcome(Run(params, text));
+  const std::string_view told = text.empty() ? outcome.Text() : text;
+  result = allocator.Allocate(told.size() + 1);
+  if (result != nullptr) CopyWithEnd(told, result);
 }
 
-std::string TelemetryCollectorBase::Run(const char* params) {
-  // A host's thread that waits in COM runs its timers meanwhile, and one of them may call again.
-  const RunningCollection running(typeid(*this));
-  if (!running.IsGranted()) return OutcomeText(AlreadyRunning(), {}, {});
+Error TelemetryCollectorBase::Run(const char* params, std::string& text) noexcept {
+  Error outcome;
   std::vector<std::shared_ptr<google::protobuf::Message>> messages;
   std::vector<std::string> databases;
-  Error outcome = ReadEventType(params, event_type_);
-  if (!outcome.Failed()) {
-    // The one wall between a collector and its host: whatever a collector throws ends here as a report.
-    try {
-      GetDatabases(messages, databases);
-      outcome = Finalize(ReadSource());
-    } catch (...) {
-      outcome = Error::FromCurrentException();
-    }
+  // The one wall between a collector and its host: whatever a collector throws ends here as a report.
+  try {
+    outcome = Collect(params, messages, databases);
+  } catch (...) {
+    outcome = Error::FromCurrentException();
   }
-  return OutcomeText(outcome, messages, databases);
+  try {
+    text = OutcomeText(outcome, messages, databases);
+  } catch (...) {
+    text.clear();
+  }
+  return outcome;
+}
+
+Error TelemetryCollectorBase::Collect(const char* params,
+                                      std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
+                                      std::vector<std::string>& databases) {
+  // A host's thread that waits in COM runs its timers meanwhile, and one of them may call again.
+  const RunningCollection running(typeid(*this));
+  if (!running.IsGranted()) return AlreadyRunning();
+  Error outcome = ReadEventType(params, event_type_);
+  if (outcome.Failed()) return outcome;
+  GetDatabases(messages, databases);
+  return Finalize(ReadSource());
 }
 
 Error TelemetryCollectorBase::Finalize(const Error& outcome) {

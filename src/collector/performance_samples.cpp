@@ -2,6 +2,7 @@
 
 #include <plog/Log.h>
 
+#include <new>
 #include <vector>
 
 #include "collector/example_upload.h"
@@ -34,6 +35,18 @@ shared::ztbios::PrivateBiosWmi* process_bios_wmi = nullptr;
 
 bool IsFullCollection(EventType event) {
   return event == EventType::kScheduledCollection || event == EventType::kRequestedCollection;
+}
+
+// Hands the hours of a table over and empties it. Where there is no memory for one of them the table is left as it is,
+// and the next cycle sends all of them.
+template <typename Upload>
+void SendAndEmpty(const std::string& database, const char* table, const Upload& upload) {
+  try {
+    upload();
+    DeleteSampleRows(database, {table});
+  } catch (const std::bad_alloc&) {
+    return;
+  }
 }
 
 }  // namespace
@@ -82,18 +95,20 @@ Error PerformanceSamples::ReadSource() {
     const BuilderList builders = MakeBuilders(clients);
     if (IsFullCollection(event)) {
       if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
-        UploadThermalSamples(&summaries[kThermalSource], &clients.wmi);
-        DeleteSampleRows(database, {kThermalTable});
+        SendAndEmpty(database, kThermalTable, [&] { UploadThermalSamples(&summaries[kThermalSource], &clients.wmi); });
       }
       if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
-        UploadNetworkSamples(&summaries[kNetworkSource]);
-        DeleteSampleRows(database, {kNetworkTable});
+        SendAndEmpty(database, kNetworkTable, [&] { UploadNetworkSamples(&summaries[kNetworkSource]); });
       }
       for (const auto& builder : builders) {
         try {
-          builder->PopulateStorageAndUploadProtos();
-        } catch (...) {
-          PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
+          try {
+            builder->PopulateStorageAndUploadProtos();
+          } catch (...) {
+            PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
+          }
+        } catch (const std::bad_alloc&) {
+          // A failure that there is no memory to log costs its own builder only, all the same.
         }
       }
       PerfMessages::ProcessStorageAndUpload();

@@ -2,6 +2,8 @@
 // through the collector.
 #include <plog/Log.h>
 
+#include <memory>
+#include <new>
 #include <vector>
 
 #include "collector/performance_samples.h"
@@ -28,6 +30,22 @@ PerformanceSamples* Collector() {
   return static_cast<PerformanceSamples*>(PerfMessages::perf_handle_);
 }
 
+// Puts an empty record in the place of the sent one at the end of its life, whatever becomes of the hand-over: the next
+// cycle would add its sections to those of this one.
+class RecordRenewal {
+ public:
+  RecordRenewal() = default;
+  ~RecordRenewal() {
+    try {
+      PerfMessages::static_cdm_ = std::make_shared<PcLogPerformanceSamplesAsCDM>();
+    } catch (const std::bad_alloc&) {
+      if (PerfMessages::static_cdm_ != nullptr) PerfMessages::static_cdm_->Clear();
+    }
+  }
+  RecordRenewal(const RecordRenewal&) = delete;
+  RecordRenewal& operator=(const RecordRenewal&) = delete;
+};
+
 }  // namespace
 
 void PerfMessages::ProcessStorageAndUpload() {
@@ -35,6 +53,7 @@ void PerfMessages::ProcessStorageAndUpload() {
     PLOG_ERROR << "PerfMessages::ProcessStorageAndUpload - perf_handle_ is null.";
     return;
   }
+  const RecordRenewal renewal;
   std::vector<Error> store_failures;
   if (amd_pmf_ != nullptr) {
     amd_pmf_->set_local_time(CurrentOffsetForm());
@@ -46,7 +65,6 @@ void PerfMessages::ProcessStorageAndUpload() {
     Stamp(*static_cdm_, CurrentRecordForm());
     Collector()->AddSendWrapper(*static_cdm_);
   }
-  static_cdm_ = std::make_shared<PcLogPerformanceSamplesAsCDM>();
 }
 
 void PerfMessages::AddSendWrapper(const google::protobuf::Message& message) {

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <iomanip>
 #include <locale>
+#include <new>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -52,6 +53,8 @@ std::string WallClockText(sys_seconds local_time) {
   std::ostringstream text;
   text.imbue(RecordLocale());
   text << std::put_time(&calendar, "%Y-%m-%dT%H:%M:%S");
+  // A stream keeps quiet when there is no memory, and has half of a text.
+  if (!text) throw std::bad_alloc();
   return text.str();
 }
 

@@ -1,6 +1,7 @@
 #include "messages/perf_messages.h"
 
 #include <array>
+#include <utility>
 
 #include "messages/local_time.h"
 #include "messages/thermal_reply.h"
@@ -51,14 +52,19 @@ void PerfMessages::Init(void* handle, int event_type) {
     handle_is_gone = false;
     return;
   }
-  static_cdm_ = std::make_shared<PcLogPerformanceSamplesAsCDM>();
-  static_cdm_->set_sample_points_actual(1);
+  // All of them or none, should memory run out: that the record is there tells the next call that all are.
+  auto record = std::make_shared<PcLogPerformanceSamplesAsCDM>();
+  record->set_sample_points_actual(1);
+  auto thermal = std::make_shared<ThermalZTBiosSamples>();
+  auto amd_pmf = std::make_shared<AmdPmfSamples>();
+  auto energy = std::make_shared<EnergyEMISamples>();
+  static_cdm_ = std::move(record);
+  thermal_ = std::move(thermal);
+  amd_pmf_ = std::move(amd_pmf);
+  energy_ = std::move(energy);
   event_type_ = event_type;
   perf_handle_ = handle;
   handle_is_gone = false;
-  thermal_ = std::make_shared<ThermalZTBiosSamples>();
-  amd_pmf_ = std::make_shared<AmdPmfSamples>();
-  energy_ = std::make_shared<EnergyEMISamples>();
 }
 
 void PerfMessages::ForgetHandle(const void* handle) {

@@ -14,7 +14,8 @@ class ComponentAppender : public plog::IAppender {
   ComponentAppender(std::wstring component, plog::IAppender* host_appender);
 
   /// The host gets a record of its own: the function name stands in the file field too, the object is the component's
-  /// name (a zero-terminated wide text whatever messages are), a missing message reads "(null)".
+  /// name (a zero-terminated wide text whatever messages are), a missing message reads "(null)". A record that there is
+  /// no memory for is dropped.
   void write(const plog::Record& record) override;
 
  private:

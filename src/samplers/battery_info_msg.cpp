@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "messages/record_parts.h"
 #include "platform/power_status.h"
 #include "samplers/rounding.h"
 #include "types/conversions.h"
@@ -85,7 +86,7 @@ void SetVoltageRatio(const Voltages& voltages, PcLogPerformanceSamplesAsCDM_HwIn
 void AddBattery(ZTBatteryInfo& battery) {
   const Texts texts{CutText(battery.GetSerialNumber()), CutText(battery.GetCTNumber())};
   const Voltages voltages{battery.GetDesignVoltage(), battery.GetVoltage()};
-  auto& entry = *PerfMessages::static_cdm_->mutable_hw_info()->add_batteries_info();
+  auto& entry = AddEntry(*OpenHardware(*PerfMessages::static_cdm_).mutable_batteries_info());
   ZTBatteryStatus flags{};
   battery.GetChargeState(&flags);
   const StoredFigures figures{battery.GetFullChargeCapacity(), battery.GetChargeRate(),
@@ -107,7 +108,7 @@ void AddBattery(ZTBatteryInfo& battery) {
   entry.set_voltage(Bits(voltages.present_mv));
   entry.set_charge_rate_mw(Bits(figures.charge_rate_mw));
   entry.set_discharge_rate_mw(battery.GetDischargeRate());
-  entry.add_battery_status(std::to_string(battery.GetStatusCode()));
+  AddEntry(*entry.mutable_battery_status()) = std::to_string(battery.GetStatusCode());
   entry.set_full_charge_capacity_percent(RoundToTwoDecimals(battery.GetFullChargePercent()));
   entry.set_remaining_charge_capacity_percent(figures.remaining_percent);
   SetVoltageRatio(voltages, entry);

@@ -6,6 +6,7 @@
 #include <limits>
 #include <typeinfo>
 
+#include "messages/record_parts.h"
 #include "platform/posture_sensors.h"
 #include "samplers/own_condition.h"
 #include "samplers/wmi_query.h"
@@ -145,7 +146,10 @@ void DeviceStateInfoMsg::PopulateStorageAndUploadProtos() {
     // Whatever keeps the sensors from telling, the keyboards may.
     posture = InferFromKeyboardStatus();
   }
-  static_cdm_->mutable_hw_info()->mutable_device_state()->set_device_mode(posture);
+  using Hardware = contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
+  auto& section =
+      OpenSection(OpenHardware(*static_cdm_), &Hardware::mutable_device_state, &Hardware::clear_device_state);
+  section.set_device_mode(posture);
   amd_pmf_->set_device_mode(posture);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "messages/record_parts.h"
 #include "samplers/rounding.h"
 #include "samplers/wmi_query.h"
 
@@ -70,7 +71,9 @@ MemoryInfoMsg::MemoryInfoMsg(const PerfMessages& other) : PerfMessages(other) {}
 MemoryInfoMsg::MemoryInfoMsg(shared::wmi::WMIClient* wmi_client) : PerfMessages(wmi_client) {}
 
 void MemoryInfoMsg::PopulateStorageAndUploadProtos() {
-  auto& section = *static_cdm_->mutable_hw_info()->mutable_system_memory_info();
+  using Hardware = contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
+  auto& section = OpenSection(OpenHardware(*static_cdm_), &Hardware::mutable_system_memory_info,
+                              &Hardware::clear_system_memory_info);
   ReadModuleClocks(wmi_client_, *amd_pmf_);
   Memory memory;
   ReadComputer(*wmi_client_, memory);

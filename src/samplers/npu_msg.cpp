@@ -5,8 +5,8 @@
 #include <string>
 #include <typeinfo>
 
-#include <nlohmann/json.hpp>
-
+#include "base/json_document.h"
+#include "messages/record_parts.h"
 #include "samplers/json_numbers.h"
 #include "types/conversions.h"
 #include "zt/shared/npu/npu_info.h"
@@ -34,11 +34,9 @@ const json* Find(const json& object, const char* key) {
 }
 
 // Reads through a stream, which stops behind the first complete value: what a library leaves after it is ignored.
-json Parse(const std::string& text) {
+void Parse(const std::string& text, base::JsonDocument& document) {
   std::istringstream stream(text);
-  json document;
-  stream >> document;
-  return document;
+  document.ReadFirst(stream);
 }
 
 const json& RequireNpus(const json& document) {
@@ -60,7 +58,7 @@ void FillTemperature(const json& npu, PcLogPerformanceSamplesAsCDM_HwInfo_NpuInf
   const json* celsius = Find(npu, "adapter_temp_celsius");
   if (celsius == nullptr) return;
   const auto whole_degrees = static_cast<std::uint32_t>(TruncateToUint64(ReadDouble(*celsius)));
-  auto& sensor = *entry.add_temperature_sensors_info();
+  auto& sensor = AddEntry(*entry.mutable_temperature_sensors_info());
   sensor.set_sensor_name(kSensorName);
   sensor.set_temperature_celsius(whole_degrees);
 }
@@ -106,7 +104,7 @@ void FillMemoryUtilization(const json& npu, PcLogPerformanceSamplesAsCDM_HwInfo_
 }
 
 void AddNpu(const std::string& device_id, const json& npu, PcLogPerformanceSamplesAsCDM_HwInfo& hardware) {
-  auto& entry = *hardware.add_npus_info();
+  auto& entry = AddEntry(*hardware.mutable_npus_info());
   entry.set_device_id(device_id);
   FillTemperature(npu, entry);
   FillClocks(npu, entry);
@@ -122,13 +120,14 @@ NPUMsg::NPUMsg(const PerfMessages& other) : PerfMessages(other) {}
 NPUMsg::NPUMsg() = default;
 
 void NPUMsg::PopulateStorageAndUploadProtos() {
-  auto& hardware = *static_cdm_->mutable_hw_info();
+  auto& hardware = OpenHardware(*static_cdm_);
   NPUInfo library;
   const std::string report = library.GetNPUInfoAsJsonString();
   if (report.empty()) return;
-  const json document = Parse(report);
+  base::JsonDocument document;
+  Parse(report, document);
   int count = 0;
-  for (const json& npu : RequireNpus(document)) {
+  for (const json& npu : RequireNpus(document.Root())) {
     const std::string* device_id = FindDeviceId(npu);
     if (device_id == nullptr) continue;
     if (++count > kMaximumNpus) return;

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "messages/record_parts.h"
 #include "samplers/operating_system/process_details.h"
 #include "samplers/operating_system/process_operations.h"
 #include "samplers/operating_system/process_section.h"
@@ -20,8 +21,11 @@ OperatingSystemInfoMsg::OperatingSystemInfoMsg(const PerfMessages& other) : Perf
 OperatingSystemInfoMsg::OperatingSystemInfoMsg(shared::wmi::WMIClient* wmi_client) : PerfMessages(wmi_client) {}
 
 void OperatingSystemInfoMsg::PopulateStorageAndUploadProtos() {
-  auto& section = *static_cdm_->mutable_operating_system_info();
-  FillSession(*section.mutable_operating_session_info());
+  using Record = PcLogPerformanceSamplesAsCDM;
+  using System = contract::upload::log::PcLogPerformanceSamplesAsCDM_OperatingSystemInfo;
+  auto& section =
+      OpenSection(*static_cdm_, &Record::mutable_operating_system_info, &Record::clear_operating_system_info);
+  FillSession(OpenSection(section, &System::mutable_operating_session_info, &System::clear_operating_session_info));
   AddProcesses(GetMostIntesiveProcessList(), section);
 }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/trimmed.h"
+#include "messages/record_parts.h"
 #include "samplers/wmi_query.h"
 #include "zt/shared/storage/pcie_storage_drive.h"
 #include "zt/telemetry/common/utils.h"
@@ -155,7 +156,7 @@ StorageInfoMsg::StorageInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbio
     : PerfMessages(wmi_client, private_bios_wmi) {}
 
 void StorageInfoMsg::PopulateStorageAndUploadProtos() {
-  auto& hardware = *static_cdm_->mutable_hw_info();
+  auto& hardware = OpenHardware(*static_cdm_);
   const std::vector<Drive> drives = ReadDrives(wmi_client_);
   // By device ID: of several rows with the same one, the last row's serial number stands for all.
   std::map<std::string, std::string> serials;
@@ -170,7 +171,7 @@ void StorageInfoMsg::PopulateStorageAndUploadProtos() {
   for (const Drive& drive : drives) {
     const std::string identity = library.Identify(serials[drive.device_id]);
     if (identity.empty()) continue;
-    auto& entry = *hardware.add_storage_drives_info();
+    auto& entry = AddEntry(*hardware.mutable_storage_drives_info());
     entry.set_drive_serial_number(common::Utils::AdjustString(identity, kMaximumIdentityLength));
     entry.set_utilization_percent(usages[drive.device_id]);
   }

@@ -58,7 +58,8 @@ std::string_view TextOf(sqlite3_value* value) {
   return text == nullptr ? std::string_view() : std::string_view(text, sqlite3_value_bytes(value));
 }
 
-// SQLite's own function, on a database in memory that is made when it is first asked.
+// SQLite's own function, on a database in memory that is made when it is first asked. SQLite calls it, which no
+// exception can pass: what it needs, SQLite's allocator gives.
 class OriginalFunction {
  public:
   void Answer(sqlite3_context* context, sqlite3_value** arguments) {
@@ -83,9 +84,12 @@ class OriginalFunction {
     const int outcome = sqlite3_open(":memory:", &handle);
     Database opened(handle);
     if (outcome != SQLITE_OK || !Run(handle, kQuestion)) return false;
-    ask_ = Prepare(handle, "UPDATE question SET format = ?1, time = ?2;");
-    answer_ = Prepare(handle, "SELECT answer FROM question;");
-    if (!ask_ || !answer_) return false;
+    // A database with a statement that is still ready to run would stay open.
+    Statement ask = Prepare(handle, "UPDATE question SET format = ?1, time = ?2;");
+    Statement answer = Prepare(handle, "SELECT answer FROM question;");
+    if (!ask || !answer) return false;
+    ask_ = std::move(ask);
+    answer_ = std::move(answer);
     database_ = std::move(opened);
     return true;
   }

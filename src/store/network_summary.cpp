@@ -2,20 +2,23 @@
 
 #include <cstdint>
 #include <exception>
+#include <new>
 #include <string>
 
-#include <nlohmann/json.hpp>
-
+#include "base/json_document.h"
+#include "messages/record_parts.h"
 #include "types/conversions.h"
 #include "zt/telemetry/common/utils.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
+using base::JsonDocument;
 using common::Utils;
-using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Network;
+using HardwareRecord = contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
+using NetworkRecord = contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Network;
 using contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo_Network_Interfaces;
-using Json = nlohmann::json;
+using Json = JsonDocument::Json;
 
 constexpr int kMaxInterfaces = 32;
 constexpr int kMaxProfiles = 32;
@@ -29,6 +32,11 @@ constexpr char kNetworkIdSuffix[] = "-NE";
 // raises the JSON library's type error like any other wrong type. Fractions are converted here, since the library's own
 // conversion of one out of range is undefined.
 
+Json& At(Json& object, const char* key) {
+  if (object.is_null()) object = Json::value_t::object;
+  return object[key];
+}
+
 // A boolean or an integer as 64 bits, negative ones wrapped.
 std::uint64_t WholeNumber(const Json& value) {
   if (value.is_boolean()) return value.get<bool>() ? 1 : 0;
@@ -37,23 +45,23 @@ std::uint64_t WholeNumber(const Json& value) {
 }
 
 std::uint64_t Unsigned64(Json& object, const char* key) {
-  const Json& value = object[key];
+  const Json& value = At(object, key);
   return value.is_number_float() ? TruncateToUint64(value.get<double>()) : WholeNumber(value);
 }
 
 std::uint32_t Unsigned32(Json& object, const char* key) {
-  const Json& value = object[key];
+  const Json& value = At(object, key);
   return value.is_number_float() ? TruncateToUint32(value.get<double>())
                                  : static_cast<std::uint32_t>(WholeNumber(value));
 }
 
 bool Flag(Json& object, const char* key) {
-  const Json& value = object[key];
+  const Json& value = At(object, key);
   return value.is_number_float() ? TruncateToInt64(value.get<double>()) != 0 : WholeNumber(value) != 0;
 }
 
 float Float(Json& object, const char* key) {
-  return object[key].get<float>();
+  return At(object, key).get<float>();
 }
 
 // A rate without its fraction.
@@ -62,7 +70,7 @@ float WholeRate(float average) {
 }
 
 std::string Text(Json& object, const char* key, unsigned long long limit) {
-  return Utils::AdjustString(object[key].get<std::string>(), limit);
+  return Utils::AdjustString(At(object, key).get<std::string>(), limit);
 }
 
 bool NamesItsDevice(const Json& element) {
@@ -92,46 +100,55 @@ void AddProfiles(Json& profiles, PcLogPerformanceSamplesAsCDM_HwInfo_Network_Int
     const std::string name = Text(profile, "profile_name_hash", kProfileTextLimit);
     const std::string authentication = Text(profile, "profile_authentication", kProfileTextLimit);
     const std::string encryption = Text(profile, "profile_encryption", kProfileTextLimit);
-    auto& entry = *record.add_w_lan_profiles();
+    auto& entry = AddEntry(*record.mutable_w_lan_profiles());
     entry.set_w_lan_profile_name(name);
     entry.set_w_lan_profile_authentication(authentication);
     entry.set_w_lan_profile_encryption(encryption);
   }
 }
 
-void AddInterfaces(Json& hour, PcLogPerformanceSamplesAsCDM_HwInfo_Network& network) {
+void AddInterfaces(Json& hour, NetworkRecord& network) {
   if (!hour.contains("interfaces_info")) return;
   for (Json& element : hour["interfaces_info"]) {
     if (network.interfaces_info_size() >= kMaxInterfaces) return;
     if (!NamesItsDevice(element)) continue;
-    auto& record = *network.add_interfaces_info();
+    auto& record = AddEntry(*network.mutable_interfaces_info());
     AddInterfaceFigures(element, record);
     if (element.contains("w_lan_profiles")) AddProfiles(element["w_lan_profiles"], record);
   }
 }
 
-void SetTcpStatistics(Json& hour, PcLogPerformanceSamplesAsCDM_HwInfo_Network& network) {
+void SetTcpStatistics(Json& hour, NetworkRecord& network) {
   Json& v4 = hour["tcp_ipv4_stats_info"];
-  auto& v4_record = *network.mutable_tcp_i_p_v4_stats_info();
+  auto& v4_record =
+      OpenSection(network, &NetworkRecord::mutable_tcp_i_p_v4_stats_info, &NetworkRecord::clear_tcp_i_p_v4_stats_info);
   v4_record.set_current_connections(Unsigned32(v4, "current_connections"));
   v4_record.set_errors_received(Unsigned32(v4, "errors_received"));
   v4_record.set_failed_connections(Unsigned32(v4, "failed_connections"));
   Json& v6 = hour["tcp_ipv6_stats_info"];
-  network.mutable_tcp_i_p_v6_stats_info()->set_failed_connections(Unsigned32(v6, "failed_connections"));
+  auto& v6_record =
+      OpenSection(network, &NetworkRecord::mutable_tcp_i_p_v6_stats_info, &NetworkRecord::clear_tcp_i_p_v6_stats_info);
+  v6_record.set_failed_connections(Unsigned32(v6, "failed_connections"));
 }
 
-void SetFlags(Json& hour, PcLogPerformanceSamplesAsCDM_HwInfo_Network& network) {
+void SetFlags(Json& hour, NetworkRecord& network) {
   network.set_is_vpn_connected(Flag(hour, "is_vpn_connected"));
   network.set_has_network_access(Flag(hour, "has_network_access"));
   network.set_has_internet_access(Flag(hour, "has_internet_access"));
 }
 
-// Fills the record with one hour; false for an hour that holds nothing. Throws when its text is no JSON, or not of the
-// form that the summary query gives.
+NetworkRecord& OpenNetwork(PcLogPerformanceSamplesAsCDM& record) {
+  return OpenSection(OpenHardware(record), &HardwareRecord::mutable_network_info, &HardwareRecord::clear_network_info);
+}
+
+// Fills the record with one hour; false for an hour that holds nothing or is no JSON. Throws when its text is not of
+// the form that the summary query gives.
 bool FillHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
-  Json hour = Json::parse(row.at("network_info"));
+  JsonDocument document;
+  if (!document.Read(row.at("network_info"))) return false;
+  Json& hour = document.Root();
   if (!hour.is_object() || hour.empty()) return false;
-  auto& network = *record.mutable_hw_info()->mutable_network_info();
+  auto& network = OpenNetwork(record);
   AddInterfaces(hour, network);
   SetTcpStatistics(hour, network);
   SetFlags(hour, network);
@@ -141,7 +158,7 @@ bool FillHour(const SummaryRow& row, PcLogPerformanceSamplesAsCDM& record) {
 
 void ResetNetworkHour(PcLogPerformanceSamplesAsCDM& record) {
   ClearStamps(record);
-  auto& network = *record.mutable_hw_info()->mutable_network_info();
+  auto& network = OpenNetwork(record);
   network.clear_interfaces_info();
   network.clear_tcp_i_p_v4_stats_info();
   network.clear_tcp_i_p_v6_stats_info();
@@ -157,6 +174,8 @@ void SendNetworkHours(const std::vector<SummaryRow>& hours, const SendRecord& se
   for (const SummaryRow& hour : hours) {
     try {
       if (FillHour(hour, record)) send(record);
+    } catch (const std::bad_alloc&) {
+      throw;
     } catch (const std::exception&) {
       // An hour that breaks midway is dropped whole: half of its figures would pass for all of them.
     }

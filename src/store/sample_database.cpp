@@ -1,6 +1,6 @@
 #include "store/sample_database.h"
 
-#include <iterator>
+#include <new>
 #include <utility>
 
 #include "store/linear_summary.h"
@@ -45,11 +45,32 @@ Database OpenForSummary(const std::string& path, LockPatience& patience, WorkLim
   return database;
 }
 
-void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
-  for (auto& [source, added] : rows) {
-    auto& all = (*result)[source];
-    all.insert(all.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
+SummaryRowsBySource Summarise(const std::string& db_path, const std::string& query_text, const StoreLimits& limits) {
+  LockPatience patience(limits.summary_locks);
+  WorkLimit work(limits.summary_work);
+  SummaryRowsBySource rows;
+  const bool samples = query_text == kSummaryQuery;
+  if (samples) {
+    const Database database = OpenForSummary(db_path, patience, work);
+    if (database && LinearSummary(database.get()).Run(&rows)) return rows;
+    rows.clear();
   }
+  // A connection of its own: on the failed one the tables' names mean something else.
+  const Database database = OpenForSummary(db_path, patience, work);
+  const Statement query = database ? Prepare(database.get(), query_text) : nullptr;
+  const int end = query ? ReadSummaryRows(query.get(), &rows) : SQLITE_DONE;
+  // A summary that broke off lacks hours, whose samples would be deleted with those of the others.
+  if (end == SQLITE_INTERRUPT || (samples && end != SQLITE_DONE)) rows.clear();
+  return rows;
+}
+
+// All or nothing: a half of the rows would pass for all of them.
+void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
+  for (const auto& [source, earlier] : *result) {
+    auto& all = rows[source];
+    all.insert(all.begin(), earlier.begin(), earlier.end());
+  }
+  result->swap(rows);
 }
 
 }  // namespace
@@ -57,34 +78,34 @@ void Append(SummaryRowsBySource&& rows, SummaryRowsBySource* result) {
 void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result,
                           const StoreLimits& limits) {
   if (result == nullptr) return;
-  LockPatience patience(limits.summary_locks);
-  WorkLimit work(limits.summary_work);
-  SummaryRowsBySource rows;
-  if (query_text == kSummaryQuery) {
-    const Database database = OpenForSummary(db_path, patience, work);
-    if (database && LinearSummary(database.get()).Run(&rows)) return Append(std::move(rows), result);
-    rows.clear();
+  try {
+    Append(Summarise(db_path, query_text, limits), result);
+  } catch (const std::bad_alloc&) {
+    // As any other failure.
   }
-  // A connection of its own: on the failed one the tables' names mean something else.
-  const Database database = OpenForSummary(db_path, patience, work);
-  const Statement query = database ? Prepare(database.get(), query_text) : nullptr;
-  // The hours that an interrupted query has not come to would be deleted with those it has.
-  if (query && ReadSummaryRows(query.get(), &rows) != SQLITE_INTERRUPT) Append(std::move(rows), result);
 }
 
 bool SampleTableHasRows(const std::string& db_path, const std::string& table, const StoreLimits& limits) {
-  WorkLimit work(limits.table_work);
-  const Database database = Open(db_path, work);
-  if (!database) return false;
-  const Statement count = Prepare(database.get(), "SELECT COUNT(*) FROM \"" + table + "\";");
-  return count && sqlite3_step(count.get()) == SQLITE_ROW && sqlite3_column_int(count.get(), 0) > 0;
+  try {
+    WorkLimit work(limits.table_work);
+    const Database database = Open(db_path, work);
+    if (!database) return false;
+    const Statement count = Prepare(database.get(), "SELECT COUNT(*) FROM \"" + table + "\";");
+    return count && sqlite3_step(count.get()) == SQLITE_ROW && sqlite3_column_int(count.get(), 0) > 0;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
 }
 
 void DeleteSampleRows(const std::string& db_path, const std::vector<std::string>& tables, const StoreLimits& limits) {
-  WorkLimit work(limits.table_work);
-  const Database database = Open(db_path, work);
-  if (!database) return;
-  for (const std::string& table : tables) Run(database.get(), "DELETE FROM " + table + ";");
+  try {
+    WorkLimit work(limits.table_work);
+    const Database database = Open(db_path, work);
+    if (!database) return;
+    for (const std::string& table : tables) Run(database.get(), "DELETE FROM " + table + ";");
+  } catch (const std::bad_alloc&) {
+    // The rows that are left are sent again.
+  }
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

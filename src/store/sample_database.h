@@ -35,7 +35,8 @@ struct StoreLimits {
 };
 
 /// Runs one query and adds its rows to `result`. A query without a column "source" adds nothing. A row's texts end at
-/// their first NUL. `kSummaryQuery` runs in time proportional to the stored rows over ordinary tables.
+/// their first NUL. `kSummaryQuery` runs in time proportional to the stored rows over ordinary tables, and adds all of
+/// its rows or none; of another query those before a failure are added, and none of one that takes too long.
 void QuerySampleSummaries(const std::string& db_path, const std::string& query_text, SummaryRowsBySource* result,
                           const StoreLimits& limits = {});
 

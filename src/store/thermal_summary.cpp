@@ -2,9 +2,11 @@
 
 #include <cmath>
 #include <cstdint>
+#include <new>
 #include <optional>
 #include <string>
 
+#include "messages/record_parts.h"
 #include "types/conversions.h"
 
 namespace zt::telemetry::collector::performancesamples {
@@ -55,7 +57,7 @@ std::optional<std::vector<Processor>> ListProcessors(WMIClient& wmi) {
 
 // One entry stands for the whole machine: the last processor's id, and the last load that is a number.
 void AddProcessorEntry(const std::vector<Processor>& processors, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
-  auto& entry = *hw_info.add_cpus_info();
+  auto& entry = AddEntry(*hw_info.mutable_cpus_info());
   for (const Processor& processor : processors) {
     entry.set_device_id(processor.device_id);
     if (!std::isnan(processor.load_percent)) entry.set_utilization_percent(processor.load_percent);
@@ -74,20 +76,21 @@ void SetSensor(TemperatureSensor& sensor, const char* name, float celsius) {
 void AddProcessorTemperature(const SummaryRow& row, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
   if (hw_info.cpus_info().empty()) return;
   const float celsius = Average(row, "cpu_temp_avg");
-  SetSensor(*hw_info.mutable_cpus_info(0)->add_temperature_sensors_info(), "cpu_temp", celsius);
+  SetSensor(AddEntry(*hw_info.mutable_cpus_info(0)->mutable_temperature_sensors_info()), "cpu_temp", celsius);
 }
 
 // Both readings are parsed before anything is added: one alone is not reported.
 void AddBoardTemperatures(const SummaryRow& row, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
   const float external = Average(row, "ext_sensor_avg");
   const float local = Average(row, "loc_sensor_avg");
-  auto& board = *hw_info.mutable_system_board_info();
-  SetSensor(*board.add_temperature_sensors_info(), "ext_sensor", external);
-  SetSensor(*board.add_temperature_sensors_info(), "loc_sensor", local);
+  using Hardware = PcLogPerformanceSamplesAsCDM_HwInfo;
+  auto& board = OpenSection(hw_info, &Hardware::mutable_system_board_info, &Hardware::clear_system_board_info);
+  SetSensor(AddEntry(*board.mutable_temperature_sensors_info()), "ext_sensor", external);
+  SetSensor(AddEntry(*board.mutable_temperature_sensors_info()), "loc_sensor", local);
 }
 
 void AddStatistic(PcLogPerformanceSamplesAsCDM_HwInfo_Fans& fan, const char* name, float value) {
-  auto& statistic = *fan.add_fan_statistics_info();
+  auto& statistic = AddEntry(*fan.mutable_fan_statistics_info());
   statistic.set_fan_stat_name(name);
   statistic.set_fan_stat_value(value);
 }
@@ -96,7 +99,7 @@ void AddStatistic(PcLogPerformanceSamplesAsCDM_HwInfo_Fans& fan, const char* nam
 // their fraction, the duty cycle keeps it.
 void AddFan(std::uint32_t number, const FanAverages& averages, PcLogPerformanceSamplesAsCDM_HwInfo& hw_info) {
   if (averages.step == 0 && averages.current == 0 && averages.target == 0) return;
-  auto& fan = *hw_info.add_fans_info();
+  auto& fan = AddEntry(*hw_info.mutable_fans_info());
   fan.set_fan_id(number);
   if (averages.step != 0) AddStatistic(fan, "duty_cycle", averages.step);
   if (averages.current != 0) AddStatistic(fan, "tach_current", static_cast<float>(TruncateToUint32(averages.current)));
@@ -124,17 +127,20 @@ std::uint32_t NumberOfSamples(const SummaryRow& row) {
 // The processor entry keeps its id and load for the next hour; everything that belongs to the hour goes.
 void ResetThermalHour(PcLogPerformanceSamplesAsCDM& record) {
   ClearStamps(record);
-  auto& hw_info = *record.mutable_hw_info();
+  auto& hw_info = OpenHardware(record);
   if (!hw_info.cpus_info().empty()) hw_info.mutable_cpus_info(0)->clear_temperature_sensors_info();
   hw_info.clear_system_board_info();
   hw_info.clear_fans_info();
 }
 
 // Runs one block of an hour. A reading that is missing or no number abandons the rest of its block, without a word.
+// That there is no memory is no fault of the reading.
 template <typename Block>
 void Guarded(const Block& block) {
   try {
     block();
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     return;
   }
@@ -147,7 +153,7 @@ void SendThermalHours(const std::vector<SummaryRow>& hours, shared::wmi::WMIClie
   const auto processors = ListProcessors(wmi);
 
   PcLogPerformanceSamplesAsCDM record;
-  auto& hw_info = *record.mutable_hw_info();
+  auto& hw_info = OpenHardware(record);
   if (processors.has_value()) AddProcessorEntry(*processors, hw_info);
   for (const SummaryRow& hour : hours) {
     Guarded([&] { AddProcessorTemperature(hour, hw_info); });

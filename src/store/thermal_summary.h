@@ -12,7 +12,8 @@ namespace zt::telemetry::collector::performancesamples {
 /// the fans' figures (as stored), beside the processor's identity and load (percent) of this moment, which `wmi` tells.
 ///
 /// A reading that is missing or no number leaves out its block of the hour (processor, board, fans); a row without a
-/// number of samples is not sent. What `send` throws is dropped, and the next hour follows.
+/// number of samples is not sent. What `send` throws is dropped, and the next hour follows. `std::bad_alloc` alone ends
+/// it: the hours that were not sent are for another time.
 void SendThermalHours(const std::vector<SummaryRow>& hours, shared::wmi::WMIClient& wmi, const SendRecord& send);
 
 }  // namespace zt::telemetry::collector::performancesamples

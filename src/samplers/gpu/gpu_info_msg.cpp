@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 
+#include "messages/record_parts.h"
 #include "messages/thermal_reply.h"
 #include "samplers/gpu/amd_card_info.h"
 #include "samplers/gpu/gpu_entry.h"
@@ -36,7 +37,7 @@ GPUInfoMsg::GPUInfoMsg(shared::wmi::WMIClient* wmi_client, shared::ztbios::Priva
 void GPUInfoMsg::PopulateStorageAndUploadProtos() {
   const VendorTable vendors = MakeVendors(wmi_client_);
   std::vector<GraphicCardInfo> cards;
-  auto& hardware = *static_cdm_->mutable_hw_info();
+  auto& hardware = OpenHardware(*static_cdm_);
   int written = 0;
   for (const auto& [key, vendor] : vendors) {
     if (vendor->QueryValues(&cards).Failed()) continue;
@@ -47,7 +48,7 @@ void GPUInfoMsg::PopulateStorageAndUploadProtos() {
       if (card.serial_number.empty()) AlternativeSNRetrieval(card.serial_number);
       if (card.temperature_celsius == 0) AlternativeTempRetrieval(card.temperature_celsius, nullptr, nullptr);
       thermal_->set_gpu_temperature(card.temperature_celsius);
-      FillEntry(card, *hardware.add_gpus_info());
+      FillEntry(card, AddEntry(*hardware.mutable_gpus_info()));
     }
   }
 }

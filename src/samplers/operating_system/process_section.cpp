@@ -2,12 +2,13 @@
 
 #include <cmath>
 
+#include "messages/record_parts.h"
 #include "zt/telemetry/common/utils.h"
 
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
-using contract::upload::log::PcLogPerformanceSamplesAsCDM_OperatingSystemInfo_OperatingSystemProcessInfo;
+using ProcessEntry = contract::upload::log::PcLogPerformanceSamplesAsCDM_OperatingSystemInfo_OperatingSystemProcessInfo;
 using contract::upload::log::ProcessResourceUtilizationInfo;
 
 constexpr int kMostSentProcesses = 20;
@@ -29,15 +30,15 @@ void FillUtilization(const WMIProcessInfo& process, ProcessResourceUtilizationIn
   utilization.set_io_reads_kb(process.io_reads_kb);
 }
 
-void Fill(const WMIProcessInfo& process,
-          PcLogPerformanceSamplesAsCDM_OperatingSystemInfo_OperatingSystemProcessInfo& entry) {
+void Fill(const WMIProcessInfo& process, ProcessEntry& entry) {
   entry.set_executable_file_id(common::Utils::AdjustString(process.name, kMostNameBytes));
   entry.set_base_priority(process.priority);
   entry.set_status(process.status);
   entry.set_is_elevated(process.is_elevated);
   if (!process.start_time.empty()) entry.set_start_time(process.start_time);
   entry.set_has_window_title(process.has_window_title);
-  FillUtilization(process, *entry.mutable_resource_utilization_info());
+  FillUtilization(process, OpenSection(entry, &ProcessEntry::mutable_resource_utilization_info,
+                                       &ProcessEntry::clear_resource_utilization_info));
 }
 
 }  // namespace
@@ -48,7 +49,7 @@ void AddProcesses(const ProcessList& processes,
   for (const auto& process : processes) {
     if (!IsMeasured(*process)) continue;
     if (++accepted > kMostSentProcesses) return;
-    Fill(*process, *section.add_resource_intensive_processes_info());
+    Fill(*process, AddEntry(*section.mutable_resource_intensive_processes_info()));
   }
 }
 

@@ -34,8 +34,9 @@ struct ZT_COMMONS_EXPORT Error {
   /// A thrown `Error` is itself. A `std::system_error` tells its text and code (kind 2, code 1), a thrown
   /// `std::string` or C text is that text (kind 5, the hash of its type), a thrown `unsigned long` is a system error
   /// code without text (kind 5). Anything else is "Unknown exception type." (kind 1), a thrown pointer too: what it
-  /// points to stays its owner's.
-  static Error FromCurrentException();
+  /// points to stays its owner's. Where there is no memory to describe an exception it is "Unknown exception type." as
+  /// well, and of kind 1 without texts where there is none for these words either.
+  static Error FromCurrentException() noexcept;
 
   bool operator==(const Error&) const = default;
 };

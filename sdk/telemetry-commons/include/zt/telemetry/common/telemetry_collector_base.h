@@ -41,6 +41,7 @@ class ZT_COMMONS_EXPORT TelemetryCollectorBase : public TelemetryCollectorBaseCl
   /// "code", "description", "typeName" and "message" (an `Error`; all 0 and empty on success) and "messages" and
   /// "databases", the names that the collector announced by `GetDatabases`. Malformed parameters are reported and run
   /// nothing; a call while a collector of the same class collects is refused so too. No exception leaves either form.
+  /// An outcome that is too long for the buffer, or that there is no memory to write, is "kind" and "code" alone.
   void Execute(const char* params, char* result) override;
   void Execute(const char* params, char*& result, const zt::shared::plugin::PluginBufferAllocator& allocator) override;
 
@@ -65,7 +66,9 @@ class ZT_COMMONS_EXPORT TelemetryCollectorBase : public TelemetryCollectorBaseCl
   Error AddSend(std::string text);
 
  private:
-  std::string Run(const char* params);
+  Error Run(const char* params, std::string& text) noexcept;
+  Error Collect(const char* params, std::vector<std::shared_ptr<google::protobuf::Message>>& messages,
+                std::vector<std::string>& databases);
 
   EventType event_type_ = EventType::kNone;
 };
