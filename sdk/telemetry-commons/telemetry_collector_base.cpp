@@ -1,5 +1,6 @@
 #include "zt/telemetry/common/telemetry_collector_base.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <limits>
@@ -34,6 +35,20 @@ Error ParameterError(const std::string& description) {
   return {Error::kCallFailed, -1, description, typeid(TelemetryCollectorBase).name(), ""};
 }
 
+// Whether a value holds others below so many levels of them.
+bool IsDeeperThan(int levels, const Json& value) {
+  if (!value.is_structured()) return false;
+  if (levels == 0) return true;
+  return std::any_of(value.begin(), value.end(), [=](const Json& member) { return IsDeeperThan(levels - 1, member); });
+}
+
+// A value as JSON; one of many levels by its type alone. The library writes each level by a call in a call, and a
+// host's thread has only so much of a stack.
+std::string Describe(const Json& value) {
+  constexpr int kMostLevels = 32;
+  return IsDeeperThan(kMostLevels, value) ? std::string("deeply nested ") + value.type_name() : value.dump();
+}
+
 // Reads the event type out of a call's parameter text; an error says what was wrong with it.
 Error ReadEventType(const char* params, EventType& event_type) {
   if (params == nullptr) return ParameterError("Parameters missing: expected a JSON object with \"eventType\"");
@@ -46,7 +61,7 @@ Error ReadEventType(const char* params, EventType& event_type) {
   const auto value = parsed.find(kEventTypeKey);
   if (value == parsed.end()) return ParameterError("Parameter \"eventType\" is missing: expected an integer");
   if (!value->is_number_integer()) {
-    return ParameterError("Parameter \"eventType\" must be an integer, but is " + value->dump());
+    return ParameterError("Parameter \"eventType\" must be an integer, but is " + Describe(*value));
   }
   constexpr std::int64_t kMin = std::numeric_limits<std::int32_t>::min();
   constexpr std::uint64_t kMax = std::numeric_limits<std::int32_t>::max();

@@ -112,5 +112,17 @@ TEST_F(CollectorParametersTest, DeeplyNestedParametersAreRefused) {
   EXPECT_THAT(Refusal(std::string(100'000, '[').c_str()), HasSubstr("not valid JSON"));
 }
 
+TEST_F(CollectorParametersTest, AnEventTypeOfTooManyLevelsForAnyStackIsRefusedByItsType) {
+  constexpr std::size_t kLevels = 1'000'000;
+  const std::string params = R"({"eventType": )" + std::string(kLevels, '[') + std::string(kLevels, ']') + "}";
+  EXPECT_THAT(Refusal(params.c_str()), HasSubstr("must be an integer, but is deeply nested array"));
+}
+
+TEST_F(CollectorParametersTest, AnEventTypeOfAFewLevelsIsRefusedWithItsValue) {
+  const std::string value = std::string(32, '[') + std::string(32, ']');
+  const std::string params = R"({"eventType": )" + value + "}";
+  EXPECT_THAT(Refusal(params.c_str()), HasSubstr("must be an integer, but is " + value));
+}
+
 }  // namespace
 }  // namespace zt::tests
