@@ -20,8 +20,9 @@ struct WqlResult {
 /// Runs a WQL query (UTF-8) on the current machine's tables and records its text.
 ///
 /// Knows `SELECT properties|* FROM class [WHERE condition]`, where a condition is made of `property = literal`, `AND`,
-/// `OR` and parentheses, and `ASSOCIATORS OF {object} [WHERE ResultClass = class]`. Any other text is a malformed query
-/// (0x80041017). Each row holds the selected properties that the machine's row has, under the machine's spelling, and
+/// `OR` and parentheses (at most 64 in one another), and `ASSOCIATORS OF {object} [WHERE ResultClass = class]`. Any
+/// other text is a malformed query (0x80041017). Each row holds the selected properties that the machine's row has,
+/// under the machine's spelling, and
 /// `__Class`.
 ZT_SIMULATION_EXPORT WqlResult RunQuery(const std::string& wql);
 

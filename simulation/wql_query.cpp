@@ -155,9 +155,18 @@ class Parser {
   }
 
   bool ReadTerm(Condition& condition) {
-    if (TakeSymbol('(')) return ReadAny(condition) && TakeSymbol(')');
+    if (TakeSymbol('(')) return ReadParenthesis(condition);
     condition.kind = Condition::Kind::kComparison;
     return TakeWord(condition.comparison.property) && TakeSymbol('=') && TakeLiteral(condition.comparison.literal);
+  }
+
+  // Each level is a call in a call here and in whoever reads the condition: of many, a text is malformed.
+  bool ReadParenthesis(Condition& condition) {
+    constexpr int kMostLevels = 64;
+    if (++levels_ > kMostLevels) return false;
+    const bool read = ReadAny(condition) && TakeSymbol(')');
+    --levels_;
+    return read;
   }
 
   bool TakeLiteral(Literal& literal) {
@@ -201,6 +210,7 @@ class Parser {
   bool AtEnd() const { return tokens_.Current().kind == Token::Kind::kEnd; }
 
   Tokens tokens_;
+  int levels_ = 0;
 };
 
 }  // namespace

@@ -225,6 +225,23 @@ TEST_F(WqlTest, MalformedQueriesAreInvalid) {
   }
 }
 
+TEST_F(WqlTest, AParenthesisInMoreThan64OthersIsInvalid) {
+  const auto nested = [](std::size_t levels) {
+    return L"SELECT Name FROM Win32_NetworkAdapter WHERE " + std::wstring(levels, L'(') + L"Index = 7" +
+           std::wstring(levels, L')');
+  };
+  EXPECT_THAT(NamesOf(nested(64)), ElementsAre("Ethernet"));
+  EXPECT_EQ(client_.ExecQuery(nested(65)), tests::kInvalidQuery);
+  // More than any stack holds.
+  EXPECT_EQ(client_.ExecQuery(nested(1'000'000)), tests::kInvalidQuery);
+}
+
+TEST_F(WqlTest, ManyParenthesesBesideOneAnotherAreNoLevels) {
+  std::wstring condition = L"(Index = 7)";
+  for (int i = 0; i < 100; ++i) condition += L" OR (Index = 7)";
+  EXPECT_THAT(NamesWhere(condition), ElementsAre("Ethernet"));
+}
+
 TEST_F(WqlTest, TextsOutsideAsciiPassBothWays) {
   Machine machine;
   machine.wmi.classes["Win32_Things"] = {{{"Name", "Caf\xC3\xA9 \xF0\x9F\x93\xB6"}}};
