@@ -15,8 +15,8 @@ namespace zt::base {
 /// A document of the JSON library that can be let go of, and read, where there is no memory left. The library's own
 /// destructor of an array or an object asks for some, and ends the process when there is none.
 ///
-/// What is written into it is made an array or object outright (`Json::value_t::object`): where the library makes one of
-/// a null, because it is written into, half of one is left when there is no memory.
+/// What is written into it is made an array or object outright (`Json::value_t::object`): where the library makes one
+/// of a null, because it is written into, half of one is left when there is no memory.
 class JsonDocument {
  public:
   using Json = nlohmann::json;

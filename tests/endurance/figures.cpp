@@ -47,7 +47,8 @@ std::vector<std::string> FigureTable::Growth() const {
     const Figure& first = rows_.front().snapshot[i];
     const std::int64_t allowed = last[i].allowed_growth;
     if (allowed == kShownOnly || last[i].value - first.value <= allowed) continue;
-    grown.push_back(std::string(first.name) + " grew from " + std::to_string(first.value) + " to " + std::to_string(last[i].value));
+    grown.push_back(std::string(first.name) + " grew from " + std::to_string(first.value) + " to " +
+                    std::to_string(last[i].value));
   }
   return grown;
 }

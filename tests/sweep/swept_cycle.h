@@ -17,8 +17,8 @@
 
 namespace zt::tests {
 
-/// Which calls of a cycle meet what, by their numbers. `kNone`: the first of the call's kinds, whichever call it is that
-/// has the number then: behind one that fails others have other numbers.
+/// Which calls of a cycle meet what, by their numbers. `kNone`: the first of the call's kinds, whichever call it is
+/// that has the number then: behind one that fails others have other numbers.
 using Plan = std::vector<std::pair<std::size_t, Disturbance>>;
 
 /// A cycle that can be run again and again, on the same facts and with the same stored samples.

@@ -8,8 +8,8 @@
 
 namespace zt::telemetry::collector::performancesamples {
 
-/// As many cards as a vendor's library is asked for one by one. No machine has as many: a library that counts more is out
-/// of order, and asking it for billions of cards would hold the host for as long.
+/// As many cards as a vendor's library is asked for one by one. No machine has as many: a library that counts more is
+/// out of order, and asking it for billions of cards would hold the host for as long.
 inline constexpr int kMostCardsOfVendor = 256;
 
 /// One vendor's way to its graphics cards. The order of the operations is part of the interface.
