@@ -25,6 +25,14 @@ std::string LastWord(const std::string& name) {
   return name.substr(name.rfind('.') + 1);
 }
 
+// "2026-03-07 14:00:30".
+std::string ArrivalText(const KeptHandOver& kept) {
+  constexpr std::size_t kDate = 10;
+  constexpr std::size_t kTimeOfDay = 8;
+  const std::string time = FormatUtcTime(std::chrono::floor<std::chrono::seconds>(kept.arrived));
+  return time.substr(0, kDate) + " " + time.substr(kDate + 1, kTimeOfDay);
+}
+
 // Shows one hand-over on a view; a record that this program cannot read is a failure that names it.
 void Show(const KeptHandOver& kept, HandOverView& view) {
   if (kept.hand_over.message == kTextMessage) return view.ShowSentText(kept.hand_over.bytes);
@@ -43,7 +51,7 @@ void List(const Outbox& outbox, const OutboxCommand& command, std::ostream& out)
       command.all,
       [&](const KeptHandOver& kept) {
         rows.push_back({{std::to_string(kept.id), true},
-                        {FormatUtcTime(std::chrono::floor<std::chrono::seconds>(kept.arrived))},
+                        {ArrivalText(kept)},
                         {kept.hand_over.kind},
                         {LastWord(kept.hand_over.message)},
                         {Printable(kept.hand_over.collection_id)},
@@ -56,7 +64,7 @@ void List(const Outbox& outbox, const OutboxCommand& command, std::ostream& out)
     out << "nothing is kept" << std::endl;
     return;
   }
-  out << TableText({"id", "arrived", "kind", "message", "collection", "bytes", "delivered", "standing"}, rows,
+  out << TableText({"id", "arrived (UTC)", "kind", "message", "collection", "bytes", "delivered", "standing"}, rows,
                    kNoIndent, kTextWidth)
       << std::flush;
 }
@@ -105,7 +113,7 @@ void Prune(Outbox& outbox, const OutboxCommand& command, std::ostream& out) {
 void ShowStatus(const Outbox& outbox, std::ostream& out) {
   const OutboxFigures figures = outbox.Figures();
   const auto number = [](std::int64_t count) { return Cell{GroupDigits(std::to_string(count)), true}; };
-  out << TableText({},
+  out << TableText({"", ""},
                    {{{"hand-overs"}, number(figures.current)},
                     {{"not delivered"}, number(figures.undelivered)},
                     {{"replaced"}, number(figures.replaced)},
