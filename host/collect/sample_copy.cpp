@@ -150,6 +150,28 @@ std::int64_t DeleteRowsOf(const DatabaseFile& database, const fs::path& other) {
   return deleted;
 }
 
+// A checksum of texts in their order: FNV-1a, 64 bits, and how many texts there were.
+class Digest {
+ public:
+  void Add(const std::string& text) {
+    for (const unsigned char byte : text) Mix(byte);
+    Mix(kEnd);
+    ++count_;
+  }
+  std::string Text() const { return std::to_string(count_) + "-" + std::to_string(sum_); }
+
+ private:
+  static constexpr unsigned kEnd = 0x100;  // what no byte is
+
+  void Mix(unsigned value) {
+    constexpr std::uint64_t kPrime = 0x100000001B3;
+    sum_ = (sum_ ^ value) * kPrime;
+  }
+
+  std::uint64_t sum_ = 0xCBF29CE484222325;
+  std::uint64_t count_ = 0;
+};
+
 std::int64_t RowsIn(const DatabaseFile& database) {
   std::int64_t rows = 0;
   for (const std::string table : kTables) {
@@ -206,6 +228,23 @@ std::int64_t SampleCopy::KeepTaken(const fs::path& file) const {
   kept.Run("PRAGMA synchronous = FULL");
   taken.CopyTo(kept);
   return RowsIn(taken);
+}
+
+std::map<std::pair<std::string, std::string>, std::string> DigestsOfHours(const fs::path& taken) {
+  const DatabaseFile file(taken, Access::kRead, 0);
+  std::map<std::pair<std::string, std::string>, Digest> digests;
+  for (const std::string table : kTables) {
+    if (!HasTable(file, "main", table)) continue;
+    Query rows = file.Prepare("SELECT strftime('%Y-%m-%dT%H', substr(date_time, 1, 19)), rowid, * FROM " + table +
+                              " ORDER BY rowid");
+    while (rows.Next()) {
+      Digest& digest = digests[{table, rows.Text(0)}];
+      for (int column = 1; column < rows.Columns(); ++column) digest.Add(rows.Bytes(column));
+    }
+  }
+  std::map<std::pair<std::string, std::string>, std::string> texts;
+  for (const auto& [hour, digest] : digests) texts[hour] = digest.Text();
+  return texts;
 }
 
 std::int64_t DeleteTakenSamples(const fs::path& database, const fs::path& taken, int patience_ms) {

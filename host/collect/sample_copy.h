@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "host/temporary_folder.h"
 
@@ -41,6 +43,10 @@ class SampleCopy {
   std::filesystem::path working_;  // the collection's
   std::optional<std::string> trouble_;
 };
+
+/// Which samples a file of `SampleCopy::KeepTaken` holds: by table ("ThermalData") and hour ("2026-03-07T12") a text
+/// that is the same for the same rows. Throws `DatabaseError`.
+std::map<std::pair<std::string, std::string>, std::string> DigestsOfHours(const std::filesystem::path& taken);
 
 /// Deletes from `database`, in one transaction, the rows that `taken` (a file of `SampleCopy::KeepTaken`) holds and
 /// that are there unchanged. Rows that were added since stay. Waits up to `patience_ms` for writers. Returns how many

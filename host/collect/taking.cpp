@@ -5,7 +5,10 @@
 #include <utility>
 
 #include "host/files.h"
+#include "host/outbox/kept_record.h"
 #include "host/program_environment.h"
+#include "host/seed/sample_schema.h"
+#include "performance_samples_upload.pb.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -16,6 +19,19 @@ constexpr int kDeletionPatienceMs = 5000;      // for the writers of samples
 constexpr int kCollectionPatienceMs = 60'000;  // for another collection
 constexpr char kTakenEnding[] = ".taken.db";
 constexpr char kTakenName[] = "taken.db";
+
+// The table and the hour of an hourly record; empty texts for what is none. Its identity may have been cut behind the
+// hour: what is in it tells the table.
+std::pair<std::string, std::string> HourOf(const HandOver& hand_over) {
+  using Upload = contract::upload::log::PcLogPerformanceSamplesAsCDM;
+  constexpr std::size_t kHourLength = 13;
+  const std::string& id = hand_over.collection_id;
+  if (hand_over.message != Upload::descriptor()->full_name() || id.find("H_") != kHourLength) return {};
+  const auto record = RecordOf(hand_over);
+  const auto* const upload = dynamic_cast<const Upload*>(record.get());
+  if (upload == nullptr) return {};
+  return {upload->hw_info().has_network_info() ? kNetworkTable : kThermalTable, id.substr(0, kHourLength)};
+}
 
 }  // namespace
 
@@ -69,10 +85,17 @@ fs::path Taking::InOutbox(const std::string& file) const {
   return outbox_->Folder() / fs::path(std::u8string(file.begin(), file.end()));
 }
 
-void Taking::KeepInOutbox(const std::vector<HandOver>& hand_overs, std::ostream& out) {
+void Taking::KeepInOutbox(std::vector<HandOver> hand_overs, std::ostream& out) {
   const std::string file = ToText(copy_->Folder().filename()) + kTakenEnding;
   const std::int64_t samples = takes_samples_ ? copy_->KeepTaken(InOutbox(file)) : 0;
-  if (samples > 0) taken_ = TakenSamples{file, ToText(database_)};
+  if (samples > 0) {
+    taken_ = TakenSamples{file, ToText(database_)};
+    const auto digests = DigestsOfHours(InOutbox(file));
+    for (HandOver& hand_over : hand_overs) {
+      const auto digest = digests.find(HourOf(hand_over));
+      if (digest != digests.end()) hand_over.samples = digest->second;
+    }
+  }
   outbox_->Keep(hand_overs, taken_);
   out << "kept " << hand_overs.size() << " hand-overs in " << PathText(outbox_->Folder()) << ", made of " << samples
       << " stored samples and the machine as it is" << std::endl;

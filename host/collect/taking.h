@@ -34,7 +34,7 @@ class Taking {
 
   /// Makes the hand-overs safe (steps 1 and 2), and tells on `out` how many there were. Throws `DatabaseError` where
   /// that cannot be: then nothing is taken.
-  void KeepInOutbox(const std::vector<HandOver>& hand_overs, std::ostream& out);
+  void KeepInOutbox(std::vector<HandOver> hand_overs, std::ostream& out);
 
   /// The records are safe: deletes the samples (steps 3 and 4). False when that, or the reading of the samples, has
   /// failed, which is told.

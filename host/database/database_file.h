@@ -38,6 +38,7 @@ class Query {
   /// Makes it ready to run again with other values.
   void Reset();
 
+  int Columns() const { return sqlite3_column_count(statement_.get()); }
   std::int64_t Integer(int column) const;
   std::string Text(int column) const;
   std::string Bytes(int column) const;

@@ -1,7 +1,6 @@
 #include "host/outbox/kept_record.h"
 
 #include <google/protobuf/descriptor.h>
-#include <google/protobuf/util/message_differencer.h>
 
 namespace zt::telemetry::host {
 namespace {
@@ -46,16 +45,6 @@ std::unique_ptr<Message> RecordOf(const HandOver& hand_over) {
   std::unique_ptr<Message> record(prototype->New());
   if (!record->ParsePartialFromString(hand_over.bytes)) return nullptr;
   return record;
-}
-
-bool SaysTheSame(const HandOver& one, const HandOver& other) {
-  if (one.bytes == other.bytes) return true;
-  const std::unique_ptr<Message> first = RecordOf(one);
-  const std::unique_ptr<Message> second = RecordOf(other);
-  if (first == nullptr || second == nullptr || first->GetDescriptor() != second->GetDescriptor()) return false;
-  google::protobuf::util::MessageDifferencer difference;
-  if (const FieldDescriptor* const time = TextField(*first, kLocalTime)) difference.IgnoreField(time);
-  return difference.Compare(*first, *second);
 }
 
 }  // namespace zt::telemetry::host

@@ -22,7 +22,4 @@ HandOver KeptText(const std::string& text);
 /// no record of the type.
 std::unique_ptr<google::protobuf::Message> RecordOf(const HandOver& hand_over);
 
-/// Whether two records say the same but for the time at which they were made.
-bool SaysTheSame(const HandOver& one, const HandOver& other);
-
 }  // namespace zt::telemetry::host

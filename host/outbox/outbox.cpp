@@ -34,22 +34,37 @@ CREATE TABLE IF NOT EXISTS hand_overs(
   contract_version TEXT NOT NULL,
   standing INTEGER NOT NULL,
   deliveries INTEGER NOT NULL DEFAULT 0,
+  samples TEXT NOT NULL,
   bytes BLOB NOT NULL);
 CREATE INDEX IF NOT EXISTS hand_overs_by_collection ON hand_overs(collection_id) WHERE collection_id <> '';
 CREATE TABLE IF NOT EXISTS taken_samples(file TEXT PRIMARY KEY, database TEXT NOT NULL);
 CREATE TABLE IF NOT EXISTS counts(name TEXT PRIMARY KEY, number INTEGER NOT NULL);
 )";
 constexpr char kColumns[] =
-    "SELECT id, kind, message, collection_id, local_time, arrived_ms, contract_version, standing, deliveries, bytes "
+    "SELECT id, kind, message, collection_id, local_time, arrived_ms, contract_version, standing, deliveries, bytes, "
+    "samples "
     "FROM hand_overs ";
 constexpr char kDropped[] = "dropped";
 
 constexpr std::array kStandings = {"current", "replaced", "again"};
 
 KeptHandOver Read(const Query& row) {
-  enum Place { kId, kKind, kMessage, kCollection, kTime, kArrived, kContract, kStanding, kDeliveries, kBytes };
+  enum Place {
+    kId,
+    kKind,
+    kMessage,
+    kCollection,
+    kTime,
+    kArrived,
+    kContract,
+    kStanding,
+    kDeliveries,
+    kBytes,
+    kSamples
+  };
   return {row.Integer(kId),
-          {row.Text(kKind), row.Text(kMessage), row.Text(kCollection), row.Text(kTime), row.Bytes(kBytes)},
+          {row.Text(kKind), row.Text(kMessage), row.Text(kCollection), row.Text(kTime), row.Bytes(kBytes),
+           row.Text(kSamples)},
           std::chrono::sys_time<std::chrono::milliseconds>(std::chrono::milliseconds(row.Integer(kArrived))),
           row.Text(kContract),
           row.Integer(kDeliveries),
@@ -152,31 +167,26 @@ void Outbox::Keep(const std::vector<HandOver>& hand_overs, const std::optional<T
   transaction.Commit();
 }
 
-// An hour that a collection finds in two halves gives two records with one identity and different samples: both count.
-// Only a record that says the same again, but for the time of its sending, is one of the same samples.
+// An hour that is collected in two halves gives two records of one identity: both count. Only a record of the very
+// samples of an earlier one takes its place, or stands behind it.
+Standing Outbox::Replace(const HandOver& hand_over) {
+  if (hand_over.samples.empty()) return Standing::kCurrent;
+  const auto bind = [&](Query&& query) -> Query {
+    query.Bind(1, hand_over.collection_id).Bind(2, hand_over.message).Bind(3, hand_over.samples);
+    return std::move(query);
+  };
+  constexpr char kSame[] = " WHERE collection_id = ?1 AND message = ?2 AND samples = ?3 AND standing = 0";
+  bind(file_->Prepare(std::string("UPDATE hand_overs SET standing = 1") + kSame + " AND deliveries = 0")).Run();
+  return bind(file_->Prepare(std::string("SELECT 1 FROM hand_overs") + kSame)).Next() ? Standing::kAgain
+                                                                                      : Standing::kCurrent;
+}
+
 void Outbox::KeepOne(const HandOver& hand_over) {
-  Standing standing = Standing::kCurrent;
-  if (!hand_over.collection_id.empty()) {
-    Query earlier = file_->Prepare(std::string(kColumns) + "WHERE collection_id = ? AND message = ? AND standing = 0");
-    earlier.Bind(1, hand_over.collection_id).Bind(2, hand_over.message);
-    std::vector<std::int64_t> replaced;
-    while (earlier.Next()) {
-      const KeptHandOver kept = Read(earlier);
-      if (!SaysTheSame(kept.hand_over, hand_over)) continue;
-      if (kept.deliveries > 0) standing = Standing::kAgain;
-      if (kept.deliveries == 0) replaced.push_back(kept.id);
-    }
-    for (const std::int64_t id : replaced) {
-      file_->Prepare("UPDATE hand_overs SET standing = ? WHERE id = ?")
-          .Bind(1, static_cast<std::int64_t>(Standing::kReplaced))
-          .Bind(2, id)
-          .Run();
-    }
-  }
+  const Standing standing = Replace(hand_over);
   file_
       ->Prepare(
           "INSERT INTO hand_overs(kind, message, collection_id, local_time, arrived_ms, contract_version, standing, "
-          "bytes) VALUES(?, ?, ?, ?, ?, ?, ?, ?)")
+          "bytes, samples) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?)")
       .Bind(1, hand_over.kind)
       .Bind(2, hand_over.message)
       .Bind(3, hand_over.collection_id)
@@ -185,6 +195,7 @@ void Outbox::KeepOne(const HandOver& hand_over) {
       .Bind(6, kContractVersion)
       .Bind(7, static_cast<std::int64_t>(standing))
       .BindBytes(8, hand_over.bytes)
+      .Bind(9, hand_over.samples)
       .Run();
 }
 

@@ -19,6 +19,7 @@ struct HandOver {
   std::string collection_id;  // empty where the record has none
   std::string local_time;     // as the record tells it
   std::string bytes;          // the record in protobuf's form, or the text
+  std::string samples = {};   // which stored samples it is made of: equal for the same ones, empty for none
 };
 
 /// What became of a kept hand-over.
@@ -106,6 +107,7 @@ class Outbox {
   Outbox(const std::filesystem::path& folder, DatabaseFile::Access access);
 
   void KeepOne(const HandOver& hand_over);
+  Standing Replace(const HandOver& hand_over);
   std::int64_t UsedBytes() const;
 
   std::filesystem::path folder_;

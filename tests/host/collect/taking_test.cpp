@@ -124,6 +124,7 @@ TEST_F(TakingTest, NothingOfACollectionIsLeftBesideTheOutbox) {
   }
 }
 
+// Half an hour's record may say the very same as that of the other half.
 TEST_F(TakingTest, TheFirstHalfOfAnHourStaysWhenTheSecondIsCollected) {
   const std::vector<std::string> collect = {"collect",
                                             "--machine",
@@ -134,6 +135,7 @@ TEST_F(TakingTest, TheFirstHalfOfAnHourStaysWhenTheSecondIsCollected) {
                                             ToText(*command_.outbox)};
   EXPECT_EQ(RunProgram(collect).exit_code, kExitDone);
   store_.AddThermal("2026-03-07T12:30:30.000Z");
+  store_.AddThermal("2026-03-07T12:31:30.000Z");
   EXPECT_EQ(RunProgram(collect).exit_code, kExitDone);
   int samples = 0;
   const ProgramRun exported = RunProgram({"outbox", "export", "--outbox", ToText(*command_.outbox)});
@@ -141,7 +143,20 @@ TEST_F(TakingTest, TheFirstHalfOfAnHourStaysWhenTheSecondIsCollected) {
     if (line["record"].value("collectionId", "").ends_with("-TH"))
       samples += line["record"]["samplePointsActual"].get<int>();
   }
-  EXPECT_EQ(samples, 3);
+  EXPECT_EQ(samples, 4);
+}
+
+TEST_F(TakingTest, AnHourOfTheVerySamplesReplacesTheOneThatWasNotDelivered) {
+  const std::string folder = ToText(folder_.Path());
+  const std::vector<std::string> collect = {"collect", "--machine", "convertible-laptop",    "--database-dir",
+                                            folder,    "--outbox",  ToText(*command_.outbox)};
+  fs::copy_file(file_, folder_.Path() / "saved.db");
+  EXPECT_EQ(RunProgram(collect).exit_code, kExitDone);
+  SampleStore saved(ToText(folder_.Path() / "saved.db"));
+  store_.Execute("ATTACH '" + ToText(folder_.Path() / "saved.db") + "' AS saved");
+  store_.Execute("INSERT INTO ThermalData SELECT * FROM saved.ThermalData");  // as from a backup
+  EXPECT_EQ(RunProgram(collect).exit_code, kExitDone);
+  EXPECT_EQ(Kept().Figures().replaced, 1);
 }
 
 }  // namespace

@@ -19,12 +19,15 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-HandOver Hour(const std::string& id, std::uint32_t samples = 60, const std::string& time = "2026-03-07T13:05:00.000Z") {
+// A record of these samples.
+HandOver Hour(const std::string& id, const std::string& samples = "some", std::uint32_t count = 60) {
   PcLogPerformanceSamplesAsCDM record;
   record.set_collection_id(id);
-  record.set_local_time(time);
-  record.set_sample_points_actual(samples);
-  return Kept(kSendKind, record);
+  record.set_local_time("2026-03-07T13:05:00.000Z");
+  record.set_sample_points_actual(count);
+  HandOver hand_over = Kept(kSendKind, record);
+  hand_over.samples = samples;
+  return hand_over;
 }
 
 class OutboxTest : public testing::Test {
@@ -57,7 +60,7 @@ TEST_F(OutboxTest, KeepsWhatACollectionHandsOverInItsOrder) {
 }
 
 TEST_F(OutboxTest, ARecordIsTheSameWhenItIsReadBack) {
-  outbox_.Keep({Hour("A-TH", 42)}, std::nullopt);
+  outbox_.Keep({Hour("A-TH", "some", 42)}, std::nullopt);
   const auto record = RecordOf(Listed().at(0).hand_over);
   ASSERT_NE(record, nullptr);
   EXPECT_EQ(dynamic_cast<const PcLogPerformanceSamplesAsCDM&>(*record).sample_points_actual(), 42U);
@@ -74,7 +77,7 @@ TEST_F(OutboxTest, OutlivesTheProgram) {
 
 TEST_F(OutboxTest, AnHourThatIsSentAgainReplacesTheOneThatWasNotDelivered) {
   outbox_.Keep({Hour("A-TH")}, std::nullopt);
-  outbox_.Keep({Hour("A-TH", 60, "2026-03-07T14:05:00.000Z")}, std::nullopt);
+  outbox_.Keep({Hour("A-TH")}, std::nullopt);
   EXPECT_THAT(Standings(), ElementsAre(Standing::kReplaced, Standing::kCurrent));
   EXPECT_THAT(Listed(/*all=*/false), SizeIs(1));
 }
@@ -82,17 +85,17 @@ TEST_F(OutboxTest, AnHourThatIsSentAgainReplacesTheOneThatWasNotDelivered) {
 TEST_F(OutboxTest, AnHourThatIsSentAgainAfterItsDeliveryIsKeptOnceMoreAndMarked) {
   outbox_.Keep({Hour("A-TH")}, std::nullopt);
   outbox_.CountDeliveries({1});
-  outbox_.Keep({Hour("A-TH", 60, "2026-03-07T14:05:00.000Z")}, std::nullopt);
+  outbox_.Keep({Hour("A-TH")}, std::nullopt);
   EXPECT_THAT(Standings(), ElementsAre(Standing::kCurrent, Standing::kAgain));
 }
 
 TEST_F(OutboxTest, TheTwoHalvesOfAnHourBothCount) {
-  outbox_.Keep({Hour("A-TH", 20)}, std::nullopt);
-  outbox_.Keep({Hour("A-TH", 40)}, std::nullopt);
+  outbox_.Keep({Hour("A-TH", "first half")}, std::nullopt);
+  outbox_.Keep({Hour("A-TH", "second half")}, std::nullopt);
   EXPECT_THAT(Standings(), ElementsAre(Standing::kCurrent, Standing::kCurrent));
 }
 
-TEST_F(OutboxTest, TextsAreNeverTheSame) {
+TEST_F(OutboxTest, WhatIsMadeOfNoSamplesIsNeverTheSame) {
   outbox_.Keep({KeptText("text")}, std::nullopt);
   outbox_.Keep({KeptText("text")}, std::nullopt);
   EXPECT_THAT(Standings(), ElementsAre(Standing::kCurrent, Standing::kCurrent));
