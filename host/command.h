@@ -15,8 +15,10 @@ namespace zt::telemetry::host {
 /// How results are written: for people, or one JSON object a line.
 enum class OutputFormat { kText, kJson };
 
-/// `collect`: runs the collector once for each event type.
+/// `collect` and `look`: run the collector once for each event type.
 struct CollectCommand {
+  bool takes_samples = false;  // `collect`: what was sent is deleted from the stored samples
+  std::optional<std::filesystem::path> outbox;
   std::vector<std::int32_t> events;
   std::optional<std::filesystem::path> database_dir;
   std::optional<std::string> machine;
@@ -25,6 +27,24 @@ struct CollectCommand {
   OutputFormat format = OutputFormat::kText;
   std::optional<std::filesystem::path> output;
   std::optional<std::filesystem::path> queries;
+};
+
+/// `outbox`: shows or thins out what collections have kept.
+struct OutboxCommand {
+  enum class Action { kList, kShow, kExport, kPrune, kStatus };
+  enum class Form { kJson, kProtobuf };
+
+  Action action = Action::kStatus;
+  std::filesystem::path folder;
+  bool all = false;
+  std::int64_t after = 0;
+  std::int64_t count = -1;  // all
+  std::int64_t id = 0;
+  Form form = Form::kJson;
+  std::string message;
+  std::optional<std::filesystem::path> output;
+  std::int64_t max_bytes = std::int64_t{256} * 1024 * 1024;
+  std::int64_t max_days = 90;
 };
 
 /// `seed`: writes stored samples.
@@ -61,7 +81,7 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command =
-    std::variant<CollectCommand, DoctorCommand, NetworkCommand, SeedCommand, MachinesCommand, ShowTextCommand>;
+using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, MachinesCommand,
+                             ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

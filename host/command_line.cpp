@@ -19,37 +19,48 @@ namespace zt::telemetry::host {
 namespace {
 
 constexpr char kProgram[] = "zt-telemetry-host";
+constexpr char kLook[] = "look";
 constexpr char kCollect[] = "collect";
+constexpr char kOutbox[] = "outbox";
 constexpr char kDoctor[] = "doctor";
 constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kCollect, kDoctor, kNetwork, kSeed, kMachines};
+constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kMachines};
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
-    "Without a command: collect.";
+    "Without a command: look, which takes nothing.";
 constexpr char kExamples[] = R"(Examples:
-  zt-telemetry-host collect --machine convertible-laptop
-      one collection on a simulated laptop, shown as tables
-  zt-telemetry-host collect --machine workstation --format json --output records.jsonl
+  zt-telemetry-host look --machine convertible-laptop
+      what a collection on a simulated laptop would hand over, as tables
+  zt-telemetry-host look --machine workstation --format json --output records.jsonl
       the same for programs: one JSON object a line
   zt-telemetry-host seed --database-dir samples --hours 24 --until 2026-03-07T14:00:00Z
-  zt-telemetry-host collect --machine convertible-laptop --database-dir samples
-      a day of stored samples, and its hourly records
+  zt-telemetry-host collect --machine convertible-laptop --database-dir samples --outbox outbox
+  zt-telemetry-host outbox list --outbox outbox
+      a day of stored samples, and its hourly records, which are kept
   zt-telemetry-host doctor --machine workstation
       which sources of figures a machine has, and which of them fail
   zt-telemetry-host network --machine convertible-laptop
       the interfaces of a machine, its Wi-Fi and its connections
-  zt-telemetry-host collect --machine failing --event 51 --event 50 --log-level info
+  zt-telemetry-host look --machine failing --event 51 --event 50 --log-level info
       two events in one process, with the collector's log
 
 Exit codes: 0 done; 1 a collection reported an error, a hand-over could not be written, or a source
 that was asked failed; 2 wrong usage, also a plugin, machine profile, folder or file that cannot be
 used.)";
+constexpr char kLookNotes[] =
+    "The same cycle as collect, on a copy of the stored samples: the database stays as it is. Hand-overs go to\n"
+    "standard output, the log and all else to standard error.";
 constexpr char kCollectNotes[] =
-    "Hand-overs go to standard output, the log and all else to standard error.\n"
-    "A stored sample that was sent is deleted from the database, as in the field.";
+    "For a schedule. Hand-overs go to standard output, or into the outbox; the log and all else to standard error.\n"
+    "Once they have arrived, and are on the disk where they go to a file or an outbox, the stored samples that they\n"
+    "hold are deleted from the database, and no others.";
+constexpr char kOutboxNotes[] =
+    "What collect --outbox has kept: one row for each hand-over. An hour that was sent again is \"replaced\" by the "
+    "later\n"
+    "record, or marked \"again\" where the earlier one was delivered; without --all only the others are told.";
 constexpr char kDoctorNotes[] =
     "Asks each source once, as a collection does, and hands nothing over. For each: present, absent (the\n"
     "machine does not have it) or failed, the time it took, and the figures that a collection would get.\n"
@@ -68,11 +79,16 @@ constexpr std::uint32_t kMaxHours = 87'600;  // ten years
 constexpr std::uint32_t kMaxInterfaces = 10'000;
 constexpr std::uint32_t kDefaultInterfaces = 3;
 constexpr std::uint64_t kDefaultRandomSeed = 1;
+constexpr std::int64_t kMaxDays = 36'500;  // a hundred years
+constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
 const Choices<plog::Severity> kLogLevels = {{"none", plog::none},       {"fatal", plog::fatal}, {"error", plog::error},
                                             {"warning", plog::warning}, {"info", plog::info},   {"debug", plog::debug},
                                             {"verbose", plog::verbose}};
 const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}};
+
+const Choices<OutboxCommand::Form> kForms = {{"json", OutboxCommand::Form::kJson},
+                                             {"protobuf", OutboxCommand::Form::kProtobuf}};
 
 void AddPath(CLI::App& app, const std::string& name, std::optional<std::filesystem::path>& path,
              const std::string& type, const std::string& description) {
@@ -116,8 +132,8 @@ void AddQueries(CLI::App& app, std::optional<std::filesystem::path>& queries) {
   AddPath(app, "--queries", queries, "FILE", "Write the text of every WQL query here, one a line");
 }
 
-void AddCollect(CLI::App& program, CollectCommand& command) {
-  CLI::App& app = *program.add_subcommand(kCollect, "Runs the collector and shows what it hands over");
+// What `look` and `collect` have in common.
+void AddCycle(CLI::App& app, CollectCommand& command) {
   app.add_option("--event", command.events,
                  "Event type: 20 or 50 a full collection, 51 the example upload; may be given\n"
                  "several times, each runs in turn")
@@ -132,7 +148,99 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
   AddFormat(app, command.format);
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
   AddQueries(app, command.queries);
+}
+
+void AddLook(CLI::App& program, CollectCommand& command) {
+  CLI::App& app = *program.add_subcommand(kLook, "Runs the collector and shows what it hands over; takes nothing");
+  AddCycle(app, command);
+  app.footer(kLookNotes);
+}
+
+void AddOutboxFolder(CLI::App& app, std::filesystem::path& folder) {
+  app.add_option_function<std::string>(
+         "--outbox", [&folder](const std::string& text) { folder = PathFromText(text); }, "Folder of the outbox")
+      ->check(Name())
+      ->type_name("DIR")
+      ->required();
+}
+
+void AddCollect(CLI::App& program, CollectCommand& command) {
+  CLI::App& app = *program.add_subcommand(kCollect, "Runs the collector and takes the samples that it has sent");
+  AddCycle(app, command);
+  AddPath(
+      app, "--outbox", command.outbox, "DIR",
+      "Keep the hand-overs in the outbox of this folder, which is made\nwhere it is missing, instead of showing them");
+  command.takes_samples = true;
   app.footer(kCollectNotes);
+}
+
+CLI::App& AddOutboxAction(CLI::App& outbox, const std::string& name, const std::string& description,
+                          OutboxCommand& command, OutboxCommand::Action action) {
+  CLI::App& app = *outbox.add_subcommand(name, description);
+  app.footer("");
+  AddOutboxFolder(app, command.folder);
+  app.callback([&command, action] { command.action = action; });
+  return app;
+}
+
+void AddAll(CLI::App& app, OutboxCommand& command) {
+  app.add_flag("--all", command.all, "Those too that were replaced, and those that were sent again");
+}
+
+void AddOutput(CLI::App& app, std::optional<std::filesystem::path>& output) {
+  AddPath(app, "--output", output, "FILE", "Write it here instead of standard output");
+}
+
+void AddOutbox(CLI::App& program, OutboxCommand& command) {
+  using Action = OutboxCommand::Action;
+  constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+  CLI::App& outbox = *program.add_subcommand(kOutbox, "Shows, exports or thins out the records that are kept");
+  outbox.require_subcommand(1);
+  outbox.footer(kOutboxNotes);
+
+  CLI::App& list = AddOutboxAction(outbox, "list", "One line for each hand-over, oldest first", command, Action::kList);
+  AddAll(list, command);
+  list.add_option("--after", command.after, "Only those behind the one of this number")
+      ->transform(WholeNumber<std::int64_t>(0, kMost))
+      ->type_name("ID");
+  list.add_option("--count", command.count, "At most so many")
+      ->transform(WholeNumber<std::int64_t>(1, kMost))
+      ->type_name("N");
+
+  CLI::App& show = AddOutboxAction(outbox, "show", "One hand-over as tables: all that leaves the machine with it",
+                                   command, Action::kShow);
+  show.add_option("id", command.id, "Its number in the list")
+      ->transform(WholeNumber<std::int64_t>(1, kMost))
+      ->type_name("ID")
+      ->required();
+
+  CLI::App& to_file = AddOutboxAction(outbox, "export", "The hand-overs for programs", command, Action::kExport);
+  AddAll(to_file, command);
+  to_file
+      .add_option_function<std::string>(
+          "--format", [&command](const std::string& text) { command.form = *Find(kForms, text); },
+          "json: one line for each, as collect prints them; protobuf: records of\none message, each behind its length")
+      ->check(OneOf(kForms))
+      ->type_name("json|protobuf")
+      ->default_str("json");
+  to_file
+      .add_option("--message", command.message, "For protobuf: the message, by its full name or the last word of it")
+      ->type_name("NAME")
+      ->default_str(kUploadMessage);
+  AddOutput(to_file, command.output);
+
+  CLI::App& prune = AddOutboxAction(outbox, "prune", "Deletes what is beyond the limits; what was delivered goes first",
+                                    command, Action::kPrune);
+  prune.add_option("--max-bytes", command.max_bytes, "Size of the records to keep")
+      ->transform(WholeNumber<std::int64_t>(0, kMost))
+      ->type_name("N")
+      ->default_str(std::to_string(command.max_bytes));
+  prune.add_option("--max-days", command.max_days, "Age up to which delivered ones are kept")
+      ->transform(WholeNumber<std::int64_t>(0, kMaxDays))
+      ->type_name("N")
+      ->default_str(std::to_string(command.max_days));
+
+  AddOutboxAction(outbox, "status", "How much is kept, and of what standing", command, Action::kStatus);
 }
 
 void AddDoctor(CLI::App& program, DoctorCommand& command) {
@@ -182,17 +290,17 @@ void AddSeed(CLI::App& program, SeedCommand& command) {
   app.footer(kSeedNotes);
 }
 
-// Without a command: collect. A first word that is no command is told here, since the library would miss a command.
+// Without a command: look. A first word that is no command is told here, since the library would miss a command.
 void CompleteCommand(std::vector<std::string>& arguments) {
   constexpr std::array kOfTheProgram = {"-h", "--help", "--version"};
   const std::string first = arguments.empty() ? "-" : arguments.front();
   if (std::find(kOfTheProgram.begin(), kOfTheProgram.end(), first) != kOfTheProgram.end()) return;
   if (first.starts_with('-')) {
-    arguments.insert(arguments.begin(), kCollect);
+    arguments.insert(arguments.begin(), kLook);
   } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
     throw WrongUsage("there is no command \"" + first +
-                     "\"; expected collect, doctor, network, seed or machines\nSee " + std::string(kProgram) +
-                     " --help");
+                     "\"; expected look, collect, outbox, doctor, network, seed or machines\nSee " +
+                     std::string(kProgram) + " --help");
   }
 }
 
@@ -217,7 +325,10 @@ std::string TextOrWrongUsage(const CLI::App& app, const CLI::ParseError& error) 
 }  // namespace
 
 Command ReadCommandLine(std::vector<std::string> arguments) {
+  CollectCommand look;
   CollectCommand collect;
+  OutboxCommand outbox;
+  outbox.message = kUploadMessage;
   DoctorCommand doctor;
   NetworkCommand network;
   SeedCommand seed;
@@ -231,7 +342,9 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   app.get_formatter()->column_width(34);
   app.footer(kExamples);
   app.require_subcommand(1);
+  AddLook(app, look);
   AddCollect(app, collect);
+  AddOutbox(app, outbox);
   AddDoctor(app, doctor);
   AddNetwork(app, network);
   AddSeed(app, seed);
@@ -244,12 +357,16 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   } catch (const CLI::ParseError& error) {
     return ShowTextCommand{TextOrWrongUsage(app, error)};
   }
-  if (collect.events.empty()) collect.events = {kDefaultEvent};
+  for (CollectCommand* const cycle : {&look, &collect}) {
+    if (cycle->events.empty()) cycle->events = {kDefaultEvent};
+  }
+  if (app.got_subcommand(kCollect)) return collect;
+  if (app.got_subcommand(kOutbox)) return outbox;
   if (app.got_subcommand(kDoctor)) return doctor;
   if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
-  return collect;
+  return look;
 }
 
 }  // namespace zt::telemetry::host

@@ -7,7 +7,7 @@
 
 namespace zt::telemetry::host {
 
-/// What the command line (UTF-8, without the program's own name) asks for. Without a command it means `collect`. Throws
+/// What the command line (UTF-8, without the program's own name) asks for. Without a command it means `look`. Throws
 /// `Failure` with wrong usage that names the argument and what was expected.
 Command ReadCommandLine(std::vector<std::string> arguments);
 

@@ -52,12 +52,16 @@ std::string ToText(const fs::path& path) {
   return {text.begin(), text.end()};
 }
 
-void RequireWritableFolder(const fs::path& folder, std::string_view option) {
+void RequireFolder(const fs::path& folder, std::string_view option) {
   std::error_code error;
   const fs::file_status status = fs::status(folder, error);
   if (status.type() == fs::file_type::not_found) throw CannotUse(folder, option, "there is no such folder");
   if (status.type() == fs::file_type::none) throw CannotUse(folder, option, error.message());
   if (!fs::is_directory(status)) throw CannotUse(folder, option, "this is not a folder");
+}
+
+void RequireWritableFolder(const fs::path& folder, std::string_view option) {
+  RequireFolder(folder, option);
   if (const ProbeFile probe(folder / kProbeName); !probe.IsOpen()) {
     throw CannotUse(folder, option, "the folder cannot be written to: " + LastReason());
   }

@@ -10,6 +10,9 @@ namespace zt::telemetry::host {
 /// A path for libraries that take UTF-8.
 std::string ToText(const std::filesystem::path& path);
 
+/// Fails with wrong usage unless `folder` is an existing folder. `option` names it in errors.
+void RequireFolder(const std::filesystem::path& folder, std::string_view option);
+
 /// Fails with wrong usage unless `folder` is an existing folder in which files can be made. `option` names it in
 /// errors.
 void RequireWritableFolder(const std::filesystem::path& folder, std::string_view option);

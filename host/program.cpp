@@ -10,6 +10,7 @@
 #include "host/failure.h"
 #include "host/machine_choice.h"
 #include "host/network/network.h"
+#include "host/outbox/outbox_command.h"
 #include "host/seed/seed.h"
 
 namespace zt::telemetry::host {
@@ -23,6 +24,8 @@ class Runner {
   Runner(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
 
   int operator()(const CollectCommand& command) const { return Collect(command, out_, err_); }
+
+  int operator()(const OutboxCommand& command) const { return ShowOutbox(command, out_); }
 
   int operator()(const DoctorCommand& command) const { return Doctor(command, out_, err_); }
 

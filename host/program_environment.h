@@ -20,6 +20,9 @@ std::filesystem::path PathFromText(std::string_view text);
 /// A path as the person would write it, UTF-8: for messages.
 std::string PathText(const std::filesystem::path& path);
 
+/// Has what was written to `file` arrive on the disk. Throws `std::system_error`.
+void Sync(const std::filesystem::path& file);
+
 /// As long as it lives, what the program writes to its standard streams arrives byte for byte, and a console shows it
 /// as UTF-8.
 class Utf8Streams {

@@ -7,10 +7,13 @@
 
 #include "host/collect/hand_over_sink.h"
 #include "host/collect/loaded_plugin.h"
+#include "host/collect/sample_copy.h"
+#include "host/collect/taking.h"
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/log_appender.h"
 #include "host/machine_choice.h"
+#include "host/outbox/keeping_view.h"
 #include "host/program_environment.h"
 #include "host/query_recorder.h"
 #include "host/seed/sample_schema.h"
@@ -23,12 +26,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The summaries empty the tables that they have sent: a database that could not be written would be sent again and
+// The stored samples that the command means. Those that are to be taken must be writable: else they were sent again and
 // again.
-void UseDatabaseFolder(const fs::path& folder) {
-  RequireWritableFolder(folder, "--database-dir");
-  RequireWritableWhenPresent(folder / kDatabaseName, "--database-dir");
-  shared::TelemetryStorage::SetDefaultDBPath(ToText(fs::absolute(folder)));
+fs::path StoredSamples(const CollectCommand& command) {
+  constexpr char kOption[] = "--database-dir";
+  if (!command.database_dir.has_value())
+    return PathFromText(shared::TelemetryStorage::GetDefaultDBPath()) / kDatabaseName;
+  RequireFolder(*command.database_dir, kOption);
+  const fs::path database = fs::absolute(*command.database_dir) / kDatabaseName;
+  if (command.takes_samples) {
+    RequireWritableFolder(*command.database_dir, kOption);
+    RequireWritableWhenPresent(database, kOption);
+  }
+  return database;
 }
 
 void RequireDifferentFiles(const CollectCommand& command) {
@@ -55,32 +65,79 @@ bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink
   return true;
 }
 
+// Runs the events one after the other, each hand-over shown on `view`; false when one failed.
+bool RunEvents(const CollectCommand& command, LoadedPlugin& plugin, HandOverView& view, std::ostream& err) {
+  const auto sink = std::make_shared<HandOverSink>(view);
+  const SinkRegistration registration(sink);
+  bool all_done = true;
+  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, err) && all_done;
+  if (sink->FirstFailure().Failed()) {
+    throw Failure(kExitFailed, "a hand-over could not be written: " + sink->FirstFailure().description +
+                                   (command.takes_samples ? "; the stored samples stay as they are" : ""));
+  }
+  return all_done;
+}
+
+// As long as it lives, collections work in `folder`.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(const fs::path& folder) { shared::TelemetryStorage::SetDefaultDBPath(ToText(folder)); }
+  ~WorkingFolder() { shared::TelemetryStorage::SetDefaultDBPath(""); }
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+};
+
+// Where the hand-overs of a command are written.
+class Output {
+ public:
+  Output(const CollectCommand& command, std::ostream& out) : file_(command.output), stream_(out) {
+    if (file_.has_value()) stream_of_file_ = OpenForWriting(*file_, "--output");
+  }
+
+  std::ostream& Stream() { return file_.has_value() ? stream_of_file_ : stream_; }
+
+  /// Everything has arrived, in a file also on the disk. Throws `Failure`.
+  void RequireSafe() {
+    const bool flushed = static_cast<bool>(Stream().flush());
+    if (flushed && file_.has_value()) {
+      stream_of_file_.close();
+      Sync(*file_);
+    }
+    if (!flushed || Stream().fail()) throw Failure(kExitFailed, "the output cannot be written");
+  }
+
+ private:
+  std::optional<fs::path> file_;
+  std::ostream& stream_;
+  std::ofstream stream_of_file_;
+};
+
 }  // namespace
 
 int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err) {
   RequireDifferentFiles(command);
   ChooseMachine(command.machine);
-  if (command.database_dir.has_value()) UseDatabaseFolder(*command.database_dir);
+  Taking taking(command, StoredSamples(command), err);
 
   const LogAppender::Target log_target(err);
   LoadedPlugin plugin(command.plugin.value_or(DefaultPluginFile()), command.log_level, LogAppender::Instance());
-  std::ofstream file;
-  if (command.output.has_value()) file = OpenForWriting(*command.output, "--output");
+  Output output(command, out);
   std::optional<QueryRecorder> queries;
   if (command.queries.has_value()) queries.emplace(*command.queries);
 
-  const std::unique_ptr<HandOverView> view = MakeView(command.format, command.output.has_value() ? file : out);
-  const auto sink = std::make_shared<HandOverSink>(*view);
-  const SinkRegistration registration(sink);
-
-  bool all_done = true;
-  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, err) && all_done;
-
-  if (sink->FirstFailure().Failed()) {
-    throw Failure(kExitFailed, "a hand-over could not be written: " + sink->FirstFailure().description);
+  const WorkingFolder working_folder(taking.Folder());
+  bool all_done = false;
+  if (command.outbox.has_value()) {
+    KeepingView kept;
+    all_done = RunEvents(command, plugin, kept, err);
+    taking.KeepInOutbox(kept.HandOvers(), output.Stream());
+  } else {
+    all_done = RunEvents(command, plugin, *MakeView(command.format, output.Stream()), err);
   }
+  output.RequireSafe();
+  const bool taken = taking.Take();
   if (queries.has_value()) queries->RequireWritten();
-  return all_done ? kExitDone : kExitFailed;
+  return all_done && taken ? kExitDone : kExitFailed;
 }
 
 }  // namespace zt::telemetry::host

@@ -1,5 +1,11 @@
 #include "host/program_environment.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
 namespace zt::telemetry::host {
 
 std::vector<std::string> ProgramArguments(int count, char** values) {
@@ -17,6 +23,15 @@ std::filesystem::path PathFromText(std::string_view text) {
 
 std::string PathText(const std::filesystem::path& path) {
   return path.string();
+}
+
+void Sync(const std::filesystem::path& file) {
+  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CLOEXEC);
+  // A pipe or a device keeps nothing that could be on a disk.
+  const bool done = descriptor >= 0 && (::fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS);
+  const std::error_code error(errno, std::generic_category());
+  if (descriptor >= 0) ::close(descriptor);
+  if (!done) throw std::system_error(error, PathText(file));
 }
 
 Utf8Streams::Utf8Streams() = default;

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "base/windows/system_memory.h"
+#include "base/windows/unique_handle.h"
 #include "zt/text/wide_text.h"
 
 namespace zt::telemetry::host {
@@ -59,6 +60,15 @@ std::string PathText(const std::filesystem::path& path) {
   if (!RunsUnderWine()) return text::ToUtf8(std::filesystem::path(path).make_preferred().native());
   const std::string unix_path = text::ToUtf8(path.generic_wstring());
   return path.root_name() == kUnixDrive ? unix_path.substr(kUnixDrive.size()) : unix_path;
+}
+
+void Sync(const std::filesystem::path& file) {
+  const base::UniqueFile opened =
+      base::OwnFile(::CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (opened == nullptr || ::FlushFileBuffers(opened.get()) == FALSE) {
+    throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), PathText(file));
+  }
 }
 
 Utf8Streams::Utf8Streams() : previous_code_page_(::GetConsoleOutputCP()) {

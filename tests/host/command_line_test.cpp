@@ -161,8 +161,9 @@ TEST(CommandLineTest, AnOptionGivenTwiceIsNamedUnlessItIsTheEvent) {
 }
 
 TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
-  EXPECT_THAT(Complaint({"colect"}),
-              StartsWith("there is no command \"colect\"; expected collect, doctor, network, seed or machines"));
+  EXPECT_THAT(
+      Complaint({"colect"}),
+      StartsWith("there is no command \"colect\"; expected look, collect, outbox, doctor, network, seed or machines"));
   EXPECT_THAT(Complaint({"collect", "--evnt", "50"}), HasSubstr("--evnt"));
   EXPECT_THAT(Complaint({"collect", "--event", "50", "51"}), HasSubstr("51"));
   EXPECT_THAT(Complaint({"machines", "all"}), HasSubstr("all"));
@@ -170,7 +171,8 @@ TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
 
 TEST(CommandLineTest, HelpNamesEveryCommandAndShowsExamples) {
   const std::string text = Read<ShowTextCommand>({"--help"}).text;
-  for (const char* part : {"collect", "seed", "machines", "Examples:", "--machine convertible-laptop", "Exit codes:"}) {
+  for (const char* part :
+       {"look", "collect", "outbox", "seed", "machines", "Examples:", "--machine convertible-laptop", "Exit codes:"}) {
     EXPECT_THAT(text, HasSubstr(part));
   }
 }
