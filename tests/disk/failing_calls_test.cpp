@@ -10,6 +10,7 @@ namespace {
 using testing::IsSubsetOf;
 using tests::FileCall;
 using tests::FileCallKind;
+using tests::SampleStore;
 
 constexpr int kOpenCodes[] = {SQLITE_CANTOPEN, SQLITE_IOERR};
 constexpr int kDeleteCodes[] = {SQLITE_IOERR_DELETE};
@@ -103,6 +104,58 @@ TEST_P(FailingCallsTest, ADiskThatIsFullFromOneWriteOnLosesNoRow) {
       return call.number >= number && call.kind == FileCallKind::kWrite ? SQLITE_FULL : SQLITE_OK;
     });
   }
+}
+
+// A summary that cannot be run in parts, and whose rows do not fit into memory: when it breaks off it has given some.
+class BrokenOffSummaryTest : public DiskTest {
+ protected:
+  static constexpr int kHours = 400;
+
+  BrokenOffSummaryTest() {
+    auto store = MakeStore();
+    store.Execute("DROP TABLE ThermalData");
+    store.Execute(
+        "CREATE VIEW ThermalData AS SELECT *, NULL AS cpu_temp, NULL AS ext_sensor_temp, NULL AS loc_sensor_temp,"
+        " NULL AS fan1_current_tach_speed, NULL AS fan1_target_tach_speed, NULL AS fan1_speed_step,"
+        " NULL AS fan2_current_tach_speed, NULL AS fan2_target_tach_speed, NULL AS fan2_speed_step"
+        " FROM NetworkData WHERE 0");
+    store.Execute("BEGIN");
+    for (int hour = 0; hour < kHours; ++hour) {
+      store.AddNetwork("2026-03-07T10:00:30.000Z", {{"network_trust_level", "printf('%010000d', 1)"}});
+    }
+    store.Execute("UPDATE NetworkData SET date_time = strftime('%Y-%m-%dT%H:%M:%S', date_time, '+' || id || ' hours')");
+    store.Execute("COMMIT");
+  }
+
+  // Reads of a cycle of which one, from 1 on, may fail; returns how many there were.
+  int CycleWithFailingRead(int number) {
+    int reads = 0;
+    const tests::FileCalls files([&](const FileCall& call) {
+      return call.kind == FileCallKind::kRead && ++reads == number ? SQLITE_IOERR_READ : SQLITE_OK;
+    });
+    Cycle();
+    return reads;
+  }
+};
+
+TEST_F(BrokenOffSummaryTest, IsNotSentInPart) {
+  const std::filesystem::path beginning = folder_.Path() / "beginning";
+  std::filesystem::copy_file(Path(File()), beginning);
+  const int reads = CycleWithFailingRead(0);
+  ASSERT_THAT(Network(), testing::SizeIs(kHours));
+  int broken_off = 0;
+  constexpr int kTries = 40;
+  for (int i = 1; i <= kTries; ++i) {
+    std::filesystem::copy_file(beginning, Path(File()), std::filesystem::copy_options::overwrite_existing);
+    SCOPED_TRACE("read " + std::to_string(reads * i / kTries));
+    CycleWithFailingRead(reads * i / kTries);
+    const auto sent = static_cast<int>(Network().size());
+    EXPECT_TRUE(sent == 0 || sent == kHours) << sent;
+    const int left = SampleStore(File()).Count("NetworkData");
+    EXPECT_TRUE(left == kHours || (left == 0 && sent == kHours)) << left;
+    broken_off += sent == 0 ? 1 : 0;
+  }
+  EXPECT_GT(broken_off, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kept, FailingCallsTest, testing::ValuesIn(kKeepings), NameOf);

@@ -94,6 +94,11 @@ void CycleHost::Prepare() {
   simulation::UseMachine(machine_);
 }
 
+void CycleHost::PrepareWithoutDatabase() {
+  Prepare();
+  std::filesystem::remove(std::filesystem::path(File()));
+}
+
 CycleResult CycleHost::Execute(shared::plugin::IPluginModule& collector, const char* params) {
   static char outcome[shared::plugin::IPluginModule::kResultCapacity];
   collector.Execute(params, outcome);

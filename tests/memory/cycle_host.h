@@ -34,6 +34,7 @@ class CycleHost {
 
   /// Puts machine and database back to their beginning.
   void Prepare();
+  void PrepareWithoutDatabase();
 
   /// One call; `collector` has run before or not.
   CycleResult Execute(shared::plugin::IPluginModule& collector, const char* params = R"({"eventType": 50})");

@@ -25,7 +25,13 @@ constexpr std::string_view kFirst = "sample_points_actual: 1\n";
 
 class FirstCycleTest : public testing::Test {
  protected:
-  static void SetUpTestSuite() { WatchMemoryOfSqlite(); }
+  static void SetUpTestSuite() {
+    WatchMemoryOfSqlite();
+    // protobuf works its descriptions of the records out when they are first asked for, and cannot do so again when
+    // memory runs out meanwhile: here the host has asked already.
+    AmdPmfSamples::descriptor();
+    PcLogPerformanceSamplesAsCDM::descriptor();
+  }
 
   // Runs `body` in a copy of this process; its failures are this one's.
   static void InACopy(const std::function<void()>& body) {
