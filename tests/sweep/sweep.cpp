@@ -113,9 +113,10 @@ Effect Sweep::Try(const Plan& plan, std::vector<Call>* met) {
   return Compare(undisturbed_, RunTimed(plan, met));
 }
 
-std::vector<std::string> Sweep::Singles(Look look, const Progress& progress) {
+std::vector<std::string> Sweep::Singles(Look look, Share share, const Progress& progress) {
   Lines lines;
   for (const Call& call : calls_) {
+    if (!share.Has(call.number)) continue;
     for (const Disturbance kind : call.kinds) {
       const std::string what = Describe(call, kind);
       const Plan plan = {{call.number, kind}};

@@ -18,12 +18,12 @@ struct SweepNumbers {
   double longest_ms = 0;     // of them
 };
 
-/// A part of a sweep: every `of`-th attempt, from the `number`-th on.
+/// A part of a sweep: every `of`-th call or pair of calls, from the `number`-th on.
 struct Share {
   std::size_t number = 0;
   std::size_t of = 1;
 
-  bool Has(std::size_t attempt) const { return attempt % of == number; }
+  bool Has(std::size_t place) const { return place % of == number; }
 };
 
 /// Runs a cycle with each of its calls failing in each of its ways, and with pairs of calls failing. What goes wrong
@@ -35,10 +35,11 @@ class Sweep {
 
   explicit Sweep(SweptCycle& cycle);
 
-  /// Every call with every kind. The listing of what each came to, a line for all calls of one name that came to the
-  /// same. The cycle behind is looked at after each disturbance, or after those of one call.
+  /// Every call that is in the share with every kind. The listing of what each came to, a line for all calls of one
+  /// name that came to the same: "name | kinds (number of calls) | effect". The cycle behind is looked at after each
+  /// disturbance, or after those of one call.
   enum class Look { kAfterEach, kAfterEachCall };
-  std::vector<std::string> Singles(Look look, const Progress& progress = {});
+  std::vector<std::string> Singles(Look look, Share share, const Progress& progress = {});
 
   /// Every pair of calls that is in the share, each call with its first kind. What a pair may come to follows from what
   /// its calls come to alone, which is tried first.

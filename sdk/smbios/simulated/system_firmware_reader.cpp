@@ -1,5 +1,6 @@
 #include "system_firmware_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -55,10 +56,12 @@ Bytes TableOf(const Bytes& structures) {
 
 constexpr std::uint32_t kRefused = 5;  // ERROR_ACCESS_DENIED
 
-// A table that says it is as long as can be.
+// A table that says it is as long as can be, with a structure that says the same.
 Bytes AbsurdTable() {
-  Bytes table(kTableHeader.begin(), kTableHeader.end());
-  Append(table, {0xFF, 0xFF, 0xFF, 0xFF, kSystemInformation, 0xFF});
+  constexpr std::size_t kHeader = 8;
+  Bytes table(kHeader + 2, 0xFF);
+  std::copy(kTableHeader.begin(), kTableHeader.end(), table.begin());
+  table[kHeader] = kSystemInformation;
   return table;
 }
 
