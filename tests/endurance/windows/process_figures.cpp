@@ -4,6 +4,8 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
+#include <cstdint>
+
 #include "base/windows/unique_handle.h"
 
 namespace zt::endurance {
@@ -20,9 +22,15 @@ PROCESS_MEMORY_COUNTERS Memory() {
   return memory;
 }
 
+// One by one: Wine's GetProcessHandleCount knows none.
 std::int64_t Handles() {
-  DWORD handles = 0;
-  ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
+  constexpr std::uintptr_t kStep = 4;
+  constexpr std::uintptr_t kEnd = 0x10000;
+  std::int64_t handles = 0;
+  for (std::uintptr_t value = kStep; value < kEnd; value += kStep) {
+    DWORD flags = 0;
+    if (::GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != FALSE) ++handles;
+  }
   return handles;
 }
 
