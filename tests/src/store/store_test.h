@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 
 #include "store/sample_database.h"
@@ -15,15 +16,17 @@ namespace zt::telemetry::collector::performancesamples {
 /// A sample database in a folder of its own.
 class StoreTest : public testing::Test {
  protected:
-  static SummaryRowsBySource Query(const std::string& path, const std::string& query_text = kSummaryQuery) {
+  static SummaryRowsBySource Query(const std::string& path, const std::string& query_text = kSummaryQuery,
+                                   const StoreLimits& limits = {}) {
     SummaryRowsBySource rows;
-    QuerySampleSummaries(path, query_text, &rows);
+    QuerySampleSummaries(path, query_text, &rows, limits);
     return rows;
   }
 
-  /// The summary query on the tables themselves: a text that differs by a line end is not prepared for.
+  /// The summary query on the tables themselves, however long it takes: a text that differs by a line end is not
+  /// prepared for.
   static SummaryRowsBySource QueryPlainly(const std::string& path) {
-    return Query(path, std::string(kSummaryQuery) + "\n");
+    return Query(path, std::string(kSummaryQuery) + "\n", {.summary_work = std::chrono::hours(1)});
   }
 
   SummaryRowsBySource Query() const { return Query(path_); }
