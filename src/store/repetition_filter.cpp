@@ -16,11 +16,20 @@ bool RepetitionFilter::AddTo(sqlite3* database) {
                                     nullptr) == SQLITE_OK;
 }
 
-bool RepetitionFilter::BeginsAnHour(sqlite3_value* date_time) {
-  if (sqlite3_value_type(date_time) != SQLITE_TEXT) return true;
+namespace {
+
+// Empty for what is no text, as for a text from which no hour can be read off.
+std::string_view HourOf(sqlite3_value* date_time) {
+  if (sqlite3_value_type(date_time) != SQLITE_TEXT) return {};
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(date_time));
-  if (text == nullptr) return true;
-  const std::string_view hour = HourPart({text, static_cast<std::size_t>(sqlite3_value_bytes(date_time))});
+  return text == nullptr ? std::string_view()
+                         : HourPart({text, static_cast<std::size_t>(sqlite3_value_bytes(date_time))});
+}
+
+}  // namespace
+
+bool RepetitionFilter::BeginsAnHour(sqlite3_value* date_time) {
+  const std::string_view hour = HourOf(date_time);
   if (!hour.empty() && hour == hour_) return false;
   hour_ = hour;
   return true;

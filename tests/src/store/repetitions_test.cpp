@@ -51,5 +51,13 @@ TEST_F(RepetitionsTest, ASampleWhoseTimeIsNoTextIsAlwaysKept) {
   EXPECT_EQ(Kept(), 3);
 }
 
+// What comes behind it is of an hour that begins anew, although the last text said the same hour.
+TEST_F(RepetitionsTest, ASampleWhoseTimeIsNoTextHidesNoProfileOfTheHourAroundIt) {
+  Add(1, "2026-03-07T10:00:30", "x'AB'", "'{B}'");
+  store_.AddNetwork("", {{"date_time", "x'17'"}});
+  Add(1, "2026-03-07T10:01:30");
+  EXPECT_EQ(Query(), QueryPlainly(path_));
+}
+
 }  // namespace
 }  // namespace zt::telemetry::collector::performancesamples
