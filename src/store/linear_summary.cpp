@@ -1,6 +1,7 @@
 #include "store/linear_summary.h"
 
 #include <limits>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -156,9 +157,9 @@ int LinearSummary::RunQuery(SummaryRowsBySource* rows) {
   return SQLITE_DONE;
 }
 
-bool LinearSummary::Run(SummaryRowsBySource* rows) {
-  // One transaction from the first table's definition to the last row: the tables, their rows and the profiles belong
-  // together, and what is added meanwhile is in none of them.
+bool LinearSummary::RunInOneTransaction(SummaryRowsBySource* rows) {
+  // From the first table's definition to the last row: the tables, their rows and the profiles belong together, and
+  // what is added meanwhile is in none of them.
   const bool ready = performancesamples::Run(database_, "BEGIN;") && UseFastHours(database_) && Inspect(kThermal) &&
                      Inspect(kNetwork) && ReadSamples() && Show(kThermal) && Show(kNetwork);
   if (!ready) return false;
@@ -168,6 +169,15 @@ bool LinearSummary::Run(SummaryRowsBySource* rows) {
   // gives the first one.
   rows->clear();
   return end == SQLITE_ERROR;
+}
+
+bool LinearSummary::Run(SummaryRowsBySource* rows) {
+  try {
+    return RunInOneTransaction(rows);
+  } catch (const std::bad_alloc&) {
+    rows->clear();
+    return false;
+  }
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

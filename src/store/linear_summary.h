@@ -42,6 +42,7 @@ class LinearSummary {
   bool ReadSamples();
   bool Show(Table table);
   std::vector<RowRange> Ranges(Table table) const;
+  bool RunInOneTransaction(SummaryRowsBySource* rows);
   int RunQuery(SummaryRowsBySource* rows);
 
   sqlite3* database_;

@@ -45,16 +45,6 @@ Database OpenForSummary(const std::string& path, LockPatience& patience, WorkLim
   return database;
 }
 
-// False when it could not be done so: whatever is in the way, memory too, may not be in that of the query as it stands.
-bool SummariseLinearly(sqlite3* database, SummaryRowsBySource& rows) {
-  try {
-    if (LinearSummary(database).Run(&rows)) return true;
-  } catch (const std::bad_alloc&) {
-  }
-  rows.clear();
-  return false;
-}
-
 SummaryRowsBySource Summarise(const std::string& db_path, const std::string& query_text, const StoreLimits& limits) {
   LockPatience patience(limits.summary_locks);
   WorkLimit work(limits.summary_work);
@@ -62,7 +52,7 @@ SummaryRowsBySource Summarise(const std::string& db_path, const std::string& que
   const bool samples = query_text == kSummaryQuery;
   if (samples) {
     const Database database = OpenForSummary(db_path, patience, work);
-    if (database && SummariseLinearly(database.get(), rows)) return rows;
+    if (database && LinearSummary(database.get()).Run(&rows)) return rows;
   }
   // A connection of its own: on the failed one the tables' names mean something else.
   const Database database = OpenForSummary(db_path, patience, work);
