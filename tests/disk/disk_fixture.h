@@ -3,7 +3,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
+#include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 

@@ -4,6 +4,7 @@
 // collector goes on. CHANGE: the number of the change, from 1 on, that is not made, or with "half" half of it. Where
 // there are fewer changes the process ends by itself, and the last line is their number.
 #include <fstream>
+#include <memory>
 #include <string>
 
 #include "child_run.h"

@@ -162,7 +162,7 @@ class MemoryCycleTest : public testing::Test {
   CycleResult undisturbed_;
 };
 
-constexpr std::size_t kParts = 8;
+constexpr std::size_t kParts = 16;
 
 class MemoryCyclePartTest : public MemoryCycleTest, public testing::WithParamInterface<std::size_t> {};
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace zt::tests {
 

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "tests/disk/disk_fixture.h"
 
 // Somebody exchanges or cuts the file itself, which Windows lets nobody do while it is open.

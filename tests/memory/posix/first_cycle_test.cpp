@@ -8,7 +8,11 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
+#include <memory>
 #include <set>
+#include <string>
+#include <string_view>
 
 #include "plugin/logger_export.h"
 #include "plugin/plugin_export.h"

@@ -113,7 +113,7 @@ bool IsInStandIn(const void* address) {
 }  // namespace
 
 std::uint64_t CallersHash() {
-  constexpr int kMostCallers = 14;
+  constexpr int kMostCallers = 11;
   void* addresses[kMostCallers];
   const int count = ::backtrace(addresses, kMostCallers);
   constexpr std::uint64_t kPrime = 1099511628211U;
