@@ -113,7 +113,7 @@ TEST_F(CollectorParametersTest, DeeplyNestedParametersAreRefused) {
 }
 
 TEST_F(CollectorParametersTest, AnEventTypeOfTooManyLevelsForAnyStackIsRefusedByItsType) {
-  constexpr std::size_t kLevels = 1'000'000;
+  constexpr std::size_t kLevels = 100'000;
   const std::string params = R"({"eventType": )" + std::string(kLevels, '[') + std::string(kLevels, ']') + "}";
   EXPECT_THAT(Refusal(params.c_str()), HasSubstr("must be an integer, but is deeply nested array"));
 }

@@ -54,7 +54,7 @@ TEST_F(RepetitionsTest, ASampleWhoseTimeIsNoTextIsAlwaysKept) {
 // What comes behind it is of an hour that begins anew, although the last text said the same hour.
 TEST_F(RepetitionsTest, ASampleWhoseTimeIsNoTextHidesNoProfileOfTheHourAroundIt) {
   Add(1, "2026-03-07T10:00:30", "x'AB'", "'{B}'");
-  store_.AddNetwork("", {{"date_time", "x'17'"}});
+  store_.AddNetwork("", {{"date_time", "x'17'"}, {"profile_name_hash", "x'AB'"}});
   Add(1, "2026-03-07T10:01:30");
   EXPECT_EQ(Query(), QueryPlainly(path_));
 }
