@@ -54,6 +54,7 @@ class Run {
     shared::TelemetryStorage::SetDefaultDBPath(folder_.Utf8());
     telemetry::common::RegisterTelemetrySink(sink_);
     ztSharedInitializeLogger(plog::info, &log_);
+    static_cast<void>(simulation::EndlessText());  // the machine's own, made when it is first asked for
     simulation::UseMachine(machine_.Next());
     calls_of_a_cycle_ = CollectWatched([](const simulation::Call&) { return simulation::Disturbance::kNone; });
   }
