@@ -123,7 +123,8 @@ std::vector<std::string> Sweep::Singles(Look look, Share share, const Progress& 
       std::vector<Call> met;
       const Effect effect = Try(plan, &met);
       if (met.size() != 1 || met[0].name != call.name) Find(what, "the cycle did not ask the same");
-      if (look == Look::kAfterEach || kind == call.kinds.back()) CheckNextCycle(what);
+      const bool left_something = effect != Effect();
+      if (look == Look::kAfterEach || left_something || kind == call.kinds.back()) CheckNextCycle(what);
       CheckNothingLeaks(plan, what);
       Line& line = lines[{Shortened(call.name), ToText(effect)}];
       if (line.first_number == 0) line.first_number = call.number;

@@ -37,7 +37,7 @@ class Sweep {
 
   /// Every call that is in the share with every kind. The listing of what each came to, a line for all calls of one
   /// name that came to the same: "name | kinds (number of calls) | effect". The cycle behind is looked at after each
-  /// disturbance, or after those of one call.
+  /// disturbance, or after those that came to something and after the last of a call.
   enum class Look { kAfterEach, kAfterEachCall };
   std::vector<std::string> Singles(Look look, Share share, const Progress& progress = {});
 
