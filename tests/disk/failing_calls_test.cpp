@@ -51,15 +51,20 @@ class FailingCallsTest : public DiskTest, public testing::WithParamInterface<Kee
     return kinds;
   }
 
+  // What SQLite holds while nothing is open: a connection of the host's takes more as it goes on.
+  sqlite3_int64 MemoryAtRest() {
+    host_.reset();
+    return sqlite3_memory_used();
+  }
+
   void CycleWith(const tests::FileCalls::Decision& decide) {
+    const sqlite3_int64 memory = MemoryAtRest();
     PutBack();
-    const sqlite3_int64 memory = sqlite3_memory_used();
     {
       const tests::FileCalls files(decide);
       Cycle();
       EXPECT_EQ(files.OpenFiles(), 0);
     }
-    EXPECT_EQ(sqlite3_memory_used(), memory);
     const std::vector<std::string> sent = Texts();
     EXPECT_THAT(sent, IsSubsetOf(undisturbed_));
     const std::vector<std::string> rest = ExpectRowsAccountedFor(sent);
@@ -67,6 +72,7 @@ class FailingCallsTest : public DiskTest, public testing::WithParamInterface<Kee
     EXPECT_EQ(Texts(), rest);
     Cycle();
     EXPECT_EQ(Texts().size(), 0U);
+    EXPECT_EQ(MemoryAtRest(), memory);
   }
 };
 
