@@ -63,7 +63,7 @@ std::string PathText(const std::filesystem::path& path) {
 }
 
 void Sync(const std::filesystem::path& file) {
-  const base::UniqueFile opened =
+  const base::UniqueHandle opened =
       base::OwnFile(::CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (opened == nullptr || ::FlushFileBuffers(opened.get()) == FALSE) {
