@@ -20,10 +20,13 @@ using namespace zt::telemetry::collector::performancesamples;
 
 // libFuzzer goes on looking at the counters of a library that was unloaded.
 void KeepVendorsLoaded() {
-  for (const char* const name : {"nvml.dll", "amdadlx64.dll"}) {
-    static_cast<void>(
-        new zt::base::LoadedLibrary(zt::base::LoadedLibrary::OfFile(zt::simulation::LibraryFolder() / name)));
-  }
+  using zt::base::LoadedLibrary;
+  static const auto* const nvml =
+      new LoadedLibrary(LoadedLibrary::OfFile(zt::simulation::LibraryFolder() / "nvml.dll"));
+  static const auto* const adlx =
+      new LoadedLibrary(LoadedLibrary::OfFile(zt::simulation::LibraryFolder() / "amdadlx64.dll"));
+  static_cast<void>(nvml);
+  static_cast<void>(adlx);
 }
 
 // False for a text that is no profile.
