@@ -1,10 +1,11 @@
 #include "sqlite_calls.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <list>
+#include <string>
 #include <string_view>
 
 #include "kinds.h"

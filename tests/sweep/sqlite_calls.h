@@ -2,9 +2,6 @@
 
 #include <sqlite3.h>
 
-#include <deque>
-#include <string>
-
 namespace zt::tests {
 
 /// Announces what SQLite asks of its files, and the statements that it prepares and runs, as calls of the machine

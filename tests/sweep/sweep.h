@@ -36,10 +36,9 @@ class Sweep {
   explicit Sweep(SweptCycle& cycle);
 
   /// Every call that is in the share with every kind. The listing of what each came to, a line for all calls of one
-  /// name that came to the same: "name | kinds (number of calls) | effect". The cycle behind is looked at after each
-  /// disturbance, or after those that came to something and after the last of a call.
-  enum class Look { kAfterEach, kAfterEachCall };
-  std::vector<std::string> Singles(Look look, Share share, const Progress& progress = {});
+  /// name that came to the same: "name | kinds (number of calls) | effect". An undisturbed cycle stands behind each
+  /// disturbed one: some of what a cycle stores is kept for the next.
+  std::vector<std::string> Singles(Share share, const Progress& progress = {});
 
   /// Every pair of calls that is in the share, each call with its first kind. What a pair may come to follows from what
   /// its calls come to alone, which is tried first.

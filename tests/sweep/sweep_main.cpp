@@ -27,8 +27,7 @@ int Main(const std::vector<std::string>& arguments) {
   };
   if (arguments.at(0) == "singles") {
     std::cout << "total: " << sweep.SingleCount() << std::endl;
-    for (const std::string& line : sweep.Singles(Sweep::Look::kAfterEach, {}, progress))
-      std::cout << "line: " << line << '\n';
+    for (const std::string& line : sweep.Singles({}, progress)) std::cout << "line: " << line << '\n';
   } else {
     const Share share{std::stoul(arguments.at(2)), std::stoul(arguments.at(3))};
     std::cout << "total: " << sweep.PairCount() / share.of << std::endl;
