@@ -151,7 +151,11 @@ void Sweep::TryPair(std::size_t first, std::size_t second) {
   std::vector<Call> met;
   const Effect effect = Try(plan, &met);
   std::string what;
-  for (const Call& call : met) what += (what.empty() ? "" : " and ") + Describe(call, call.kinds.front());
+  std::string names;
+  for (const Call& call : met) {
+    what += (what.empty() ? "" : " and ") + Describe(call, call.kinds.front());
+    names += (names.empty() ? "" : " and ") + Shortened(call.name) + ' ' + KindName(call.kinds.front());
+  }
   std::set<std::string> sections;
   std::set<std::string> lines;
   Add(effect, sections, lines);
@@ -170,7 +174,7 @@ void Sweep::TryPair(std::size_t first, std::size_t second) {
   const bool fits = std::includes(allowed_sections.begin(), allowed_sections.end(), sections.begin(), sections.end()) &&
                     std::includes(allowed_lines.begin(), allowed_lines.end(), lines.begin(), lines.end()) &&
                     (effect.result.empty() || may_end);
-  if (!fits && !unknown) Find(what, "comes to more than both alone: " + ToText(effect));
+  if (!fits && !unknown) conjunctions_.insert(names + ": " + ToText(effect));
   CheckNothingLeaks(plan, what);
 }
 

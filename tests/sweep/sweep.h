@@ -49,6 +49,10 @@ class Sweep {
   /// The disturbed cycles of all singles.
   std::size_t SingleCount() const;
 
+  /// The pairs that came to more than both calls alone, each in one line: "name fails and name fails: effect". That may
+  /// be as it should (the second way of a question fails behind the first), which a person has to agree to.
+  const std::set<std::string>& Conjunctions() const { return conjunctions_; }
+
   const std::vector<std::string>& Findings() const { return findings_; }
   const SweepNumbers& Numbers() const { return numbers_; }
 
@@ -74,6 +78,7 @@ class Sweep {
   Outcome undisturbed_;
   LiveThings live_;
   std::map<std::string, Reach> reach_;  // by the call's name
+  std::set<std::string> conjunctions_;
   std::vector<std::string> findings_;
   SweepNumbers numbers_;
 };

@@ -32,6 +32,7 @@ int Main(const std::vector<std::string>& arguments) {
     const Share share{std::stoul(arguments.at(2)), std::stoul(arguments.at(3))};
     std::cout << "total: " << sweep.PairCount() / share.of << std::endl;
     sweep.Pairs(share, progress);
+    for (const std::string& line : sweep.Conjunctions()) std::cout << "line: " << line << '\n';
   }
   Report(sweep);
   return sweep.Findings().empty() ? 0 : 1;

@@ -3,9 +3,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string_view>
 #include <tuple>
+
+#include "agreed_outcomes.h"
 
 namespace zt::tests {
 namespace {
@@ -42,10 +43,7 @@ void CountLine(const std::string& line, Counts& counts) {
 
 Counts Agreed(const std::string& cycle) {
   Counts counts;
-  std::ifstream file(std::string(ZT_AGREED_OUTCOMES) + "/" + cycle + ".txt");
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty() && line.front() != '#') CountLine(line, counts);
-  }
+  for (const std::string& line : AgreedLines(cycle)) CountLine(line, counts);
   return counts;
 }
 
