@@ -153,8 +153,8 @@ Outcome SweptCycle::Run(const Plan& plan, std::vector<Call>* met, std::vector<Ca
     outcome.log.push_back(std::string(SeverityName(line.severity)) + ": " + line.message);
   }
   log_.lines = {};
-  vendor_faults_ = simulation::CurrentVendorRecord().faults;
-  vendor_references_ = simulation::CurrentVendorRecord().live_references;
+  for (const std::string& fault : simulation::CurrentVendorRecord().faults) ++vendor_faults_[fault];
+  vendor_references_ += simulation::CurrentVendorRecord().live_references;
   simulation::UseMachine({});
   return outcome;
 }
@@ -163,7 +163,7 @@ LiveThings SweptCycle::Live() const {
   LiveThings things;
   for (const auto& [kind, count] : simulation::HandedOut()) things[kind] = count;
   things["references of the vendors' interfaces"] = vendor_references_;
-  for (const std::string& fault : vendor_faults_) ++things["fault: " + fault];
+  for (const auto& [fault, times] : vendor_faults_) things["fault: " + fault] = times;
   things["firmware clients"] = static_cast<std::int64_t>(simulation::CurrentBiosClients().alive);
   things["bytes of SQLite"] = sqlite3_memory_used();
   things["allocations"] = LiveAllocations();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -45,7 +46,8 @@ class SweptCycle {
   virtual void Collect(Outcome& outcome) = 0;
 
   simulation::Machine machine_;
-  std::vector<std::string> vendor_faults_;
+  // Of all cycles so far: each begins with a record of its own.
+  std::map<std::string, std::int64_t> vendor_faults_;
   std::int64_t vendor_references_ = 0;
 
  protected:
