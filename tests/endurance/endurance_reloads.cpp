@@ -2,6 +2,8 @@
 // process holds after the first rounds and later, and fails where that grew.
 //
 //   endurance_reloads [ROUNDS]      20 when left out
+#include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
@@ -14,7 +16,7 @@ namespace zt::endurance {
 namespace {
 
 // What the system and the compiler's libraries make when they are used for the first time is there by then.
-constexpr std::int64_t kFirstRounds = 10;
+constexpr std::int64_t kFirstRounds = 100;
 constexpr std::int64_t kMoments = 10;
 
 void LoadCollectUnload() {
@@ -25,12 +27,13 @@ void LoadCollectUnload() {
 
 int Main(std::int64_t rounds) {
   const Progress progress("rounds", rounds);
+  const std::int64_t first = std::min(kFirstRounds, rounds / 2);
   FigureTable table;
   for (std::int64_t done = 1; done <= rounds; ++done) {
     LoadCollectUnload();
     progress.Tell(done);
-    const bool is_moment = done == kFirstRounds || done == rounds || done % (rounds / kMoments + 1) == 0;
-    if (is_moment && done >= kFirstRounds) table.Add(std::to_string(done), ProcessFigures(done));
+    const bool is_moment = done == first || done == rounds || done % (rounds / kMoments + 1) == 0;
+    if (is_moment && done >= first) table.Add(std::to_string(done), ProcessFigures(done));
   }
   return Report(table);
 }
