@@ -32,6 +32,12 @@ if(NOT MSVC)
     list(APPEND ZT_TEST_CODE_OPTIONS -fno-sanitize=undefined,float-cast-overflow)
   endif()
 endif()
+# Several tests put together have more sections than a plain object file of Windows can.
+if(MSVC)
+  list(APPEND ZT_TEST_CODE_OPTIONS /bigobj)
+elseif(MINGW)
+  list(APPEND ZT_TEST_CODE_OPTIONS -Wa,-mbig-obj)
+endif()
 
 if(ZT_SANITIZE)
   add_compile_options(-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
