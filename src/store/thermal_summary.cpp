@@ -50,6 +50,8 @@ std::optional<std::vector<Processor>> QueryProcessors(WMIClient& wmi) {
 std::optional<std::vector<Processor>> ListProcessors(WMIClient& wmi) {
   try {
     return QueryProcessors(wmi);
+  } catch (const std::bad_alloc&) {
+    throw;  // keeps the samples for a cycle with memory
   } catch (...) {
     return std::nullopt;
   }
