@@ -85,7 +85,7 @@ Machine BusyMachine(std::uint32_t processes) {
 
 void ProcessList(benchmark::State& state) {
   const auto make = [](Clients& clients) -> std::shared_ptr<PerfMessages> {
-    return std::make_shared<OperatingSystemInfoMsg>(&clients.wmi);
+    return std::make_shared<OperatingSystemInfoMsg>(clients.Wmi());
   };
   RunPasses(state, {"Processes and session", make}, BusyMachine(static_cast<std::uint32_t>(state.range(0))));
 }

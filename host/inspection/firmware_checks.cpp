@@ -29,7 +29,7 @@ Answer AskSerialNumber(samples::Clients&) {
 // Reaches the firmware query that the base offers to builders.
 class FirmwareReadings : public PerfMessages {
  public:
-  explicit FirmwareReadings(samples::Clients& clients) : PerfMessages(&clients.wmi, &clients.bios) {}
+  explicit FirmwareReadings(samples::Clients& clients) : PerfMessages(clients.Wmi(), clients.Bios()) {}
   void PopulateStorageAndUploadProtos() override {}
 
   Answer Ask() {

@@ -73,10 +73,11 @@ Answer AskAmd(samples::Clients&) {
 }
 
 Answer AskIntel(samples::Clients& clients) {
+  if (clients.Wmi() == nullptr) return {SourceState::kFailed, "there is no client to ask WMI through"};
   std::vector<std::string> failures;
   const FailedQueries failed_queries(failures);
   std::vector<GraphicCardInfo> cards;
-  const common::Error outcome = IntelCardInfo(clients.wmi).QueryValues(&cards);
+  const common::Error outcome = IntelCardInfo(*clients.Wmi()).QueryValues(&cards);
   if (!outcome.Failed()) return {SourceState::kPresent, CardsText(cards)};
   // Its back-end finds no adapter also where the list of adapters cannot be had.
   if (!failures.empty()) return {SourceState::kFailed, failures.front()};

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "collector/example_upload.h"
+#include "collector/logged_failure.h"
 #include "collector/sources.h"
-#include "messages/log_text.h"
 #include "messages/perf_messages.h"
 #include "store/network_summary.h"
 #include "store/sample_database.h"
@@ -94,21 +94,19 @@ Error PerformanceSamples::ReadSource() {
     Clients clients;
     const BuilderList builders = MakeBuilders(clients);
     if (IsFullCollection(event)) {
-      if (SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
-        SendAndEmpty(database, kThermalTable, [&] { UploadThermalSamples(&summaries[kThermalSource], &clients.wmi); });
+      // Without a client no hour would be sent: the table is left to the next cycle.
+      shared::wmi::WMIClient* const wmi = clients.Wmi();
+      if (wmi != nullptr && SampleTableHasRows(database, kThermalTable) && summaries.contains(kThermalSource)) {
+        SendAndEmpty(database, kThermalTable, [&] { UploadThermalSamples(&summaries[kThermalSource], wmi); });
       }
       if (SampleTableHasRows(database, kNetworkTable) && summaries.contains(kNetworkSource)) {
         SendAndEmpty(database, kNetworkTable, [&] { UploadNetworkSamples(&summaries[kNetworkSource]); });
       }
       for (const auto& builder : builders) {
         try {
-          try {
-            builder->PopulateStorageAndUploadProtos();
-          } catch (...) {
-            PLOG_ERROR << "Error handling message. Details: " << LogText(Error::FromCurrentException().description);
-          }
-        } catch (const std::bad_alloc&) {
-          // A failure that there is no memory to log costs its own builder only, all the same.
+          builder->PopulateStorageAndUploadProtos();
+        } catch (...) {
+          LogFailure(PLOG_GET_FUNC());
         }
       }
       PerfMessages::ProcessStorageAndUpload();

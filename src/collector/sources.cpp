@@ -1,8 +1,11 @@
 #include "collector/sources.h"
 
+#include <plog/Log.h>
+
 #include <array>
 #include <type_traits>
 
+#include "collector/logged_failure.h"
 #include "samplers/battery_info_msg.h"
 #include "samplers/device_state_info_msg.h"
 #include "samplers/gpu/gpu_info_msg.h"
@@ -18,9 +21,9 @@ namespace {
 template <typename Builder>
 std::shared_ptr<PerfMessages> Make(Clients& clients) {
   if constexpr (std::is_constructible_v<Builder, shared::wmi::WMIClient*, shared::ztbios::PrivateBiosWmi*>) {
-    return std::make_shared<Builder>(&clients.wmi, &clients.bios);
+    return std::make_shared<Builder>(clients.Wmi(), clients.Bios());
   } else if constexpr (std::is_constructible_v<Builder, shared::wmi::WMIClient*>) {
-    return std::make_shared<Builder>(&clients.wmi);
+    return std::make_shared<Builder>(clients.Wmi());
   } else {
     return std::make_shared<Builder>();
   }
@@ -37,6 +40,19 @@ constexpr auto kSources = std::to_array<Source>({
 });
 
 }  // namespace
+
+Clients::Clients() {
+  try {
+    wmi_.emplace(shared::wmi::kSystemNamespace);
+  } catch (...) {
+    LogFailure(PLOG_GET_FUNC());
+  }
+  try {
+    bios_.emplace();
+  } catch (...) {
+    LogFailure(PLOG_GET_FUNC());
+  }
+}
 
 std::span<const Source> Sources() {
   return kSources;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -10,10 +11,20 @@
 
 namespace zt::telemetry::collector::performancesamples {
 
-/// What the sources of a cycle ask through, connected when it is asked first.
-struct Clients {
-  shared::wmi::WMIClient wmi{shared::wmi::kSystemNamespace};
-  shared::ztbios::PrivateBiosWmi bios;
+/// What the sources of a cycle ask through, connected when it is asked first. One that cannot be made is logged and
+/// absent: what asks through it fails for itself, the other sources answer.
+class Clients {
+ public:
+  Clients();
+
+  /// The client of the system's namespace; null where it could not be made.
+  shared::wmi::WMIClient* Wmi() { return wmi_ ? &*wmi_ : nullptr; }
+  /// The client of the firmware; null where it could not be made.
+  shared::ztbios::PrivateBiosWmi* Bios() { return bios_ ? &*bios_ : nullptr; }
+
+ private:
+  std::optional<shared::wmi::WMIClient> wmi_;
+  std::optional<shared::ztbios::PrivateBiosWmi> bios_;
 };
 
 /// One source of figures of the live record.

@@ -13,6 +13,7 @@
 #include "samplers/operating_system_info_msg.h"
 #include "samplers/storage_info_msg.h"
 #include "simulation/bios_clients.h"
+#include "simulation/calls.h"
 #include "simulation/profile.h"
 #include "store/summary_query.h"
 #include "support/collector_fixture.h"
@@ -25,6 +26,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::Pair;
@@ -44,6 +46,19 @@ class WatchingSink : public tests::RecordingSink {
   }
 
   std::function<void()> on_send;
+};
+
+// As long as it lives, calls of a name end with an exception.
+class WhileItThrows {
+ public:
+  explicit WhileItThrows(std::string name) {
+    simulation::WatchCalls([name = std::move(name)](const simulation::Call& call) {
+      return call.name == name ? simulation::Disturbance::kThrows : simulation::Disturbance::kNone;
+    });
+  }
+  ~WhileItThrows() { simulation::WatchCalls({}); }
+  WhileItThrows(const WhileItThrows&) = delete;
+  WhileItThrows& operator=(const WhileItThrows&) = delete;
 };
 
 class CycleOrderTest : public CollectorTest {
@@ -165,19 +180,18 @@ class BuilderMembers : public PerfMessages {
 
 TEST_F(CycleOrderTest, TheBuildersAreMadeInTheirOrderWithTheirClients) {
   Clients clients;
-  const auto& [wmi, bios] = clients;
   const BuilderList builders = MakeBuilders(clients);
   ASSERT_THAT(builders, SizeIs(Sources().size()));
   std::vector<MadeBuilder> made;
   for (std::size_t i = 0; i < builders.size(); ++i) made.push_back(BuilderMembers::Of(Sources()[i].name, *builders[i]));
   const std::vector<MadeBuilder> expected = {
       {"Batteries", &typeid(BatteryInfoMsg), nullptr, nullptr},
-      {"Posture", &typeid(DeviceStateInfoMsg), &wmi, nullptr},
-      {"Memory", &typeid(MemoryInfoMsg), &wmi, nullptr},
-      {"Graphics cards", &typeid(GPUInfoMsg), &wmi, &bios},
+      {"Posture", &typeid(DeviceStateInfoMsg), clients.Wmi(), nullptr},
+      {"Memory", &typeid(MemoryInfoMsg), clients.Wmi(), nullptr},
+      {"Graphics cards", &typeid(GPUInfoMsg), clients.Wmi(), clients.Bios()},
       {"NPUs", &typeid(NPUMsg), nullptr, nullptr},
-      {"Storage drives", &typeid(StorageInfoMsg), &wmi, &bios},
-      {"Processes and session", &typeid(OperatingSystemInfoMsg), &wmi, nullptr},
+      {"Storage drives", &typeid(StorageInfoMsg), clients.Wmi(), clients.Bios()},
+      {"Processes and session", &typeid(OperatingSystemInfoMsg), clients.Wmi(), nullptr},
   };
   // A source that is new here stands somewhere among them.
   std::erase_if(made, [&](const MadeBuilder& builder) {
@@ -214,6 +228,35 @@ TEST_F(CycleOrderTest, TheBuildersAfterOneThatFailedStillRun) {
   EXPECT_THAT(sent.hw_info().npus_info(), Not(IsEmpty()));
   EXPECT_THAT(sent.hw_info().storage_drives_info(), Not(IsEmpty()));
   EXPECT_THAT(sent.operating_system_info().resource_intensive_processes_info(), Not(IsEmpty()));
+}
+
+TEST_F(CycleOrderTest, WithoutAWmiClientTheSourcesThatAskNoneAnswerAndTheThermalSamplesWait) {
+  SampleStore store = MakeStore();
+  const WhileItThrows no_client("WMIClient");
+  EXPECT_THAT(Execute(50), HasSubstr(R"("code":0)"));
+  EXPECT_EQ(log_.Messages(plog::error).at(0),
+            "Error handling message. Details: message: 'the client gave up: Input/output error' system code : "
+            "'generic:5'");
+  EXPECT_EQ(store.Count("ThermalData"), 1);
+  EXPECT_EQ(store.Count("NetworkData"), 0);
+  ASSERT_THAT(watching_sink_->sent, SizeIs(2));
+  EXPECT_TRUE(watching_sink_->sent[0].collection_id().ends_with("-NE"));
+  const auto& live = watching_sink_->sent[1];
+  EXPECT_THAT(live.hw_info().batteries_info(), Not(IsEmpty()));
+  EXPECT_THAT(live.hw_info().npus_info(), Not(IsEmpty()));
+  EXPECT_THAT(live.hw_info().storage_drives_info(), IsEmpty());
+}
+
+TEST_F(CycleOrderTest, WithoutAClientOfTheFirmwareTheSourcesStillAnswer) {
+  Execute(50);
+  SampleStore store = MakeStore();
+  const WhileItThrows no_client("PrivateBiosWmi");
+  EXPECT_THAT(Execute(50), HasSubstr(R"("code":0)"));
+  EXPECT_THAT(log_.Messages(plog::error), SizeIs(1));
+  EXPECT_EQ(store.Count("ThermalData") + store.Count("NetworkData"), 0);
+  ASSERT_THAT(watching_sink_->sent, SizeIs(4));
+  EXPECT_EQ(watching_sink_->sent[3].hw_info().SerializeAsString(),
+            watching_sink_->sent[0].hw_info().SerializeAsString());
 }
 
 TEST_F(CycleOrderTest, EachBuilderThatFailsIsLoggedInTheirOrder) {
