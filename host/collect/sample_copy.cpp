@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 using Access = DatabaseFile::Access;
 
 constexpr std::array kTables = {kThermalTable, kNetworkTable};
+constexpr char kHourOfRow[] = "strftime('%Y-%m-%dT%H', substr(date_time, 1, 19))";  // as the records have it
 constexpr char kFirstName[] = "first.db";
 constexpr int kCopyPatienceMs = 5000;  // a writer of samples is through in less
 
@@ -215,6 +216,13 @@ void SampleCopy::Forget(const fs::path& taken) const {
   }
 }
 
+void SampleCopy::Take(const std::string& table, const std::string& hour) const {
+  if (!fs::exists(working_)) return;
+  const DatabaseFile working(working_, Access::kWrite, 0);
+  if (!HasTable(working, "main", table)) return;
+  working.Prepare("DELETE FROM " + table + " WHERE " + kHourOfRow + " = ?").Bind(1, hour).Run();
+}
+
 std::int64_t SampleCopy::KeepTaken(const fs::path& file) const {
   if (!fs::exists(first_)) return 0;
   {
@@ -235,8 +243,7 @@ std::map<std::pair<std::string, std::string>, std::string> DigestsOfHours(const 
   std::map<std::pair<std::string, std::string>, Digest> digests;
   for (const std::string table : kTables) {
     if (!HasTable(file, "main", table)) continue;
-    Query rows = file.Prepare("SELECT strftime('%Y-%m-%dT%H', substr(date_time, 1, 19)), rowid, * FROM " + table +
-                              " ORDER BY rowid");
+    Query rows = file.Prepare(std::string("SELECT ") + kHourOfRow + ", rowid, * FROM " + table + " ORDER BY rowid");
     while (rows.Next()) {
       Digest& digest = digests[{table, rows.Text(0)}];
       for (int column = 1; column < rows.Columns(); ++column) digest.Add(rows.Bytes(column));

@@ -30,8 +30,12 @@ class SampleCopy {
   /// Of the copy, takes away the rows that `taken` (a file of `KeepTaken`) holds: their records are safe already.
   void Forget(const std::filesystem::path& taken) const;
 
-  /// Writes the rows that the collection took, which are those that it has deleted, into a new database, durably.
-  /// Returns how many there are; without any there is no file. Throws `DatabaseError`.
+  /// A record of an hour ("2026-03-07T12") of `table` was handed over: its rows are taken too where the collection
+  /// could not delete them. Throws `DatabaseError`.
+  void Take(const std::string& table, const std::string& hour) const;
+
+  /// Writes the rows that the collection took, those that it has deleted and those of `Take`, into a new database,
+  /// durably. Returns how many there are; without any there is no file. Throws `DatabaseError`.
   std::int64_t KeepTaken(const std::filesystem::path& file) const;
 
  private:

@@ -85,9 +85,17 @@ fs::path Taking::InOutbox(const std::string& file) const {
   return outbox_->Folder() / fs::path(std::u8string(file.begin(), file.end()));
 }
 
+std::int64_t Taking::KeepTaken(const std::vector<HandOver>& hand_overs, const fs::path& file) const {
+  for (const HandOver& hand_over : hand_overs) {
+    const auto [table, hour] = HourOf(hand_over);
+    if (!table.empty()) copy_->Take(table, hour);
+  }
+  return copy_->KeepTaken(file);
+}
+
 void Taking::KeepInOutbox(std::vector<HandOver> hand_overs, std::ostream& out) {
   const std::string file = ToText(copy_->Folder().filename()) + kTakenEnding;
-  const std::int64_t samples = takes_samples_ ? copy_->KeepTaken(InOutbox(file)) : 0;
+  const std::int64_t samples = takes_samples_ ? KeepTaken(hand_overs, InOutbox(file)) : 0;
   if (samples > 0) {
     taken_ = TakenSamples{file, ToText(database_)};
     const auto digests = DigestsOfHours(InOutbox(file));

@@ -43,6 +43,7 @@ class Taking {
  private:
   void FinishEarlier();
   void RemoveLeftOvers() const;
+  std::int64_t KeepTaken(const std::vector<HandOver>& hand_overs, const std::filesystem::path& file) const;
   std::filesystem::path InOutbox(const std::string& file) const;
 
   bool takes_samples_;

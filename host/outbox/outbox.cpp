@@ -37,6 +37,7 @@ CREATE TABLE IF NOT EXISTS hand_overs(
   samples TEXT NOT NULL,
   bytes BLOB NOT NULL);
 CREATE INDEX IF NOT EXISTS hand_overs_by_collection ON hand_overs(collection_id) WHERE collection_id <> '';
+CREATE INDEX IF NOT EXISTS hand_overs_by_standing ON hand_overs(standing, deliveries);
 CREATE TABLE IF NOT EXISTS taken_samples(file TEXT PRIMARY KEY, database TEXT NOT NULL);
 CREATE TABLE IF NOT EXISTS counts(name TEXT PRIMARY KEY, number INTEGER NOT NULL);
 )";
@@ -81,7 +82,8 @@ std::chrono::sys_time<std::chrono::milliseconds> Now() {
 
 DatabaseFile Open(const fs::path& file, Access access) {
   DatabaseFile database(file, access, kPatienceMs);
-  database.Run("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
+  // Of a new file: large pages, of which the check of a file has fewer to read.
+  database.Run("PRAGMA page_size = 32768; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
   Query check = database.Prepare("PRAGMA quick_check(1)");
   if (!check.Next() || check.Text(0) != "ok") throw DatabaseError(SQLITE_CORRUPT, PathText(file) + ": it is damaged");
   const std::int64_t layout = database.Number("PRAGMA user_version");
@@ -96,6 +98,20 @@ DatabaseFile Open(const fs::path& file, Access access) {
     transaction.Commit();
   }
   return database;
+}
+
+// Nothing when it is damaged. What could not be read for once looks the same: damage is what is there the next time
+// too.
+std::optional<DatabaseFile> OpenUndamaged(const fs::path& file) {
+  constexpr int kAttempts = 2;
+  for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+    try {
+      return Open(file, Access::kCreate);
+    } catch (const DatabaseError& failure) {
+      if (!IsDamage(failure)) throw;
+    }
+  }
+  return std::nullopt;
 }
 
 // The present, as file names of every system take it: "20260307140030000".
@@ -137,13 +153,10 @@ Outbox::Outbox(const fs::path& folder) : Outbox(folder, Access::kCreate) {}
 Outbox::Outbox(const fs::path& folder, Access access) : folder_(folder) {
   const fs::path file = folder / kFileName;
   if (access == Access::kCreate) MakeWritableFolder(folder, "--outbox");
-  try {
-    file_.emplace(Open(file, access));
-  } catch (const DatabaseError& failure) {
-    if (!IsDamage(failure) || access != Access::kCreate) throw;
-    set_aside_ = PutAside(file);
-    file_.emplace(Open(file, access));
-  }
+  file_ = access == Access::kCreate ? OpenUndamaged(file) : Open(file, access);
+  if (file_.has_value()) return;
+  set_aside_ = PutAside(file);
+  file_ = Open(file, access);
 }
 
 Outbox Outbox::Existing(const fs::path& folder) {

@@ -12,7 +12,6 @@ stands twice. With `--log` the database keeps a write-ahead log. The exit code i
 
 import argparse
 import collections
-import json
 import pathlib
 import random
 import shlex
@@ -23,11 +22,9 @@ import tempfile
 import threading
 import time
 
+from sample_accounts import Collections, add_sample, balances
+
 HOURS = 4
-COLUMNS = (
-    "cpu_temp, ext_sensor_temp, loc_sensor_temp, fan1_current_tach_speed, fan1_target_tach_speed, fan1_speed_step, "
-    "fan2_current_tach_speed, fan2_target_tach_speed, fan2_speed_step"
-)
 
 
 class Writer(threading.Thread):
@@ -44,20 +41,21 @@ class Writer(threading.Thread):
         connection = sqlite3.connect(self.database, timeout=60, isolation_level=None)
         while not self.stopped.wait(self.random.uniform(0, 0.02)):
             hour = f"2026-03-07T{self.random.randrange(HOURS):02}"
-            number = sum(self.written.values())
-            connection.execute(
-                f"INSERT INTO ThermalData(date_time, {COLUMNS}) VALUES(?, {', '.join('?' * 9)})",
-                [f"{hour}:{number // 60 % 60:02}:{number % 60:02}.000Z", 50 + number % 40, 40, 30, *[1000] * 6],
-            )
+            add_sample(connection, hour, sum(self.written.values()))
             self.written[hour] += 1
         connection.close()
 
 
-def kept(program: list[str], outbox: pathlib.Path) -> list[dict]:
-    export = subprocess.run(
-        [*program, "outbox", "export", "--outbox", str(outbox)], capture_output=True, text=True, check=True
-    )
-    return [json.loads(line)["record"] for line in export.stdout.splitlines()]
+def kill_at_random(command: list[str], kills: int, longest: float, chance: random.Random) -> int:
+    """Starts `command` so many times, and kills it within so many seconds; returns how often it had ended by itself."""
+    ended = 0
+    for _ in range(kills):
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(chance.uniform(0, longest))
+        ended += process.poll() is not None
+        process.kill()
+        process.wait()
+    return ended
 
 
 def main() -> int:
@@ -67,56 +65,31 @@ def main() -> int:
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--log", action="store_true")
     options = parser.parse_args()
-    chance = random.Random(options.seed)
     with tempfile.TemporaryDirectory() as name:
-        folder = pathlib.Path(name)
-        subprocess.run(
-            [*options.program, "seed", "--database-dir", name, "--hours", "1", "--interfaces", "0", "--until", "2026-03-06"],
-            check=True, capture_output=True,
-        )
-        database = folder / "ssm.db"
-        connection = sqlite3.connect(database, isolation_level=None)
-        connection.execute("DELETE FROM ThermalData")
-        if options.log:
-            connection.execute("PRAGMA journal_mode = WAL")
-        connection.close()
-
-        collect = [*options.program, "collect", "--machine", "convertible-laptop", "--database-dir", name,
-                   "--outbox", str(folder / "outbox")]  # fmt: skip
+        host = Collections(options.program, pathlib.Path(name), options.log)
         started = time.monotonic()
-        subprocess.run(collect, check=True, capture_output=True)
-        whole = time.monotonic() - started  # how long an undisturbed one takes
-        writer = Writer(database, options.seed)
+        host.collect().check_returncode()
+        longest = 1.3 * (time.monotonic() - started)  # somewhat more than an undisturbed one takes
+        writer = Writer(host.database, options.seed)
         writer.start()
-        ended = 0
-        for _ in range(options.kills):
-            process = subprocess.Popen(collect, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            time.sleep(chance.uniform(0, 1.3 * whole))
-            ended += process.poll() is not None
-            process.kill()
-            process.wait()
+        ended = kill_at_random(host.command, options.kills, longest, random.Random(options.seed))
         writer.stopped.set()
         writer.join()
-        last = subprocess.run(collect, capture_output=True, text=True, check=False)
+        last = host.collect()
         if last.returncode != 0:
             print(f"the last collection failed: {last.stderr}", file=sys.stderr)
             return 1
-
-        sent: collections.Counter[str] = collections.Counter()
-        records = [record for record in kept(options.program, folder / "outbox") if record.get("collectionId", "").endswith("-TH")]
-        for record in records:
-            sent[record["collectionId"][:13]] += record["samplePointsActual"]
-        left = collections.Counter(
-            row[0] for row in sqlite3.connect(database).execute("SELECT substr(date_time, 1, 13) FROM ThermalData")
-        )
+        sent, left = host.in_records(), host.left()
         print(
-            f"{options.kills} kills, {ended} of them after the collection's own end; {sum(writer.written.values())} samples "
-            f"written, {sum(sent.values())} in {len(records)} records, {sum(left.values())} left"
+            f"{options.kills} kills, {ended} of them after the collection's own end; {writer.written.total()} samples "
+            f"written, {sent.total()} in records, {left.total()} left"
         )
-        balances = writer.written == sent + left and ended < options.kills
-        if not balances:
-            print(f"written {dict(writer.written)}\nsent    {dict(sent)}\nleft    {dict(left)}", file=sys.stderr)
-        return 0 if balances else 1
+        trouble = balances(writer.written, sent, left)
+        if ended == options.kills:
+            trouble = "every collection had ended before it was killed"
+        if trouble:
+            print(trouble, file=sys.stderr)
+        return 1 if trouble else 0
 
 
 if __name__ == "__main__":
