@@ -12,9 +12,11 @@ stands twice. With `--log` the database keeps a write-ahead log. The exit code i
 
 import argparse
 import collections
+import os
 import pathlib
 import random
 import shlex
+import signal
 import sqlite3
 import subprocess
 import sys
@@ -46,15 +48,25 @@ class Writer(threading.Thread):
         connection.close()
 
 
+def kill(process: subprocess.Popen):
+    """Ends a program and what runs it at once, as a power cut does."""
+    if os.name == "posix":
+        os.killpg(process.pid, signal.SIGKILL)
+    else:
+        process.kill()
+    process.wait()
+
+
 def kill_at_random(command: list[str], kills: int, longest: float, chance: random.Random) -> int:
     """Starts `command` so many times, and kills it within so many seconds; returns how often it had ended by itself."""
     ended = 0
     for _ in range(kills):
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        process = subprocess.Popen(
+            command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True
+        )
         time.sleep(chance.uniform(0, longest))
         ended += process.poll() is not None
-        process.kill()
-        process.wait()
+        kill(process)
     return ended
 
 
