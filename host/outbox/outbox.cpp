@@ -249,8 +249,25 @@ std::int64_t Outbox::UsedBytes() const {
          file_->Number("PRAGMA page_size");
 }
 
-Pruned Outbox::Prune(const OutboxLimits& limits) {
+std::int64_t Outbox::DropOldest(const std::string& which, std::int64_t bytes) {
   constexpr int kAtOnce = 100;
+  std::int64_t dropped = 0;
+  while (UsedBytes() > bytes) {
+    std::vector<std::int64_t> oldest;
+    Query query = file_->Prepare("SELECT id FROM hand_overs WHERE " + which + " ORDER BY id LIMIT ?");
+    query.Bind(1, kAtOnce);
+    while (query.Next()) oldest.push_back(query.Integer(0));
+    if (oldest.empty()) break;
+    for (const std::int64_t id : oldest) {
+      if (UsedBytes() <= bytes) break;
+      file_->Prepare("DELETE FROM hand_overs WHERE id = ?").Bind(1, id).Run();
+      ++dropped;
+    }
+  }
+  return dropped;
+}
+
+Pruned Outbox::Prune(const OutboxLimits& limits) {
   Pruned pruned;
   Transaction transaction(*file_);
   const std::int64_t oldest = (Now() - limits.age).time_since_epoch().count();
@@ -258,20 +275,8 @@ Pruned Outbox::Prune(const OutboxLimits& limits) {
       .Bind(1, oldest)
       .Run();
   pruned.delivered = file_->Changes();
-  const auto delete_oldest = [&](const char* which) {
-    file_
-        ->Prepare(std::string("DELETE FROM hand_overs WHERE id IN (SELECT id FROM hand_overs WHERE ") + which +
-                  " ORDER BY id LIMIT ?)")
-        .Bind(1, kAtOnce)
-        .Run();
-    return file_->Changes();
-  };
-  for (std::int64_t deleted = 1; deleted > 0 && UsedBytes() > limits.bytes; pruned.delivered += deleted) {
-    deleted = delete_oldest("deliveries > 0 OR standing <> 0");
-  }
-  for (std::int64_t deleted = 1; deleted > 0 && UsedBytes() > limits.bytes; pruned.undelivered += deleted) {
-    deleted = delete_oldest("TRUE");
-  }
+  pruned.delivered += DropOldest("deliveries > 0 OR standing <> 0", limits.bytes);
+  pruned.undelivered = DropOldest("TRUE", limits.bytes);
   file_->Prepare("INSERT INTO counts(name, number) VALUES(?1, ?2) ON CONFLICT(name) DO UPDATE SET number = number + ?2")
       .Bind(1, kDropped)
       .Bind(2, pruned.undelivered)

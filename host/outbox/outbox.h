@@ -109,6 +109,9 @@ class Outbox {
   void KeepOne(const HandOver& hand_over);
   Standing Replace(const HandOver& hand_over);
   std::int64_t UsedBytes() const;
+  // Deletes the oldest hand-overs of those that `which` (SQL) names until no more than so many bytes are used; how
+  // many.
+  std::int64_t DropOldest(const std::string& which, std::int64_t bytes);
 
   std::filesystem::path folder_;
   std::optional<std::filesystem::path> set_aside_;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include "host/failure.h"
+#include "support/file_calls.h"
+#include "support/sample_store_fixture.h"
 #include "support/seed_database.h"
 #include "support/temporary_folder.h"
 #include "tests/host/program_run.h"
@@ -11,6 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::SizeIs;
+using zt::tests::SampleStore;
 
 constexpr char kRows[] = "SELECT (SELECT COUNT(*) FROM ThermalData) + (SELECT COUNT(*) FROM NetworkData)";
 
@@ -60,6 +63,17 @@ TEST_F(LookTest, TellsThatADatabaseCannotBeReadAndShowsTheRest) {
   EXPECT_EQ(looked.exit_code, kExitFailed);
   EXPECT_THAT(looked.err,
               AllOf(HasSubstr("the stored samples cannot be read"), HasSubstr("ssm.db"), HasSubstr("not a database")));
+  EXPECT_THAT(JsonLinesOf(looked.out), SizeIs(2));
+}
+
+TEST_F(LookTest, TellsThatSomebodyHoldsTheDatabaseAndShowsTheRest) {
+  SampleStore writer(ToText(file_));
+  writer.Execute("BEGIN EXCLUSIVE");
+  const zt::tests::FileCalls no_waits([](const zt::tests::FileCall&) { return SQLITE_OK; });
+  const ProgramRun looked = Run({"look"});
+  EXPECT_EQ(looked.exit_code, kExitFailed);
+  EXPECT_THAT(looked.err, AllOf(HasSubstr("the stored samples cannot be read, and stay for another time"),
+                                HasSubstr("ssm.db"), HasSubstr("database is locked")));
   EXPECT_THAT(JsonLinesOf(looked.out), SizeIs(2));
 }
 

@@ -8,6 +8,7 @@
 
 #include "host/failure.h"
 #include "host/outbox/kept_record.h"
+#include "performance_samples_upload.pb.h"
 #include "support/sample_store_fixture.h"
 #include "support/temporary_folder.h"
 #include "tests/host/program_run.h"
@@ -37,7 +38,7 @@ class TakingTest : public testing::Test {
   }
 
   std::string Left() { return store_.Value("SELECT count(*) FROM ThermalData"); }
-  Outbox Kept() const { return Outbox::Existing(*command_.outbox); }
+  Outbox Records() const { return Outbox::Existing(*command_.outbox); }
 
   zt::tests::TemporaryFolder folder_;
   const fs::path file_ = folder_.Path() / "ssm.db";
@@ -53,8 +54,18 @@ TEST_F(TakingTest, DeletesTheSamplesWhoseRecordsAreKept) {
   EXPECT_EQ(Left(), "2");
   EXPECT_TRUE(taking.Take());
   EXPECT_EQ(Left(), "0");
-  EXPECT_EQ(Kept().Figures().current, 1);
-  EXPECT_THAT(Kept().Taken(), IsEmpty());
+  EXPECT_EQ(Records().Figures().current, 1);
+  EXPECT_THAT(Records().Taken(), IsEmpty());
+}
+
+TEST_F(TakingTest, AnHourWhoseRowsTheCollectionCouldNotDeleteIsTakenWithItsRecord) {
+  contract::upload::log::PcLogPerformanceSamplesAsCDM hour;
+  hour.set_collection_id("2026-03-07T12H_ZT12345678-TH");
+  store_.AddThermal("2026-03-07T13:00:30.000Z");
+  Taking taking(command_, file_, err_);
+  taking.KeepInOutbox({Kept(kSendKind, hour)}, out_);
+  EXPECT_TRUE(taking.Take());
+  EXPECT_EQ(store_.Value("SELECT group_concat(date_time) FROM ThermalData"), "2026-03-07T13:00:30.000Z");
 }
 
 TEST_F(TakingTest, AProgramThatEndedBeforeTheRecordsWereKeptHasTakenNothing) {
@@ -75,7 +86,7 @@ TEST_F(TakingTest, AProgramThatEndedBeforeItDeletedIsFinishedByTheNext) {
   const Taking next(command_, file_, err_);
   EXPECT_EQ(Left(), "0");
   EXPECT_EQ(SampleStore(ToText(next.Folder() / "ssm.db")).Value("SELECT count(*) FROM ThermalData"), "0");
-  EXPECT_THAT(Kept().Taken(), IsEmpty());
+  EXPECT_THAT(Records().Taken(), IsEmpty());
 }
 
 TEST_F(TakingTest, WhatCannotBeDeletedYetIsInNoSecondRecord) {
@@ -89,7 +100,7 @@ TEST_F(TakingTest, WhatCannotBeDeletedYetIsInNoSecondRecord) {
   EXPECT_THAT(err_.str(), AllOf(HasSubstr("cannot be deleted"), HasSubstr("the next collection does it")));
   const Taking next(command_, file_, err_);
   EXPECT_EQ(SampleStore(ToText(next.Folder() / "ssm.db")).Value("SELECT count(*) FROM ThermalData"), "0");
-  EXPECT_THAT(Kept().Taken(), SizeIs(1));
+  EXPECT_THAT(Records().Taken(), SizeIs(1));
   store_.Execute("COMMIT");
 }
 
@@ -156,7 +167,7 @@ TEST_F(TakingTest, AnHourOfTheVerySamplesReplacesTheOneThatWasNotDelivered) {
   store_.Execute("ATTACH '" + ToText(folder_.Path() / "saved.db") + "' AS saved");
   store_.Execute("INSERT INTO ThermalData SELECT * FROM saved.ThermalData");  // as from a backup
   EXPECT_EQ(RunProgram(collect).exit_code, kExitDone);
-  EXPECT_EQ(Kept().Figures().replaced, 1);
+  EXPECT_EQ(Records().Figures().replaced, 1);
 }
 
 }  // namespace

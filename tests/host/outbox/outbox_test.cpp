@@ -6,6 +6,7 @@
 #include "host/failure.h"
 #include "host/outbox/kept_record.h"
 #include "performance_samples_upload.pb.h"
+#include "support/file_calls.h"
 #include "support/temporary_folder.h"
 #include "tests/host/program_run.h"
 
@@ -122,6 +123,28 @@ TEST_F(OutboxTest, ADamagedFileIsSetAsideAsItIsAndANewOneBegun) {
   EXPECT_EQ(outbox.Figures().current, 1);
 }
 
+// A drive that does not answer for once looks like a damaged file.
+TEST_F(OutboxTest, WhatCannotBeReadForOnceIsNotDamaged) {
+  const fs::path folder = folder_.Path() / "sound";
+  Outbox(folder).Keep({Hour("A-TH")}, std::nullopt);
+  int reads = 0;
+  for (int failing = 0; failing <= reads; ++failing) {
+    SCOPED_TRACE("read " + std::to_string(failing));
+    int read = 0;
+    const zt::tests::FileCalls files([&](const zt::tests::FileCall& call) {
+      return call.kind == zt::tests::FileCallKind::kRead && ++read == failing ? SQLITE_IOERR_READ : SQLITE_OK;
+    });
+    try {
+      EXPECT_EQ(Outbox(folder).SetAside(), std::nullopt);
+    } catch (const DatabaseError& failure) {
+      EXPECT_EQ(failure.Code(), SQLITE_IOERR) << failure.what();
+    }
+    if (failing == 0) reads = read;
+  }
+  EXPECT_GT(reads, 5);
+  EXPECT_EQ(Outbox(folder).Figures().current, 1);
+}
+
 TEST_F(OutboxTest, ALayoutOfANewerVersionIsRefusedAndLeftAlone) {
   const fs::path folder = folder_.Path() / "newer";
   Outbox{folder};
@@ -134,10 +157,17 @@ TEST_F(OutboxTest, PruningToASizeTakesWhatWasDeliveredFirst) {
   for (int i = 0; i < 10; ++i)
     outbox_.Keep({{kSendKind, kTextMessage, "", "", std::string(100'000, 'x')}}, std::nullopt);
   outbox_.CountDeliveries({8, 9, 10});
-  const Pruned pruned = outbox_.Prune({750'000, std::chrono::days(90)});
+  const Pruned pruned = outbox_.Prune({outbox_.Figures().bytes - 250'000, std::chrono::days(90)});
   EXPECT_EQ(pruned.delivered, 3);
   EXPECT_EQ(pruned.undelivered, 0);
   EXPECT_EQ(Listed().size(), 7U);
+}
+
+TEST_F(OutboxTest, NoMoreIsDroppedThanTheSizeAsksFor) {
+  for (int i = 0; i < 10; ++i)
+    outbox_.Keep({{kSendKind, kTextMessage, "", "", std::string(100'000, 'x')}}, std::nullopt);
+  EXPECT_EQ(outbox_.Prune({outbox_.Figures().bytes - 250'000, std::chrono::days(90)}).undelivered, 3);
+  EXPECT_EQ(Listed().front().id, 4);
 }
 
 TEST_F(OutboxTest, WhatWasNotDeliveredIsDroppedForTheSizeAloneAndCounted) {
