@@ -12,6 +12,7 @@ stands twice. With `--log` the database keeps a write-ahead log. The exit code i
 
 import argparse
 import collections
+import contextlib
 import os
 import pathlib
 import random
@@ -51,7 +52,8 @@ class Writer(threading.Thread):
 def kill(process: subprocess.Popen):
     """Ends a program and what runs it at once, as a power cut does."""
     if os.name == "posix":
-        os.killpg(process.pid, signal.SIGKILL)
+        with contextlib.suppress(ProcessLookupError):  # it has ended
+            os.killpg(process.pid, signal.SIGKILL)
     else:
         process.kill()
     process.wait()
