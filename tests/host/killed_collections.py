@@ -81,11 +81,12 @@ def main() -> int:
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as name:
         host = Collections(options.program, pathlib.Path(name), options.log)
+        writer = Writer(host.database, options.seed)
+        writer.start()
+        host.collect().check_returncode()  # the outbox is there
         started = time.monotonic()
         host.collect().check_returncode()
         longest = 1.3 * (time.monotonic() - started)  # somewhat more than an undisturbed one takes
-        writer = Writer(host.database, options.seed)
-        writer.start()
         ended = kill_at_random(host.command, options.kills, longest, random.Random(options.seed))
         writer.stopped.set()
         writer.join()
