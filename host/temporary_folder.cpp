@@ -1,18 +1,24 @@
 #include "host/temporary_folder.h"
 
+#include <chrono>
 #include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
 #include <system_error>
+
+#include "host/files.h"
 
 namespace zt::telemetry::host {
 namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view kNameStart = "zt-telemetry-host.";
+
 std::string RandomName() {
   std::random_device random;
-  return "zt-telemetry-host." + std::to_string(random()) + "." + std::to_string(random());
+  return std::string(kNameStart) + std::to_string(random()) + "." + std::to_string(random());
 }
 
 // A folder of that name that is there already is somebody else's.
@@ -23,6 +29,17 @@ fs::path MakeNew(const fs::path& parent) {
 }
 
 }  // namespace
+
+void RemoveOldTemporaryFolders(const fs::path& parent) {
+  const fs::file_time_type oldest = fs::file_time_type::clock::now() - std::chrono::days(1);
+  std::error_code error;
+  for (fs::directory_iterator entry(parent, error), end; !error && entry != end; entry.increment(error)) {
+    std::error_code stays;
+    const bool is_ours = ToText(entry->path().filename()).starts_with(kNameStart) &&
+                         entry->symlink_status(stays).type() == fs::file_type::directory;
+    if (is_ours && entry->last_write_time(stays) < oldest && !stays) fs::remove_all(entry->path(), stays);
+  }
+}
 
 TemporaryFolder::TemporaryFolder(const fs::path& parent) : path_(MakeNew(parent)) {
   std::error_code ignored;  // where a file system has no rights, the parent's hold

@@ -237,7 +237,8 @@ std::int64_t Outbox::UsedBytes() const {
 }
 
 Pruned Outbox::Prune(const OutboxLimits& limits) {
-  constexpr int kAtOnce = 100;
+  constexpr int kDeliveredAtOnce = 100;
+  constexpr int kUndeliveredAtOnce = 1;  // what goes is lost: not one more than there have to
   Pruned pruned;
   Transaction transaction(*file_);
   const std::int64_t oldest = (Now() - limits.age).time_since_epoch().count();
@@ -245,19 +246,19 @@ Pruned Outbox::Prune(const OutboxLimits& limits) {
       .Bind(1, oldest)
       .Run();
   pruned.delivered = file_->Changes();
-  const auto delete_oldest = [&](const char* which) {
+  const auto delete_oldest = [&](const char* which, int at_once) {
     file_
         ->Prepare(std::string("DELETE FROM hand_overs WHERE id IN (SELECT id FROM hand_overs WHERE ") + which +
                   " ORDER BY id LIMIT ?)")
-        .Bind(1, kAtOnce)
+        .Bind(1, at_once)
         .Run();
     return file_->Changes();
   };
   for (std::int64_t deleted = 1; deleted > 0 && UsedBytes() > limits.bytes; pruned.delivered += deleted) {
-    deleted = delete_oldest("deliveries > 0 OR standing <> 0");
+    deleted = delete_oldest("deliveries > 0 OR standing <> 0", kDeliveredAtOnce);
   }
   for (std::int64_t deleted = 1; deleted > 0 && UsedBytes() > limits.bytes; pruned.undelivered += deleted) {
-    deleted = delete_oldest("TRUE");
+    deleted = delete_oldest("TRUE", kUndeliveredAtOnce);
   }
   file_->Prepare("INSERT INTO counts(name, number) VALUES(?1, ?2) ON CONFLICT(name) DO UPDATE SET number = number + ?2")
       .Bind(1, kDropped)

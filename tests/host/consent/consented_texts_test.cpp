@@ -24,10 +24,9 @@ TEST(ConsentedTextsTest, AMessageThatNobodyKnowsIsHeldBackWhole) {
 }
 
 TEST(ConsentedTextsTest, TheCollectorsOwnWordsAndStatusesStay) {
-  for (const char* message :
-       {"IPV4 statistics not found", "Failed to initialize COM.-2147221164",
-        "Processes are left out: querying Win32_Process failed with status -2147217407",
-        "Started zt::telemetry::collector::performancesamples::PerformanceSamples::ReadSource"}) {
+  for (const char* message : {"IPV4 statistics not found", "Failed to initialize COM.-2147221164",
+                              "Processes are left out: querying Win32_Process failed with status -2147217407",
+                              "Started zt::telemetry::collector::performancesamples::PerformanceSamples::ReadSource"}) {
     EXPECT_EQ(ConsentedMessage(HoldingBack(), message), message);
   }
 }

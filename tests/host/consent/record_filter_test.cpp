@@ -23,9 +23,9 @@ using testing::Contains;
 using testing::IsEmpty;
 
 const std::vector<const Descriptor*>& Records() {
-  static const std::vector<const Descriptor*> records = {PcLogPerformanceSamplesAsCDM::descriptor(),
-                                                         AmdPmfSamples::descriptor(), ThermalZTBiosSamples::descriptor(),
-                                                         EnergyEMISamples::descriptor()};
+  static const std::vector<const Descriptor*> records = {
+      PcLogPerformanceSamplesAsCDM::descriptor(), AmdPmfSamples::descriptor(), ThermalZTBiosSamples::descriptor(),
+      EnergyEMISamples::descriptor()};
   return records;
 }
 
@@ -197,13 +197,15 @@ TEST(RecordFilterTest, TheSerialNumberInTheIdentityIsTreatedAsSerialNumbersAre) 
   consent.identities.fill(Treatment::kHash);
   consent.key = NewKey();
   ApplyConsent(consent, hashed);
-  EXPECT_EQ(hashed.collection_id(),
-            KeyedHash(*consent.key, "SN42").substr(0, 10) + "_2026-03-07T11:20:42");
+  EXPECT_EQ(hashed.collection_id(), KeyedHash(*consent.key, "SN42").substr(0, 10) + "_2026-03-07T11:20:42");
 }
 
 TEST(RecordFilterTest, FieldsThatNobodyKnowsAreNotLetThrough) {
   PcLogPerformanceSamplesAsCDM record;
-  record.mutable_hw_info()->GetReflection()->MutableUnknownFields(record.mutable_hw_info())->AddLengthDelimited(4711, "who");
+  record.mutable_hw_info()
+      ->GetReflection()
+      ->MutableUnknownFields(record.mutable_hw_info())
+      ->AddLengthDelimited(4711, "who");
   EXPECT_TRUE(ApplyConsent(Dropping(), record));
   EXPECT_THAT(record.SerializeAsString(), testing::Not(testing::HasSubstr("who")));
 }
