@@ -50,7 +50,7 @@ std::filesystem::path ProgramFile() {
   }
 }
 
-// Beside the stored samples, where administrators alone may write.
+// Beside the stored samples.
 std::filesystem::path DefaultConfigurationFile() {
   wchar_t* found = nullptr;
   const HRESULT status = ::SHGetKnownFolderPath(FOLDERID_ProgramData, KF_FLAG_DEFAULT, nullptr, &found);
