@@ -32,7 +32,7 @@ std::string PathOr(const std::optional<std::filesystem::path>& path, const char*
   return path.has_value() ? PathText(*path) : none;
 }
 
-Rows RowsOf(const Configuration& configuration) {
+Rows SettingRows(const Configuration& configuration) {
   Rows rows;
   const auto add = [&rows](const std::string& name, const std::string& value, const Origin& origin) {
     rows.push_back({{name}, {Printable(value)}, {OriginText(origin)}});
@@ -57,19 +57,19 @@ Rows RowsOf(const Configuration& configuration) {
   return rows;
 }
 
-void Check(const ToldSettings& told, std::ostream& out) {
+void CheckFile(const ToldSettings& told, std::ostream& out) {
   const Configuration configuration = Configure(told);
   out << PathText(configuration.file)
       << (configuration.file_is_there ? ": nothing is wrong" : ": there is no such file; the defaults hold")
       << std::endl;
 }
 
-void Show(const ToldSettings& told, std::ostream& out) {
+void ShowSettings(const ToldSettings& told, std::ostream& out) {
   constexpr std::size_t kNoIndent = 0;
   constexpr std::size_t kAnyWidth = std::numeric_limits<std::size_t>::max();
   const Configuration configuration = Configure(told);
   out << "file: " << PathText(configuration.file) << (configuration.file_is_there ? "" : " (there is none)") << "\n\n"
-      << TableText({"setting", "value", "from"}, RowsOf(configuration), kNoIndent, kAnyWidth) << std::flush;
+      << TableText({"setting", "value", "from"}, SettingRows(configuration), kNoIndent, kAnyWidth) << std::flush;
 }
 
 }  // namespace
@@ -78,10 +78,10 @@ int ShowConfiguration(const ConfigCommand& command, std::ostream& out) {
   using Action = ConfigCommand::Action;
   switch (command.action) {
     case Action::kCheck:
-      Check(command.told, out);
+      CheckFile(command.told, out);
       break;
     case Action::kShow:
-      Show(command.told, out);
+      ShowSettings(command.told, out);
       break;
     case Action::kNewKey:
       out << KeyText(NewKey()) << std::endl;

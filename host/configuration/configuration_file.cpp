@@ -16,45 +16,45 @@ namespace zt::telemetry::host {
 namespace {
 
 namespace fs = std::filesystem;
-using Reader = std::function<void(const TomlValue&)>;
+using SettingReader = std::function<void(const TomlValue&)>;
 
 template <typename T, typename Value>
-void Set(Setting<T>& setting, const TomlValue& from, Value&& value) {
+void SetFromFile(Setting<T>& setting, const TomlValue& from, Value&& value) {
   setting = {std::forward<Value>(value), {Origin::Kind::kFile, from.Line()}};
 }
 
-Reader PathReader(const fs::path& file, Setting<std::optional<fs::path>>& setting) {
+SettingReader PathReader(const fs::path& file, Setting<std::optional<fs::path>>& setting) {
   return [&file, &setting](const TomlValue& value) {
     const auto* const text = value.Node().as_string();
     if (text == nullptr || text->get().empty()) return value.Expected("a path as a text");
-    Set(setting, value, (fs::absolute(file).parent_path() / PathFromText(text->get())).lexically_normal());
+    SetFromFile(setting, value, (fs::absolute(file).parent_path() / PathFromText(text->get())).lexically_normal());
   };
 }
 
-Reader NumberReader(std::int64_t least, std::int64_t greatest, Setting<std::int64_t>& setting) {
+SettingReader NumberReader(std::int64_t least, std::int64_t greatest, Setting<std::int64_t>& setting) {
   return [=, &setting](const TomlValue& value) {
     const auto* const number = value.Node().as_integer();
     if (number == nullptr || number->get() < least || number->get() > greatest) {
       return value.Expected("a whole number from " + std::to_string(least) + " to " + std::to_string(greatest));
     }
-    Set(setting, value, number->get());
+    SetFromFile(setting, value, number->get());
   };
 }
 
-Reader FlagReader(Setting<bool>& setting) {
+SettingReader FlagReader(Setting<bool>& setting) {
   return [&setting](const TomlValue& value) {
     const auto* const flag = value.Node().as_boolean();
     if (flag == nullptr) return value.Expected("true or false");
-    Set(setting, value, flag->get());
+    SetFromFile(setting, value, flag->get());
   };
 }
 
 template <typename T, typename S>
-Reader ChoiceReader(const Choices<T>& choices, Setting<S>& setting) {
+SettingReader ChoiceReader(const Choices<T>& choices, Setting<S>& setting) {
   return [&choices, &setting](const TomlValue& value) {
     const auto* const text = value.Node().as_string();
     const T* const choice = text != nullptr ? Find(choices, text->get()) : nullptr;
-    if (choice != nullptr) return Set(setting, value, *choice);
+    if (choice != nullptr) return SetFromFile(setting, value, *choice);
     std::string names;
     for (const auto& known : choices) names.append(names.empty() ? "\"" : ", \"").append(known.first).append("\"");
     value.Expected("one of " + names);
@@ -62,21 +62,21 @@ Reader ChoiceReader(const Choices<T>& choices, Setting<S>& setting) {
 }
 
 // What stands in the place of a key is told to nobody.
-Reader KeyReader(Setting<std::optional<HashKey>>& setting) {
+SettingReader KeyReader(Setting<std::optional<HashKey>>& setting) {
   return [&setting](const TomlValue& value) {
     const std::string expected = "expected " + std::to_string(kKeyDigits) +
                                  " hexadecimal digits as a text, as `config new-key` prints them, but ";
     const auto* const text = value.Node().as_string();
     if (text == nullptr) return value.Wrong(expected + "this is no text");
     const std::optional<HashKey> key = KeyFromText(text->get());
-    if (key.has_value()) return Set(setting, value, key);
+    if (key.has_value()) return SetFromFile(setting, value, key);
     value.Wrong(expected + (text->get().size() == kKeyDigits
                                 ? "some of these characters are none"
                                 : "got " + std::to_string(text->get().size()) + " characters"));
   };
 }
 
-Reader TableReader(TomlReaders readers, std::vector<ConfigurationProblem>& problems) {
+SettingReader TableReader(TomlReaders readers, std::vector<ConfigurationProblem>& problems) {
   return [readers = std::move(readers), &problems](const TomlValue& value) {
     const toml::table* const table = value.Node().as_table();
     if (table == nullptr) return value.Expected("a table, [" + value.Key() + "]");
@@ -123,7 +123,7 @@ void RequireKey(const Configuration& configuration, std::vector<ConfigurationPro
   }
 }
 
-std::string Text(const fs::path& file) {
+std::string FileText(const fs::path& file) {
   constexpr std::uintmax_t kLargest = 1024 * 1024;
   const auto cannot = [&](const std::string& reason) { return WrongUsage(PathText(file) + ": " + reason); };
   std::error_code error;
@@ -159,7 +159,7 @@ std::vector<ConfigurationProblem> ReadSettings(std::string_view text, Configurat
 }
 
 std::vector<ConfigurationProblem> ReadConfigurationFile(Configuration& configuration) {
-  return ReadSettings(Text(configuration.file), configuration);
+  return ReadSettings(FileText(configuration.file), configuration);
 }
 
 }  // namespace zt::telemetry::host

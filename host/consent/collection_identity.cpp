@@ -7,7 +7,7 @@
 namespace zt::telemetry::host {
 namespace {
 
-constexpr std::size_t kLongest = 30;
+constexpr std::size_t kLongestIdentity = 30;
 constexpr std::string_view kHourForm = "0000-00-00T00H_";
 
 bool StartsWithHour(std::string_view identity) {
@@ -35,7 +35,7 @@ CollectionIdentity ReadHourly(const std::string& identity) {
 }  // namespace
 
 std::string CollectionIdentity::With(const std::string& other) const {
-  return (hour + other + ending).substr(0, kLongest);
+  return (hour + other + ending).substr(0, kLongestIdentity);
 }
 
 CollectionIdentity ReadCollectionIdentity(const std::string& identity, const std::string& local_time) {

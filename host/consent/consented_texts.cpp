@@ -37,8 +37,8 @@ constexpr std::array kKnownWords = std::to_array<KnownWords>({
 
 // Of a status: more digits would be something else.
 bool IsStatus(std::string_view text) {
-  constexpr std::size_t kLongest = sizeof "-2147483648" - 1;
-  return !text.empty() && text.size() <= kLongest &&
+  constexpr std::size_t kLongestStatus = sizeof "-2147483648" - 1;
+  return !text.empty() && text.size() <= kLongestStatus &&
          text.find_first_not_of("0123456789", text.front() == '-' ? 1 : 0) == std::string_view::npos;
 }
 

@@ -17,8 +17,8 @@ using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
 using Act = std::function<void(Message& parent, const FieldDescriptor& field)>;
 
-constexpr char kCollectionId[] = "collection_id";
-constexpr char kLocalTime[] = "local_time";
+constexpr char kIdentityField[] = "collection_id";
+constexpr char kTimeField[] = "local_time";
 
 // Acts on the field at `path` in each message that holds it.
 void ForEachAt(Message& message, std::string_view path, const Act& act) {
@@ -47,7 +47,7 @@ bool IsHeading(const FieldDescriptor& field) {
   return field.options().GetExtension(contract::shown).heading() != contract::NO_HEADING;
 }
 
-bool HoldsFigures(const Message& record) {
+bool HoldsMoreThanHeadings(const Message& record) {
   return std::ranges::any_of(SetFields(record), [](const FieldDescriptor* field) { return !IsHeading(*field); });
 }
 
@@ -99,11 +99,11 @@ void TreatIdentities(const Consent& consent, Message& record) {
 
 void TreatCollectionIdentity(const Consent& consent, Message& record) {
   const Treatment treatment = consent.Of(Identity::kSerialNumbers);
-  const std::string text = TextOfField(record, kCollectionId);
+  const std::string text = TextOfField(record, kIdentityField);
   if (treatment == Treatment::kKeep || text.empty()) return;
-  const CollectionIdentity identity = ReadCollectionIdentity(text, TextOfField(record, kLocalTime));
+  const CollectionIdentity identity = ReadCollectionIdentity(text, TextOfField(record, kTimeField));
   const std::string treated = Treated(consent, treatment, identity.serial_number).substr(0, kSerialNumberRoom);
-  SetText(record, *record.GetDescriptor()->FindFieldByName(kCollectionId), identity.With(treated));
+  SetText(record, *record.GetDescriptor()->FindFieldByName(kIdentityField), identity.With(treated));
 }
 
 }  // namespace
@@ -114,7 +114,7 @@ bool ApplyConsent(const Consent& consent, Message& record) {
   record.DiscardUnknownFields();
   TreatCollectionIdentity(consent, record);
   TreatIdentities(consent, record);
-  return !TakeSectionsOut(consent, record) || HoldsFigures(record);
+  return !TakeSectionsOut(consent, record) || HoldsMoreThanHeadings(record);
 }
 
 std::string Treated(const Consent& consent, Treatment treatment, const std::string& value) {
