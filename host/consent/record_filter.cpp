@@ -60,6 +60,38 @@ void ClearEmptyParts(Message& record) {
   }
 }
 
+// Whether a section is, or lies in, the field at `path`.
+bool HoldsSection(std::string_view record, std::string_view path) {
+  return std::ranges::any_of(SectionPlaces(), [&](const SectionPlace& section) {
+    const std::string_view place = section.place.path;
+    return section.place.record == record && place.starts_with(path) &&
+           (place.size() == path.size() || place[path.size()] == '.');
+  });
+}
+
+bool IsSectionPlace(std::string_view record, std::string_view path) {
+  return std::ranges::any_of(SectionPlaces(), [&](const SectionPlace& section) {
+    return section.place.record == record && section.place.path == path;
+  });
+}
+
+// What is of no section cannot be switched off: nobody has agreed to it. False when nothing of the kind was there.
+bool TakeStrangersOut(std::string_view record, const std::string& prefix, Message& part) {
+  bool any = false;
+  const auto& reflection = *part.GetReflection();
+  for (const FieldDescriptor* const field : SetFields(part)) {
+    const std::string path = prefix + field->name();
+    if (IsHeading(*field) || IsSectionPlace(record, path)) continue;
+    if (HoldsSection(record, path)) {
+      any = TakeStrangersOut(record, path + ".", *reflection.MutableMessage(&part, field)) || any;
+      continue;
+    }
+    reflection.ClearField(&part, field);
+    any = true;
+  }
+  return any;
+}
+
 // False when nothing was there to be taken out.
 bool TakeSectionsOut(const Consent& consent, Message& record) {
   bool any = false;
@@ -72,6 +104,7 @@ bool TakeSectionsOut(const Consent& consent, Message& record) {
       reflection.ClearField(&parent, &field);
     });
   }
+  any = TakeStrangersOut(record.GetTypeName(), "", record) || any;
   if (any) ClearEmptyParts(record);
   return any;
 }

@@ -6,7 +6,8 @@
 
 namespace zt::telemetry::host {
 
-/// Takes out of `record` what `consent` does not include, and drops or hashes what identifies. False when nothing of it
+/// Takes out of `record` what `consent` does not include, with it what belongs to no section, and drops or hashes what
+/// identifies. False when nothing of it
 /// may be told: it held nothing but what was taken out, or nobody knows what is in records of its type.
 bool ApplyConsent(const Consent& consent, google::protobuf::Message& record);
 

@@ -27,7 +27,8 @@ struct IdentityPlace {
   FieldPlace place;
 };
 
-/// All fields of the contract that belong to sections: what is in no section is a record's heading.
+/// All fields of the contract that belong to sections. What else is no heading of its record cannot be switched off,
+/// and is held back where anything is.
 std::span<const SectionPlace> SectionPlaces();
 
 /// All texts of the contract that identify, but for the collection's identity, which holds the serial number beside
