@@ -1,7 +1,9 @@
 #include "host/temporary_folder.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -28,6 +30,16 @@ fs::path MakeNew(const fs::path& parent) {
   return folder;
 }
 
+// When a file in it was written last, of an empty folder when it was made.
+fs::file_time_type LastWritten(const fs::path& folder, std::error_code& error) {
+  std::optional<fs::file_time_type> last;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    const fs::file_time_type written = entry->last_write_time(error);
+    last = std::max(last.value_or(written), written);
+  }
+  return last.has_value() || error ? last.value_or(fs::file_time_type::max()) : fs::last_write_time(folder, error);
+}
+
 }  // namespace
 
 void RemoveOldTemporaryFolders(const fs::path& parent) {
@@ -37,7 +49,7 @@ void RemoveOldTemporaryFolders(const fs::path& parent) {
     std::error_code stays;
     const bool is_ours = ToText(entry->path().filename()).starts_with(kNameStart) &&
                          entry->symlink_status(stays).type() == fs::file_type::directory;
-    if (is_ours && entry->last_write_time(stays) < oldest && !stays) fs::remove_all(entry->path(), stays);
+    if (is_ours && LastWritten(entry->path(), stays) < oldest && !stays) fs::remove_all(entry->path(), stays);
   }
 }
 

@@ -308,7 +308,7 @@ TEST_F(HeldBackTest, CopiesOfSamplesThatAKilledProgramHasLeftAreRemovedADayLater
     fs::create_directory(folder);
     WriteFile(folder / "first.db", "samples");
   }
-  fs::last_write_time(old, fs::file_time_type::clock::now() - std::chrono::hours(25));
+  fs::last_write_time(old / "first.db", fs::file_time_type::clock::now() - std::chrono::hours(25));
   Configure("");
   Looked();
   EXPECT_FALSE(fs::exists(old));
