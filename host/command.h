@@ -10,10 +10,20 @@
 #include <variant>
 #include <vector>
 
+#include "host/configuration/configuration.h"
+#include "host/outbox/outbox_limits.h"
+
 namespace zt::telemetry::host {
 
 /// How results are written: for people, or one JSON object a line.
 enum class OutputFormat { kText, kJson };
+
+/// What most commands have in common: what their command line says of it, and what the configuration gives.
+struct CommonSettings {
+  ToldSettings told;
+  std::optional<std::filesystem::path> log_file;  // absent: standard error
+  Consent consent;
+};
 
 /// `collect` and `look`: run the collector once for each event type.
 struct CollectCommand {
@@ -25,8 +35,11 @@ struct CollectCommand {
   std::optional<std::filesystem::path> plugin;
   plog::Severity log_level = plog::warning;
   OutputFormat format = OutputFormat::kText;
+  bool format_told = false;
   std::optional<std::filesystem::path> output;
   std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
+  OutboxLimits limits;
 };
 
 /// `outbox`: shows or thins out what collections have kept.
@@ -43,8 +56,8 @@ struct OutboxCommand {
   Form form = Form::kJson;
   std::string message;
   std::optional<std::filesystem::path> output;
-  std::int64_t max_bytes = std::int64_t{256} * 1024 * 1024;
-  std::int64_t max_days = 90;
+  OutboxLimits limits;
+  CommonSettings settings;
 };
 
 /// `seed`: writes stored samples.
@@ -63,6 +76,7 @@ struct DoctorCommand {
   plog::Severity log_level = plog::none;
   OutputFormat format = OutputFormat::kText;
   std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
 };
 
 /// `network`: shows the machine's network.
@@ -71,6 +85,15 @@ struct NetworkCommand {
   plog::Severity log_level = plog::warning;
   OutputFormat format = OutputFormat::kText;
   std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
+};
+
+/// `config`: looks at the configuration, or makes a key for it.
+struct ConfigCommand {
+  enum class Action { kCheck, kShow, kNewKey };
+
+  Action action = Action::kCheck;
+  ToldSettings told;
 };
 
 /// `machines`: lists the shipped machines.
@@ -81,7 +104,7 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, MachinesCommand,
-                             ShowTextCommand>;
+using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, ConfigCommand,
+                             MachinesCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

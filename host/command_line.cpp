@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/configuration/setting_values.h"
 #include "host/failure.h"
 #include "host/option_values.h"
 #include "host/program_environment.h"
@@ -25,8 +26,9 @@ constexpr char kOutbox[] = "outbox";
 constexpr char kDoctor[] = "doctor";
 constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
+constexpr char kConfig[] = "config";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kMachines};
+constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kConfig, kMachines};
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
@@ -74,17 +76,18 @@ constexpr char kSeedNotes[] =
     "--until; they fill exactly N hour windows when it is on the hour, else N + 1, the outer two partly.\n"
     "The same numbers give the same samples.";
 
+constexpr char kConfigNotes[] =
+    "The configuration is one TOML file: of settings that stand nowhere else the defaults hold, over them the file, "
+    "over\n"
+    "that the command line.";
+
 constexpr std::int32_t kDefaultEvent = 50;
 constexpr std::uint32_t kMaxHours = 87'600;  // ten years
 constexpr std::uint32_t kMaxInterfaces = 10'000;
 constexpr std::uint32_t kDefaultInterfaces = 3;
 constexpr std::uint64_t kDefaultRandomSeed = 1;
-constexpr std::int64_t kMaxDays = 36'500;  // a hundred years
 constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
-const Choices<plog::Severity> kLogLevels = {{"none", plog::none},       {"fatal", plog::fatal}, {"error", plog::error},
-                                            {"warning", plog::warning}, {"info", plog::info},   {"debug", plog::debug},
-                                            {"verbose", plog::verbose}};
 const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}};
 
 const Choices<OutboxCommand::Form> kForms = {{"json", OutboxCommand::Form::kJson},
@@ -106,22 +109,33 @@ void AddMachine(CLI::App& app, std::optional<std::string>& machine) {
       ->type_name("NAME|FILE");
 }
 
-void AddFormat(CLI::App& app, OutputFormat& format) {
-  app.add_option_function<std::string>(
-         "--format", [&format](const std::string& text) { format = *Find(kFormats, text); },
-         "text: tables for people; json: one object a line for programs")
-      ->check(OneOf(kFormats))
-      ->type_name("json|text")
-      ->default_str("text");
+CLI::Option& AddFormat(CLI::App& app, OutputFormat& format) {
+  return *app.add_option_function<std::string>(
+                 "--format", [&format](const std::string& text) { format = *Find(kFormats, text); },
+                 "text: tables for people; json: one object a line for programs")
+              ->check(OneOf(kFormats))
+              ->type_name("json|text")
+              ->default_str("text");
 }
 
-void AddLogLevel(CLI::App& app, plog::Severity& level, const std::string& unless_told) {
+void AddConfiguration(CLI::App& app, ToldSettings& told) {
+  AddPath(app, "--config", told.file, "FILE", "Configuration, by default\n" + PathText(DefaultConfigurationFile()));
+}
+
+void AddLog(CLI::App& app, ToldSettings& told, const std::string& unless_told) {
   app.add_option_function<std::string>(
-         "--log-level", [&level](const std::string& text) { level = *Find(kLogLevels, text); },
+         "--log-level", [&told](const std::string& text) { told.log_level = *Find(kLogLevels, text); },
          "Least severe log lines to show: none, fatal, error, warning, info,\ndebug, verbose")
       ->check(OneOf(kLogLevels))
       ->type_name("LEVEL")
       ->default_str(unless_told);
+  AddPath(app, "--log-file", told.log_file, "FILE", "Add the log lines to this file instead of showing them");
+}
+
+// What a command has in common with most others.
+void AddSettings(CLI::App& app, CommonSettings& settings, const std::string& unless_told) {
+  AddLog(app, settings.told, unless_told);
+  AddConfiguration(app, settings.told);
 }
 
 void AddDatabaseFolder(CLI::App& app, std::optional<std::filesystem::path>& folder) {
@@ -144,8 +158,8 @@ void AddCycle(CLI::App& app, CollectCommand& command) {
   AddDatabaseFolder(app, command.database_dir);
   AddMachine(app, command.machine);
   AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
-  AddLogLevel(app, command.log_level, "warning");
-  AddFormat(app, command.format);
+  AddSettings(app, command.settings, "warning");
+  AddFormat(app, command.format).each([&command](const std::string&) { command.format_told = true; });
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
   AddQueries(app, command.queries);
 }
@@ -156,12 +170,19 @@ void AddLook(CLI::App& program, CollectCommand& command) {
   app.footer(kLookNotes);
 }
 
-void AddOutboxFolder(CLI::App& app, std::filesystem::path& folder) {
-  app.add_option_function<std::string>(
-         "--outbox", [&folder](const std::string& text) { folder = PathFromText(text); }, "Folder of the outbox")
-      ->check(Name())
-      ->type_name("DIR")
-      ->required();
+void AddOutboxFolder(CLI::App& app, ToldSettings& told) {
+  AddPath(app, "--outbox", told.outbox_folder, "DIR", "Folder of the outbox, by default the configuration's");
+}
+
+void AddLimits(CLI::App& app, ToldSettings& told) {
+  app.add_option("--max-bytes", told.max_bytes, "Size of the records to keep")
+      ->transform(WholeNumber<std::int64_t>(0, std::numeric_limits<std::int64_t>::max()))
+      ->type_name("N")
+      ->default_str(std::to_string(Configuration().max_bytes.value));
+  app.add_option("--max-days", told.max_days, "Age up to which delivered ones are kept")
+      ->transform(WholeNumber<std::int64_t>(0, kMostDays))
+      ->type_name("N")
+      ->default_str(std::to_string(Configuration().max_days.value));
 }
 
 void AddCollect(CLI::App& program, CollectCommand& command) {
@@ -178,7 +199,8 @@ CLI::App& AddOutboxAction(CLI::App& outbox, const std::string& name, const std::
                           OutboxCommand& command, OutboxCommand::Action action) {
   CLI::App& app = *outbox.add_subcommand(name, description);
   app.footer("");
-  AddOutboxFolder(app, command.folder);
+  AddOutboxFolder(app, command.settings.told);
+  AddConfiguration(app, command.settings.told);
   app.callback([&command, action] { command.action = action; });
   return app;
 }
@@ -231,14 +253,7 @@ void AddOutbox(CLI::App& program, OutboxCommand& command) {
 
   CLI::App& prune = AddOutboxAction(outbox, "prune", "Deletes what is beyond the limits; what was delivered goes first",
                                     command, Action::kPrune);
-  prune.add_option("--max-bytes", command.max_bytes, "Size of the records to keep")
-      ->transform(WholeNumber<std::int64_t>(0, kMost))
-      ->type_name("N")
-      ->default_str(std::to_string(command.max_bytes));
-  prune.add_option("--max-days", command.max_days, "Age up to which delivered ones are kept")
-      ->transform(WholeNumber<std::int64_t>(0, kMaxDays))
-      ->type_name("N")
-      ->default_str(std::to_string(command.max_days));
+  AddLimits(prune, command.settings.told);
 
   AddOutboxAction(outbox, "status", "How much is kept, and of what standing", command, Action::kStatus);
 }
@@ -247,7 +262,7 @@ void AddDoctor(CLI::App& program, DoctorCommand& command) {
   CLI::App& app = *program.add_subcommand(kDoctor, "Tells which sources of figures are there, and which fail");
   AddMachine(app, command.machine);
   AddDatabaseFolder(app, command.database_dir);
-  AddLogLevel(app, command.log_level, "none");
+  AddSettings(app, command.settings, "none");
   AddFormat(app, command.format);
   AddQueries(app, command.queries);
   app.footer(kDoctorNotes);
@@ -256,7 +271,7 @@ void AddDoctor(CLI::App& program, DoctorCommand& command) {
 void AddNetwork(CLI::App& program, NetworkCommand& command) {
   CLI::App& app = *program.add_subcommand(kNetwork, "Shows the network of the machine as it is now");
   AddMachine(app, command.machine);
-  AddLogLevel(app, command.log_level, "warning");
+  AddSettings(app, command.settings, "warning");
   AddFormat(app, command.format);
   AddQueries(app, command.queries);
   app.footer(kNetworkNotes);
@@ -290,6 +305,26 @@ void AddSeed(CLI::App& program, SeedCommand& command) {
   app.footer(kSeedNotes);
 }
 
+void AddConfig(CLI::App& program, ConfigCommand& command) {
+  using Action = ConfigCommand::Action;
+  CLI::App& config = *program.add_subcommand(kConfig, "Checks and shows the configuration, or makes a key for it");
+  config.require_subcommand(1);
+  config.footer(kConfigNotes);
+  const auto add = [&](const char* name, const char* description, Action action) -> CLI::App& {
+    CLI::App& app = *config.add_subcommand(name, description);
+    app.footer("");
+    app.callback([&command, action] { command.action = action; });
+    return app;
+  };
+  AddConfiguration(add("check", "Tells all that is wrong in the configuration", Action::kCheck), command.told);
+  CLI::App& show = add("show", "What holds, and where it comes from; options as the commands take them", Action::kShow);
+  AddConfiguration(show, command.told);
+  AddOutboxFolder(show, command.told);
+  AddLimits(show, command.told);
+  AddLog(show, command.told, "each command's own");
+  add("new-key", "Prints a new key for hashes, as redact.key takes it", Action::kNewKey);
+}
+
 // Without a command: look. A first word that is no command is told here, since the library would miss a command.
 void CompleteCommand(std::vector<std::string>& arguments) {
   constexpr std::array kOfTheProgram = {"-h", "--help", "--version"};
@@ -299,7 +334,7 @@ void CompleteCommand(std::vector<std::string>& arguments) {
     arguments.insert(arguments.begin(), kLook);
   } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
     throw WrongUsage("there is no command \"" + first +
-                     "\"; expected look, collect, outbox, doctor, network, seed or machines\nSee " +
+                     "\"; expected look, collect, outbox, doctor, network, seed, config or machines\nSee " +
                      std::string(kProgram) + " --help");
   }
 }
@@ -334,6 +369,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   SeedCommand seed;
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
+  ConfigCommand config;
 
   CLI::App app(kDescription, kProgram);
   app.allow_windows_style_options(false);  // an argument that starts with a slash is a path
@@ -348,6 +384,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddDoctor(app, doctor);
   AddNetwork(app, network);
   AddSeed(app, seed);
+  AddConfig(app, config);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
 
   CompleteCommand(arguments);
@@ -359,12 +396,16 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   }
   for (CollectCommand* const cycle : {&look, &collect}) {
     if (cycle->events.empty()) cycle->events = {kDefaultEvent};
+    cycle->log_level = cycle->settings.told.log_level.value_or(cycle->log_level);
   }
+  doctor.log_level = doctor.settings.told.log_level.value_or(doctor.log_level);
+  network.log_level = network.settings.told.log_level.value_or(network.log_level);
   if (app.got_subcommand(kCollect)) return collect;
   if (app.got_subcommand(kOutbox)) return outbox;
   if (app.got_subcommand(kDoctor)) return doctor;
   if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
+  if (app.got_subcommand(kConfig)) return config;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
   return look;
 }

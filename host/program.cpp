@@ -6,6 +6,8 @@
 
 #include "host/collect/collect.h"
 #include "host/command_line.h"
+#include "host/configuration/config_command.h"
+#include "host/configuration/configure.h"
 #include "host/doctor/doctor.h"
 #include "host/failure.h"
 #include "host/machine_choice.h"
@@ -36,6 +38,8 @@ class Runner {
     return kExitDone;
   }
 
+  int operator()(const ConfigCommand& command) const { return ShowConfiguration(command, out_); }
+
   int operator()(const MachinesCommand&) const {
     const std::vector<ShippedMachine> machines = ShippedMachines();
     if (machines.empty()) out_ << kNoMachines << std::endl;
@@ -62,7 +66,9 @@ class Runner {
 
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
   try {
-    return std::visit(Runner(out, err), ReadCommandLine(arguments));
+    Command command = ReadCommandLine(arguments);
+    ConfigureCommand(command);
+    return std::visit(Runner(out, err), command);
   } catch (const Failure& failure) {
     err << "zt-telemetry-host: " << failure.what() << std::endl;
     return failure.ExitCode();

@@ -13,6 +13,9 @@ std::vector<std::string> ProgramArguments(int count, char** values);
 /// The file of the running program, absolute.
 std::filesystem::path ProgramFile();
 
+/// Where the configuration lies unless the command line names another file.
+std::filesystem::path DefaultConfigurationFile();
+
 /// A path as a person wrote it, UTF-8. Where the program runs on another system's file names (a Windows program on a
 /// Unix machine), rooted paths are that system's.
 std::filesystem::path PathFromText(std::string_view text);

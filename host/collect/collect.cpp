@@ -9,9 +9,12 @@
 #include "host/collect/loaded_plugin.h"
 #include "host/collect/sample_copy.h"
 #include "host/collect/taking.h"
+#include "host/consent/consented_texts.h"
+#include "host/consent/consented_view.h"
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/log_appender.h"
+#include "host/log_output.h"
 #include "host/machine_choice.h"
 #include "host/outbox/keeping_view.h"
 #include "host/program_environment.h"
@@ -53,12 +56,13 @@ std::unique_ptr<HandOverView> MakeView(OutputFormat format, std::ostream& stream
 }
 
 // Runs one event; false when it failed.
-bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink, std::ostream& err) {
+bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink, const Consent& consent,
+              std::ostream& err) {
   const std::size_t before = sink.Count();
   const common::Error outcome = plugin.Execute(event);
   if (outcome.Failed()) {
-    err << "event " << event << " failed: " << outcome.description << " (kind " << outcome.kind << ", code "
-        << outcome.code << ")" << std::endl;
+    err << "event " << event << " failed: " << ConsentedMessage(consent, outcome.description) << " (kind "
+        << outcome.kind << ", code " << outcome.code << ")" << std::endl;
     return false;
   }
   if (sink.Count() == before) err << "event " << event << ": nothing was handed over" << std::endl;
@@ -67,13 +71,18 @@ bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink
 
 // Runs the events one after the other, each hand-over shown on `view`; false when one failed.
 bool RunEvents(const CollectCommand& command, LoadedPlugin& plugin, HandOverView& view, std::ostream& err) {
-  const auto sink = std::make_shared<HandOverSink>(view);
+  const Consent& consent = command.settings.consent;
+  ConsentedView consented(consent, view);
+  const auto sink = std::make_shared<HandOverSink>(consented);
   const SinkRegistration registration(sink);
   bool all_done = true;
-  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, err) && all_done;
+  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, consent, err) && all_done;
   if (sink->FirstFailure().Failed()) {
     throw Failure(kExitFailed, "a hand-over could not be written: " + sink->FirstFailure().description +
                                    (command.takes_samples ? "; the stored samples stay as they are" : ""));
+  }
+  if (consented.HeldBack() > 0) {
+    err << "held back as the configuration says: " << consented.HeldBack() << " hand-overs" << std::endl;
   }
   return all_done;
 }
@@ -119,11 +128,12 @@ int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err)
   ChooseMachine(command.machine);
   Taking taking(command, StoredSamples(command), err);
 
-  const LogAppender::Target log_target(err);
+  LogOutput log(command.settings, err);
+  const LogAppender::Target log_target([&](const plog::Record& record) { log.Write(record); });
   LoadedPlugin plugin(command.plugin.value_or(DefaultPluginFile()), command.log_level, LogAppender::Instance());
   Output output(command, out);
   std::optional<QueryRecorder> queries;
-  if (command.queries.has_value()) queries.emplace(*command.queries);
+  if (command.queries.has_value()) queries.emplace(*command.queries, command.settings.consent);
 
   const WorkingFolder working_folder(taking.Folder());
   bool all_done = false;
@@ -136,6 +146,7 @@ int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err)
   }
   output.RequireSafe();
   const bool taken = taking.Take();
+  taking.HoldToLimits(command.limits);
   if (queries.has_value()) queries->RequireWritten();
   return all_done && taken ? kExitDone : kExitFailed;
 }

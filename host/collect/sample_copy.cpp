@@ -188,6 +188,7 @@ SampleCopy::SampleCopy(fs::path database, const fs::path& parent)
       folder_(parent),
       first_(folder_.Path() / kFirstName),
       working_(folder_.Path() / kDatabaseName) {
+  RemoveOldTemporaryFolders(parent);
   try {
     Copy();
   } catch (const std::exception& failure) {

@@ -4,12 +4,16 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "host/consent/consented_texts.h"
+#include "host/consent/record_filter.h"
 #include "host/doctor/report_view.h"
 #include "host/doctor/stored_samples.h"
 #include "host/failure.h"
 #include "host/inspection/inspect_sources.h"
 #include "host/log_appender.h"
+#include "host/log_output.h"
 #include "host/machine_choice.h"
 #include "host/program_environment.h"
 #include "host/query_recorder.h"
@@ -24,17 +28,25 @@ namespace {
 // What a source logs is an issue of it from a warning on.
 constexpr plog::Severity kLeastIssue = plog::warning;
 
+// What is said of a source that is absent is this program's own; of others, it can be the machine's.
+void HoldBack(const Consent& consent, inspection::SourceReport& report) {
+  if (consent.IsWhole()) return;
+  if (!ApplyConsent(consent, report.figures)) report.figures.Clear();
+  if (report.state != SourceState::kAbsent && !report.remark.empty()) report.remark = kLeftOut;
+}
+
 }  // namespace
 
 int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
   ChooseMachine(command.machine);
   std::optional<QueryRecorder> queries;
-  if (command.queries.has_value()) queries.emplace(*command.queries);
+  if (command.queries.has_value()) queries.emplace(*command.queries, command.settings.consent);
   const std::unique_ptr<ReportView> view = MakeReportView(command.format, out);
   std::string issues;
+  LogOutput log(command.settings, err);
   const LogAppender::Target log_target([&](const plog::Record& record) {
-    if (record.getSeverity() <= command.log_level) err << LogLine(record) << std::endl;
-    if (record.getSeverity() <= kLeastIssue) issues += (issues.empty() ? "" : "; ") + MessageText(record);
+    if (record.getSeverity() <= command.log_level) log.Write(record);
+    if (record.getSeverity() <= kLeastIssue) issues += (issues.empty() ? "" : "; ") + log.Message(record);
   });
   bool any_failed = false;
   const auto show = [&](inspection::SourceReport report) {
@@ -48,7 +60,11 @@ int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
     view->Show(report);
   };
   show(InspectStoredSamples(command.database_dir.value_or(PathFromText(shared::TelemetryStorage::GetDefaultDBPath()))));
-  inspection::InspectSources(std::max(command.log_level, kLeastIssue), LogAppender::Instance(), show);
+  inspection::InspectSources(std::max(command.log_level, kLeastIssue), LogAppender::Instance(),
+                             [&](inspection::SourceReport report) {
+                               HoldBack(command.settings.consent, report);
+                               show(std::move(report));
+                             });
   view->Finish();
   if (queries.has_value()) queries->RequireWritten();
   return any_failed ? kExitFailed : kExitDone;

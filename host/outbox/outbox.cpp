@@ -308,6 +308,12 @@ CollectingLock::CollectingLock(const fs::path& folder, int patience_ms)
   }
 }
 
+std::string PrunedText(const Pruned& pruned) {
+  return "deleted " + std::to_string(pruned.delivered) +
+         " hand-overs that were delivered, replaced or sent again, and " + std::to_string(pruned.undelivered) +
+         " that were not delivered";
+}
+
 std::string StandingText(Standing standing) {
   const auto number = static_cast<std::size_t>(standing);
   return number < kStandings.size() ? kStandings[number] : "unknown";

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/database/database_file.h"
+#include "host/outbox/outbox_limits.h"
 
 namespace zt::telemetry::host {
 
@@ -38,17 +39,14 @@ struct KeptHandOver {
   Standing standing = Standing::kCurrent;
 };
 
-/// How much an outbox keeps.
-struct OutboxLimits {
-  std::int64_t bytes = std::int64_t{256} * 1024 * 1024;
-  std::chrono::days age{90};
-};
-
 /// What pruning took away.
 struct Pruned {
   std::int64_t delivered = 0;
   std::int64_t undelivered = 0;  // for the size alone
 };
+
+/// "deleted 2 hand-overs that were delivered, replaced or sent again, and 1 that were not delivered".
+std::string PrunedText(const Pruned& pruned);
 
 struct OutboxFigures {
   std::int64_t current = 0;

@@ -105,9 +105,8 @@ void Export(const Outbox& outbox, const OutboxCommand& command, std::ostream& ou
 }
 
 void Prune(Outbox& outbox, const OutboxCommand& command, std::ostream& out) {
-  const Pruned pruned = outbox.Prune({command.max_bytes, std::chrono::days(command.max_days)});
-  out << "deleted " << pruned.delivered << " hand-overs that were delivered, replaced or sent again, and "
-      << pruned.undelivered << " that were not delivered" << std::endl;
+  const Pruned pruned = outbox.Prune(command.limits);
+  out << PrunedText(pruned) << std::endl;
 }
 
 void ShowStatus(const Outbox& outbox, std::ostream& out) {

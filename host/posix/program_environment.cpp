@@ -17,6 +17,10 @@ std::filesystem::path ProgramFile() {
   return std::filesystem::read_symlink("/proc/self/exe");
 }
 
+std::filesystem::path DefaultConfigurationFile() {
+  return "/etc/zt-telemetry/zt-telemetry-host.toml";
+}
+
 std::filesystem::path PathFromText(std::string_view text) {
   return std::filesystem::path(text);
 }

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
+#include <shlobj.h>
 #include <stdio.h>
 
 #include <system_error>
@@ -47,6 +48,15 @@ std::filesystem::path ProgramFile() {
     }
     file.resize(file.size() * 2);
   }
+}
+
+// Beside the stored samples.
+std::filesystem::path DefaultConfigurationFile() {
+  wchar_t* found = nullptr;
+  const HRESULT status = ::SHGetKnownFolderPath(FOLDERID_ProgramData, KF_FLAG_DEFAULT, nullptr, &found);
+  const base::UniqueTaskMemory<wchar_t> owner(found);
+  if (FAILED(status)) throw std::system_error(status, std::system_category(), "the folder for programs' data");
+  return std::filesystem::path(found) / L"zt" / L"telemetry" / L"zt-telemetry-host.toml";
 }
 
 // A path that starts with a slash is one of the Unix machine's, whatever the current drive is.

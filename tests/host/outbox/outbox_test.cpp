@@ -178,6 +178,13 @@ TEST_F(OutboxTest, WhatWasNotDeliveredIsDroppedForTheSizeAloneAndCounted) {
   EXPECT_EQ(outbox_.Figures().dropped, 3);
 }
 
+TEST_F(OutboxTest, NoMoreIsDroppedForTheSizeThanHasToBe) {
+  outbox_.Keep({{kSendKind, kTextMessage, "", "", std::string(1'000'000, 'x')}, Hour("A-TH"), Hour("B-TH")},
+               std::nullopt);
+  EXPECT_EQ(outbox_.Prune({500'000, std::chrono::days(90)}).undelivered, 1);
+  EXPECT_EQ(Listed().size(), 2U);
+}
+
 TEST_F(OutboxTest, WhatWasDeliveredGoesWhenItIsTooOld) {
   outbox_.Keep({Hour("A-TH"), Hour("B-TH")}, std::nullopt);
   outbox_.CountDeliveries({1});

@@ -1,0 +1,52 @@
+#include "host/log_output.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "host/consent/consented_texts.h"
+#include "host/failure.h"
+#include "host/log_appender.h"
+#include "host/program_environment.h"
+
+namespace zt::telemetry::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t kLargestLog = 4 * 1024 * 1024;
+
+// The one before it is kept: what happened last is never gone.
+void RenameLargeLog(const fs::path& file) {
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(file, error);
+  if (error || size < kLargestLog) return;
+  fs::path earlier = file;
+  earlier += ".1";
+  fs::rename(file, earlier, error);  // else it goes on growing
+}
+
+std::ofstream OpenLog(const fs::path& file) {
+  RenameLargeLog(file);
+  errno = 0;
+  std::ofstream stream(file, std::ios::binary | std::ios::app);
+  if (stream.is_open()) return stream;
+  throw WrongUsage("the log file " + PathText(file) + " cannot be written: " + std::generic_category().message(errno));
+}
+
+}  // namespace
+
+LogOutput::LogOutput(const CommonSettings& settings, std::ostream& err)
+    : settings_(settings),
+      file_(settings.log_file.has_value() ? OpenLog(*settings.log_file) : std::ofstream()),
+      stream_(settings.log_file.has_value() ? file_ : err) {}
+
+void LogOutput::Write(const plog::Record& record) {
+  stream_ << LogLine(record, Message(record)) << std::endl;
+}
+
+std::string LogOutput::Message(const plog::Record& record) const {
+  return ConsentedMessage(settings_.consent, MessageText(record));
+}
+
+}  // namespace zt::telemetry::host
