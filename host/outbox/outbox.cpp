@@ -192,7 +192,7 @@ void Outbox::KeepOne(const HandOver& hand_over) {
       .Bind(3, hand_over.collection_id)
       .Bind(4, hand_over.local_time)
       .Bind(5, Now().time_since_epoch().count())
-      .Bind(6, kContractVersion)
+      .Bind(6, ContractVersion())
       .Bind(7, static_cast<std::int64_t>(standing))
       .BindBytes(8, hand_over.bytes)
       .Bind(9, hand_over.samples)
