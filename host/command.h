@@ -12,8 +12,11 @@
 
 namespace zt::telemetry::host {
 
-/// How results are written: for people, or one JSON object a line.
-enum class OutputFormat { kText, kJson };
+/// How results are written: for people, one JSON object a line, or as metrics (by the doctor alone).
+enum class OutputFormat { kText, kJson, kOpenMetrics };
+
+/// Where the log of a collection goes.
+enum class LogTarget { kStandardError, kEventLog };
 
 /// `collect` and `look`: run the collector once for each event type.
 struct CollectCommand {
@@ -24,6 +27,17 @@ struct CollectCommand {
   std::optional<std::string> machine;
   std::optional<std::filesystem::path> plugin;
   plog::Severity log_level = plog::warning;
+  LogTarget log_target = LogTarget::kStandardError;
+  OutputFormat format = OutputFormat::kText;
+  std::optional<std::filesystem::path> output;
+  std::optional<std::filesystem::path> queries;
+};
+
+/// `doctor`: asks every source of the machine.
+struct DoctorCommand {
+  std::optional<std::filesystem::path> database_dir;
+  std::optional<std::string> machine;
+  plog::Severity log_level = plog::none;
   OutputFormat format = OutputFormat::kText;
   std::optional<std::filesystem::path> output;
   std::optional<std::filesystem::path> queries;
@@ -32,7 +46,7 @@ struct CollectCommand {
 /// `outbox`: shows or thins out what collections have kept.
 struct OutboxCommand {
   enum class Action { kList, kShow, kExport, kPrune, kStatus };
-  enum class Form { kJson, kProtobuf };
+  enum class Form { kJson, kProtobuf, kOpenMetrics };
 
   Action action = Action::kStatus;
   std::filesystem::path folder;
@@ -43,6 +57,8 @@ struct OutboxCommand {
   Form form = Form::kJson;
   std::string message;
   std::optional<std::filesystem::path> output;
+  bool asks_sources = false;  // for metrics: with what the doctor finds
+  DoctorCommand doctor = {};
   std::int64_t max_bytes = std::int64_t{256} * 1024 * 1024;
   std::int64_t max_days = 90;
 };
@@ -56,15 +72,6 @@ struct SeedCommand {
   std::uint64_t random_seed = 0;
 };
 
-/// `doctor`: asks every source of the machine.
-struct DoctorCommand {
-  std::optional<std::filesystem::path> database_dir;
-  std::optional<std::string> machine;
-  plog::Severity log_level = plog::none;
-  OutputFormat format = OutputFormat::kText;
-  std::optional<std::filesystem::path> queries;
-};
-
 /// `network`: shows the machine's network.
 struct NetworkCommand {
   std::optional<std::string> machine;
@@ -76,12 +83,17 @@ struct NetworkCommand {
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
-/// The command line asked for a text: the help or the version.
+/// `event-source`: makes the program known to the system's Event Log, or unknown again.
+struct EventSourceCommand {
+  bool adds = true;
+};
+
+/// The command line asked for a text: the help, the version, the man page or a shell's completion.
 struct ShowTextCommand {
   std::string text;
 };
 
 using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, MachinesCommand,
-                             ShowTextCommand>;
+                             EventSourceCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

@@ -1,5 +1,6 @@
 #include "host/collect/collect.h"
 
+#include <exception>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -9,6 +10,7 @@
 #include "host/collect/loaded_plugin.h"
 #include "host/collect/sample_copy.h"
 #include "host/collect/taking.h"
+#include "host/event_log.h"
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/log_appender.h"
@@ -52,25 +54,55 @@ std::unique_ptr<HandOverView> MakeView(OutputFormat format, std::ostream& stream
   return std::make_unique<TextReport>(stream);
 }
 
+// What a collection tells beside its hand-overs, and where that goes: to standard error, and what somebody has to look
+// after to the Event Log too, if the log goes there.
+class Reports {
+ public:
+  Reports(const CollectCommand& command, std::ostream& err)
+      : err_(err), event_log_(command.log_target == LogTarget::kEventLog ? ConnectToEventLog() : nullptr) {}
+
+  void Log(const plog::Record& record) const {
+    if (event_log_ != nullptr) return event_log_->Write(record);
+    err_ << LogLine(record) << std::endl;
+  }
+
+  void Tell(const std::string& text) const { err_ << text << std::endl; }
+
+  void Complain(const std::string& text) const {
+    Tell(text);
+    ComplainToOthers(text);
+  }
+
+  /// For what the program itself tells on standard error.
+  void ComplainToOthers(const std::string& text) const {
+    if (event_log_ != nullptr) event_log_->Write(plog::error, text);
+  }
+
+ private:
+  std::ostream& err_;
+  std::unique_ptr<EventLog> event_log_;
+};
+
 // Runs one event; false when it failed.
-bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink, std::ostream& err) {
+bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink, const Reports& reports) {
   const std::size_t before = sink.Count();
+  const std::string name = "event " + std::to_string(event);
   const common::Error outcome = plugin.Execute(event);
   if (outcome.Failed()) {
-    err << "event " << event << " failed: " << outcome.description << " (kind " << outcome.kind << ", code "
-        << outcome.code << ")" << std::endl;
+    reports.Complain(name + " failed: " + outcome.description + " (kind " + std::to_string(outcome.kind) + ", code " +
+                     std::to_string(outcome.code) + ")");
     return false;
   }
-  if (sink.Count() == before) err << "event " << event << ": nothing was handed over" << std::endl;
+  if (sink.Count() == before) reports.Tell(name + ": nothing was handed over");
   return true;
 }
 
 // Runs the events one after the other, each hand-over shown on `view`; false when one failed.
-bool RunEvents(const CollectCommand& command, LoadedPlugin& plugin, HandOverView& view, std::ostream& err) {
+bool RunEvents(const CollectCommand& command, LoadedPlugin& plugin, HandOverView& view, const Reports& reports) {
   const auto sink = std::make_shared<HandOverSink>(view);
   const SinkRegistration registration(sink);
   bool all_done = true;
-  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, err) && all_done;
+  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, reports) && all_done;
   if (sink->FirstFailure().Failed()) {
     throw Failure(kExitFailed, "a hand-over could not be written: " + sink->FirstFailure().description +
                                    (command.takes_samples ? "; the stored samples stay as they are" : ""));
@@ -112,14 +144,12 @@ class Output {
   std::ofstream stream_of_file_;
 };
 
-}  // namespace
-
-int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err) {
+int RunCycle(const CollectCommand& command, const Reports& reports, std::ostream& out, std::ostream& err) {
   RequireDifferentFiles(command);
   ChooseMachine(command.machine);
   Taking taking(command, StoredSamples(command), err);
 
-  const LogAppender::Target log_target(err);
+  const LogAppender::Target log_target([&reports](const plog::Record& record) { reports.Log(record); });
   LoadedPlugin plugin(command.plugin.value_or(DefaultPluginFile()), command.log_level, LogAppender::Instance());
   Output output(command, out);
   std::optional<QueryRecorder> queries;
@@ -129,15 +159,27 @@ int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err)
   bool all_done = false;
   if (command.outbox.has_value()) {
     KeepingView kept;
-    all_done = RunEvents(command, plugin, kept, err);
+    all_done = RunEvents(command, plugin, kept, reports);
     taking.KeepInOutbox(kept.HandOvers(), output.Stream());
   } else {
-    all_done = RunEvents(command, plugin, *MakeView(command.format, output.Stream()), err);
+    all_done = RunEvents(command, plugin, *MakeView(command.format, output.Stream()), reports);
   }
   output.RequireSafe();
   const bool taken = taking.Take();
   if (queries.has_value()) queries->RequireWritten();
   return all_done && taken ? kExitDone : kExitFailed;
+}
+
+}  // namespace
+
+int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err) {
+  const Reports reports(command, err);
+  try {
+    return RunCycle(command, reports, out, err);
+  } catch (const std::exception& failure) {
+    reports.ComplainToOthers(failure.what());
+    throw;
+  }
 }
 
 }  // namespace zt::telemetry::host

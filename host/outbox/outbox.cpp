@@ -218,6 +218,16 @@ void Outbox::ForEach(bool all, const std::function<void(const KeptHandOver&)>& s
   while (query.Next()) show(Read(query));
 }
 
+void Outbox::ForEachNewestFirst(const std::function<bool(const KeptHandOver&)>& show) const {
+  Query query = file_->Prepare(std::string(kColumns) + "WHERE standing = 0 ORDER BY id DESC");
+  while (query.Next() && show(Read(query))) {
+  }
+}
+
+std::int64_t Outbox::LastId() const {
+  return file_->Number("SELECT MAX(id) FROM hand_overs");
+}
+
 std::optional<KeptHandOver> Outbox::Find(std::int64_t id) const {
   Query query = file_->Prepare(std::string(kColumns) + "WHERE id = ?");
   query.Bind(1, id);
@@ -236,9 +246,13 @@ std::int64_t Outbox::UsedBytes() const {
          file_->Number("PRAGMA page_size");
 }
 
-Pruned Outbox::Prune(const OutboxLimits& limits) {
+Pruned Outbox::Prune(const OutboxLimits& limits, const std::function<void(const Pruned&)>& tell) {
   constexpr int kAtOnce = 100;
   Pruned pruned;
+  const auto tell_so_far = [&] {
+    if (tell) tell(pruned);
+  };
+  const WorkWatch watch(*file_, tell_so_far);  // for the statements that last
   Transaction transaction(*file_);
   const std::int64_t oldest = (Now() - limits.age).time_since_epoch().count();
   file_->Prepare("DELETE FROM hand_overs WHERE (deliveries > 0 OR standing <> 0) AND arrived_ms < ?")
@@ -254,9 +268,11 @@ Pruned Outbox::Prune(const OutboxLimits& limits) {
     return file_->Changes();
   };
   for (std::int64_t deleted = 1; deleted > 0 && UsedBytes() > limits.bytes; pruned.delivered += deleted) {
+    tell_so_far();
     deleted = delete_oldest("deliveries > 0 OR standing <> 0");
   }
   for (std::int64_t deleted = 1; deleted > 0 && UsedBytes() > limits.bytes; pruned.undelivered += deleted) {
+    tell_so_far();
     deleted = delete_oldest("TRUE");
   }
   file_->Prepare("INSERT INTO counts(name, number) VALUES(?1, ?2) ON CONFLICT(name) DO UPDATE SET number = number + ?2")

@@ -91,6 +91,8 @@ class Outbox {
   /// one with the identity `after`.
   void ForEach(bool all, const std::function<void(const KeptHandOver&)>& show, std::int64_t after = 0,
                std::int64_t count = -1) const;
+  /// Calls `show` with each hand-over that counts, newest first, until it returns false.
+  void ForEachNewestFirst(const std::function<bool(const KeptHandOver&)>& show) const;
   /// The hand-over of this identity; nothing when there is none.
   std::optional<KeptHandOver> Find(std::int64_t id) const;
 
@@ -99,9 +101,13 @@ class Outbox {
 
   /// Holds to the limits: what was delivered and is too old goes, then what was delivered, oldest first, until the size
   /// is kept, then the oldest of the rest.
-  Pruned Prune(const OutboxLimits& limits);
+  /// `tell` is called now and then while that lasts, with what has gone so far.
+  Pruned Prune(const OutboxLimits& limits, const std::function<void(const Pruned&)>& tell = {});
 
   OutboxFigures Figures() const;
+
+  /// The identity of the newest hand-over, 0 without one.
+  std::int64_t LastId() const;
 
  private:
   Outbox(const std::filesystem::path& folder, DatabaseFile::Access access);
