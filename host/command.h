@@ -15,13 +15,17 @@
 
 namespace zt::telemetry::host {
 
-/// How results are written: for people, or one JSON object a line.
-enum class OutputFormat { kText, kJson };
+/// How results are written: for people, one JSON object a line, or as metrics (by the doctor alone).
+enum class OutputFormat { kText, kJson, kOpenMetrics };
+
+/// Where the log of a collection goes.
+enum class LogTarget { kStandardError, kEventLog };
 
 /// What most commands have in common: what their command line says of it, and what the configuration gives.
 struct CommonSettings {
   ToldSettings told;
-  std::optional<std::filesystem::path> log_file;  // absent: standard error
+  LogTarget log_target = LogTarget::kStandardError;
+  std::optional<std::filesystem::path> log_file;  // in the place of standard error
   Consent consent;
 };
 
@@ -42,10 +46,21 @@ struct CollectCommand {
   OutboxLimits limits;
 };
 
+/// `doctor`: asks every source of the machine.
+struct DoctorCommand {
+  std::optional<std::filesystem::path> database_dir;
+  std::optional<std::string> machine;
+  plog::Severity log_level = plog::none;
+  OutputFormat format = OutputFormat::kText;
+  std::optional<std::filesystem::path> output;
+  std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
+};
+
 /// `outbox`: shows or thins out what collections have kept.
 struct OutboxCommand {
   enum class Action { kList, kShow, kExport, kPrune, kStatus };
-  enum class Form { kJson, kProtobuf };
+  enum class Form { kJson, kProtobuf, kOpenMetrics };
 
   Action action = Action::kStatus;
   std::filesystem::path folder;
@@ -58,6 +73,8 @@ struct OutboxCommand {
   std::optional<std::filesystem::path> output;
   OutboxLimits limits;
   CommonSettings settings;
+  bool asks_sources = false;  // for metrics: with what the doctor finds
+  DoctorCommand doctor = {};
 };
 
 /// `seed`: writes stored samples.
@@ -67,16 +84,6 @@ struct SeedCommand {
   std::uint32_t interfaces = 0;
   std::optional<std::chrono::sys_seconds> until;  // absent: the present
   std::uint64_t random_seed = 0;
-};
-
-/// `doctor`: asks every source of the machine.
-struct DoctorCommand {
-  std::optional<std::filesystem::path> database_dir;
-  std::optional<std::string> machine;
-  plog::Severity log_level = plog::none;
-  OutputFormat format = OutputFormat::kText;
-  std::optional<std::filesystem::path> queries;
-  CommonSettings settings;
 };
 
 /// `network`: shows the machine's network.
@@ -99,12 +106,17 @@ struct ConfigCommand {
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
-/// The command line asked for a text: the help or the version.
+/// `event-source`: makes the program known to the system's Event Log, or unknown again.
+struct EventSourceCommand {
+  bool adds = true;
+};
+
+/// The command line asked for a text: the help, the version, the man page or a shell's completion.
 struct ShowTextCommand {
   std::string text;
 };
 
 using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, ConfigCommand,
-                             MachinesCommand, ShowTextCommand>;
+                             MachinesCommand, EventSourceCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

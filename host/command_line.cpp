@@ -14,6 +14,8 @@
 #include "host/failure.h"
 #include "host/option_values.h"
 #include "host/program_environment.h"
+#include "host/shell/completion.h"
+#include "host/shell/man_page.h"
 #include "host/utc_time.h"
 
 namespace zt::telemetry::host {
@@ -28,7 +30,9 @@ constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
 constexpr char kConfig[] = "config";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kConfig, kMachines};
+constexpr char kEventSource[] = "event-source";
+constexpr char kCompletion[] = "completion";
+constexpr char kMan[] = "man";
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
@@ -42,6 +46,8 @@ constexpr char kExamples[] = R"(Examples:
   zt-telemetry-host collect --machine convertible-laptop --database-dir samples --outbox outbox
   zt-telemetry-host outbox list --outbox outbox
       a day of stored samples, and its hourly records, which are kept
+  zt-telemetry-host outbox export --outbox outbox --format openmetrics --output /metrics/zt.prom
+      the newest of them for a collector of metrics
   zt-telemetry-host doctor --machine workstation
       which sources of figures a machine has, and which of them fail
   zt-telemetry-host network --machine convertible-laptop
@@ -70,6 +76,14 @@ constexpr char kDoctorNotes[] =
 constexpr char kNetworkNotes[] =
     "Asks for the inventory of interfaces, then for their connections, for Wi-Fi and for TCP, and hands nothing\n"
     "over. A pass or a query that fails is told on standard error, and the exit code is 1; the rest is shown.";
+constexpr char kEventSourceNotes[] =
+    "For collect --log-to event-log on Windows: \"add\", once and as an administrator, enters the program into the\n"
+    "registry as a source of the log \"Application\"; \"remove\" takes it out.";
+constexpr char kCompletionNotes[] =
+    "Prints what completes this program's commands and options on the Tab key.\n"
+    "bash: source <(zt-telemetry-host completion bash), for example in ~/.bashrc.\n"
+    "PowerShell: zt-telemetry-host completion powershell | Out-String | Invoke-Expression, for example in $PROFILE.";
+constexpr char kManNotes[] = "To read it: zt-telemetry-host man | man -l -";
 constexpr char kSeedNotes[] =
     "Makes \"ssm.db\" in the folder, or adds to it: one thermal sample a minute, and one network sample\n"
     "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
@@ -89,22 +103,32 @@ constexpr std::uint64_t kDefaultRandomSeed = 1;
 constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
 const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}};
+const Choices<OutputFormat> kDoctorFormats = {
+    {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"openmetrics", OutputFormat::kOpenMetrics}};
+const Choices<LogTarget> kLogTargets = {{"stderr", LogTarget::kStandardError}, {"event-log", LogTarget::kEventLog}};
+const Choices<bool> kEventSourceActions = {{"add", true}, {"remove", false}};
+
+enum class Shell { kBash, kPowerShell };
+const Choices<Shell> kShells = {{"bash", Shell::kBash}, {"powershell", Shell::kPowerShell}};
 
 const Choices<OutboxCommand::Form> kForms = {{"json", OutboxCommand::Form::kJson},
-                                             {"protobuf", OutboxCommand::Form::kProtobuf}};
+                                             {"protobuf", OutboxCommand::Form::kProtobuf},
+                                             {"openmetrics", OutboxCommand::Form::kOpenMetrics}};
 
-void AddPath(CLI::App& app, const std::string& name, std::optional<std::filesystem::path>& path,
-             const std::string& type, const std::string& description) {
-  app.add_option_function<std::string>(
-         name, [&path](const std::string& text) { path = PathFromText(text); }, description)
+CLI::Option* AddPath(CLI::App& app, const std::string& name, std::optional<std::filesystem::path>& path,
+                     const std::string& type, const std::string& description) {
+  return app
+      .add_option_function<std::string>(
+          name, [&path](const std::string& text) { path = PathFromText(text); }, description)
       ->check(Name())
       ->type_name(type);
 }
 
-void AddMachine(CLI::App& app, std::optional<std::string>& machine) {
-  app.add_option_function<std::string>(
-         "--machine", [&machine](const std::string& text) { machine = text; },
-         "Simulated machine to sample: a name that `machines` lists, or a profile file")
+CLI::Option* AddMachine(CLI::App& app, std::optional<std::string>& machine) {
+  return app
+      .add_option_function<std::string>(
+          "--machine", [&machine](const std::string& text) { machine = text; },
+          "Simulated machine to sample: a name that `machines` lists, or a profile file")
       ->check(Name())
       ->type_name("NAME|FILE");
 }
@@ -138,8 +162,8 @@ void AddSettings(CLI::App& app, CommonSettings& settings, const std::string& unl
   AddConfiguration(app, settings.told);
 }
 
-void AddDatabaseFolder(CLI::App& app, std::optional<std::filesystem::path>& folder) {
-  AddPath(app, "--database-dir", folder, "DIR", "Folder of \"ssm.db\", the stored samples");
+CLI::Option* AddDatabaseFolder(CLI::App& app, std::optional<std::filesystem::path>& folder) {
+  return AddPath(app, "--database-dir", folder, "DIR", "Folder of \"ssm.db\", the stored samples");
 }
 
 void AddQueries(CLI::App& app, std::optional<std::filesystem::path>& queries) {
@@ -159,6 +183,12 @@ void AddCycle(CLI::App& app, CollectCommand& command) {
   AddMachine(app, command.machine);
   AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
   AddSettings(app, command.settings, "warning");
+  app.add_option_function<std::string>(
+         "--log-to", [&command](const std::string& text) { command.settings.log_target = *Find(kLogTargets, text); },
+         "event-log: Windows' own log, for what runs unseen")
+      ->check(OneOf(kLogTargets))
+      ->type_name("stderr|event-log")
+      ->default_str("stderr");
   AddFormat(app, command.format).each([&command](const std::string&) { command.format_told = true; });
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
   AddQueries(app, command.queries);
@@ -241,15 +271,22 @@ void AddOutbox(CLI::App& program, OutboxCommand& command) {
   to_file
       .add_option_function<std::string>(
           "--format", [&command](const std::string& text) { command.form = *Find(kForms, text); },
-          "json: one line for each, as collect prints them; protobuf: records of\none message, each behind its length")
+          "json: one line for each, as collect prints them; protobuf: records of\none message, each behind its length; "
+          "openmetrics: the newest record\nof each kind as metrics")
       ->check(OneOf(kForms))
-      ->type_name("json|protobuf")
+      ->type_name(Names(kForms, "|"))
       ->default_str("json");
   to_file
       .add_option("--message", command.message, "For protobuf: the message, by its full name or the last word of it")
       ->type_name("NAME")
       ->default_str(kUploadMessage);
   AddOutput(to_file, command.output);
+  CLI::Option* const sources = to_file.add_flag(
+      "--sources", command.asks_sources,
+      "For openmetrics: ask each source as well, as doctor does, and add\nwhether it answers, and how long "
+      "that takes");
+  AddMachine(to_file, command.doctor.machine)->needs(sources);
+  AddDatabaseFolder(to_file, command.doctor.database_dir)->needs(sources);
 
   CLI::App& prune = AddOutboxAction(outbox, "prune", "Deletes what is beyond the limits; what was delivered goes first",
                                     command, Action::kPrune);
@@ -263,7 +300,15 @@ void AddDoctor(CLI::App& program, DoctorCommand& command) {
   AddMachine(app, command.machine);
   AddDatabaseFolder(app, command.database_dir);
   AddSettings(app, command.settings, "none");
-  AddFormat(app, command.format);
+  app.add_option_function<std::string>(
+         "--format", [&command](const std::string& text) { command.format = *Find(kDoctorFormats, text); },
+         "text: tables for people; json: one object a line for programs;\nopenmetrics: whether each source answers, "
+         "and how "
+         "long that takes")
+      ->check(OneOf(kDoctorFormats))
+      ->type_name(Names(kDoctorFormats, "|"))
+      ->default_str("text");
+  AddOutput(app, command.output);
   AddQueries(app, command.queries);
   app.footer(kDoctorNotes);
 }
@@ -325,17 +370,50 @@ void AddConfig(CLI::App& program, ConfigCommand& command) {
   add("new-key", "Prints a new key for hashes, as redact.key takes it", Action::kNewKey);
 }
 
+// A command with one word behind it, which is one of `choices`.
+template <typename T>
+CLI::App& AddWithChoice(CLI::App& program, const char* name, const char* description, const char* word,
+                        const Choices<T>& choices, T& chosen) {
+  CLI::App& app = *program.add_subcommand(name, description);
+  app.add_option_function<std::string>(
+         word, [&choices, &chosen](const std::string& text) { chosen = *Find(choices, text); }, Names(choices, " or "))
+      ->check(OneOf(choices))
+      ->type_name("")
+      ->required();
+  return app;
+}
+
+std::vector<std::string> CommandsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// "look, collect or machines".
+std::string ListText(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " or " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
 // Without a command: look. A first word that is no command is told here, since the library would miss a command.
-void CompleteCommand(std::vector<std::string>& arguments) {
+void CompleteCommand(const CLI::App& app, std::vector<std::string>& arguments) {
   constexpr std::array kOfTheProgram = {"-h", "--help", "--version"};
   const std::string first = arguments.empty() ? "-" : arguments.front();
   if (std::find(kOfTheProgram.begin(), kOfTheProgram.end(), first) != kOfTheProgram.end()) return;
   if (first.starts_with('-')) {
     arguments.insert(arguments.begin(), kLook);
-  } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
-    throw WrongUsage("there is no command \"" + first +
-                     "\"; expected look, collect, outbox, doctor, network, seed, config or machines\nSee " +
-                     std::string(kProgram) + " --help");
+    return;
+  }
+  const std::vector<std::string> commands = CommandsOf(app);
+  if (std::find(commands.begin(), commands.end(), first) == commands.end()) {
+    throw WrongUsage("there is no command \"" + first + "\"; expected " + ListText(commands) + "\nSee " + kProgram +
+                     " --help");
   }
 }
 
@@ -370,6 +448,8 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
   ConfigCommand config;
+  EventSourceCommand event_source;
+  Shell shell = Shell::kBash;
 
   CLI::App app(kDescription, kProgram);
   app.allow_windows_style_options(false);  // an argument that starts with a slash is a path
@@ -386,8 +466,14 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddSeed(app, seed);
   AddConfig(app, config);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
+  AddWithChoice(app, kEventSource, "Makes the program known to Windows' Event Log", "action", kEventSourceActions,
+                event_source.adds)
+      .footer(kEventSourceNotes);
+  AddWithChoice(app, kCompletion, "Prints the completion for a shell", "shell", kShells, shell)
+      .footer(kCompletionNotes);
+  app.add_subcommand(kMan, "Prints the manual page")->footer(kManNotes);
 
-  CompleteCommand(arguments);
+  CompleteCommand(app, arguments);
   std::reverse(arguments.begin(), arguments.end());  // as the library takes them
   try {
     app.parse(std::move(arguments));
@@ -407,6 +493,11 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   if (app.got_subcommand(kSeed)) return seed;
   if (app.got_subcommand(kConfig)) return config;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
+  if (app.got_subcommand(kEventSource)) return event_source;
+  if (app.got_subcommand(kMan)) return ShowTextCommand{ManPage(app)};
+  if (app.got_subcommand(kCompletion)) {
+    return ShowTextCommand{shell == Shell::kBash ? BashCompletion(app, kLook) : PowerShellCompletion(app, kLook)};
+  }
   return look;
 }
 

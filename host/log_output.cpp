@@ -38,11 +38,18 @@ std::ofstream OpenLog(const fs::path& file) {
 
 LogOutput::LogOutput(const CommonSettings& settings, std::ostream& err)
     : settings_(settings),
+      event_log_(settings.log_target == LogTarget::kEventLog ? ConnectToEventLog() : nullptr),
       file_(settings.log_file.has_value() ? OpenLog(*settings.log_file) : std::ofstream()),
       stream_(settings.log_file.has_value() ? file_ : err) {}
 
 void LogOutput::Write(const plog::Record& record) {
+  if (event_log_ != nullptr)
+    return event_log_->Write(record.getSeverity(), record.getFunc() + (": " + Message(record)));
   stream_ << LogLine(record, Message(record)) << std::endl;
+}
+
+void LogOutput::Complain(const std::string& text) {
+  if (event_log_ != nullptr) event_log_->Write(plog::error, text);
 }
 
 std::string LogOutput::Message(const plog::Record& record) const {

@@ -55,6 +55,7 @@ class Giver {
     }
     command.folder = *configuration.outbox_folder.value;
     command.limits = configuration.Limits();
+    GiveCommon(configuration, command.doctor.settings, command.doctor.log_level);
   }
 
   void operator()(DoctorCommand& command) const {

@@ -17,6 +17,7 @@
 #include "host/machine_choice.h"
 #include "host/program_environment.h"
 #include "host/query_recorder.h"
+#include "host/whole_file.h"
 #include "zt/shared/telemetry_storage.h"
 
 namespace zt::telemetry::host {
@@ -37,11 +38,10 @@ void HoldBack(const Consent& consent, inspection::SourceReport& report) {
 
 }  // namespace
 
-int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
+bool AskSources(const DoctorCommand& command, ReportView& view, std::ostream& err) {
   ChooseMachine(command.machine);
   std::optional<QueryRecorder> queries;
   if (command.queries.has_value()) queries.emplace(*command.queries, command.settings.consent);
-  const std::unique_ptr<ReportView> view = MakeReportView(command.format, out);
   std::string issues;
   LogOutput log(command.settings, err);
   const LogAppender::Target log_target([&](const plog::Record& record) {
@@ -57,7 +57,7 @@ int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
     }
     issues.clear();
     any_failed = any_failed || report.state == SourceState::kFailed;
-    view->Show(report);
+    view.Show(report);
   };
   show(InspectStoredSamples(command.database_dir.value_or(PathFromText(shared::TelemetryStorage::GetDefaultDBPath()))));
   inspection::InspectSources(std::max(command.log_level, kLeastIssue), LogAppender::Instance(),
@@ -65,9 +65,18 @@ int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
                                HoldBack(command.settings.consent, report);
                                show(std::move(report));
                              });
-  view->Finish();
+  view.Finish();
   if (queries.has_value()) queries->RequireWritten();
-  return any_failed ? kExitFailed : kExitDone;
+  return !any_failed;
+}
+
+int Doctor(const DoctorCommand& command, std::ostream& out, std::ostream& err) {
+  std::optional<WholeFile> file;
+  if (command.output.has_value()) file.emplace(*command.output, "--output");
+  const bool all_done =
+      AskSources(command, *MakeReportView(command.format, file.has_value() ? file->Stream() : out), err);
+  if (file.has_value()) file->Finish();
+  return all_done ? kExitDone : kExitFailed;
 }
 
 }  // namespace zt::telemetry::host

@@ -38,6 +38,24 @@ void Sync(const std::filesystem::path& file) {
   if (!done) throw std::system_error(error, PathText(file));
 }
 
+void PutInPlace(const std::filesystem::path& file, const std::filesystem::path& place) {
+  std::filesystem::rename(file, place);
+  // A name is on the disk when its folder is.
+  const std::filesystem::path folder = std::filesystem::absolute(place).parent_path();
+  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;  // a folder that may be written to, but not read
+  ::fsync(descriptor);         // file systems that keep no folders on a disk refuse it
+  ::close(descriptor);
+}
+
+bool OutputGoesToTerminal() {
+  return ::isatty(STDOUT_FILENO) == 1;
+}
+
+bool ErrorsGoToTerminal() {
+  return ::isatty(STDERR_FILENO) == 1;
+}
+
 Utf8Streams::Utf8Streams() = default;
 Utf8Streams::~Utf8Streams() = default;
 

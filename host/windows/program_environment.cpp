@@ -25,6 +25,12 @@ bool RunsUnderWine() {
   return system != nullptr && ::GetProcAddress(system, "wine_get_version") != nullptr;
 }
 
+// The C library takes the null device for a terminal as well.
+bool IsConsole(DWORD stream) {
+  DWORD mode = 0;
+  return ::GetConsoleMode(::GetStdHandle(stream), &mode) != FALSE;
+}
+
 }  // namespace
 
 std::vector<std::string> ProgramArguments(int, char**) {
@@ -79,6 +85,30 @@ void Sync(const std::filesystem::path& file) {
   if (opened == nullptr || ::FlushFileBuffers(opened.get()) == FALSE) {
     throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), PathText(file));
   }
+}
+
+// Who reads the file at that moment, without allowing others to take it away, makes the exchange fail: they are waited
+// for a little.
+void PutInPlace(const std::filesystem::path& file, const std::filesystem::path& place) {
+  constexpr int kAttempts = 20;
+  constexpr DWORD kBetweenMs = 50;
+  for (int attempt = 1;; ++attempt) {
+    if (::MoveFileExW(file.c_str(), place.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE) return;
+    const DWORD error = ::GetLastError();
+    const bool in_use = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+    if (!in_use || attempt == kAttempts) {
+      throw std::system_error(static_cast<int>(error), std::system_category(), PathText(place));
+    }
+    ::Sleep(kBetweenMs);
+  }
+}
+
+bool OutputGoesToTerminal() {
+  return IsConsole(STD_OUTPUT_HANDLE);
+}
+
+bool ErrorsGoToTerminal() {
+  return IsConsole(STD_ERROR_HANDLE);
 }
 
 Utf8Streams::Utf8Streams() : previous_code_page_(::GetConsoleOutputCP()) {
