@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t kLargestLog = 4 * 1024 * 1024;
+constexpr std::uintmax_t kLargestLog = std::uintmax_t{4} << 20;
 
 // The one before it is kept: what happened last is never gone.
 void RenameLargeLog(const fs::path& file) {

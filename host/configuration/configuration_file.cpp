@@ -124,7 +124,7 @@ void RequireKey(const Configuration& configuration, std::vector<ConfigurationPro
 }
 
 std::string FileText(const fs::path& file) {
-  constexpr std::uintmax_t kLargest = 1024 * 1024;
+  constexpr std::uintmax_t kLargest = std::uintmax_t{1} << 20;
   const auto cannot = [&](const std::string& reason) { return WrongUsage(PathText(file) + ": " + reason); };
   std::error_code error;
   if (fs::is_directory(file, error)) throw cannot("this is a folder, not a configuration file");

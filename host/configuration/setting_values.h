@@ -20,7 +20,7 @@ inline const Choices<Treatment> kTreatments = {
 inline constexpr std::int64_t kMostDays = 36'500;  // a hundred years
 
 /// Least size of an outbox that is held to by itself: a smaller one would lose what was just collected.
-inline constexpr std::int64_t kLeastOutboxBytes = 1024 * 1024;
+inline constexpr std::int64_t kLeastOutboxBytes = std::int64_t{1} << 20;
 inline constexpr std::int64_t kMostOutboxBytes = std::int64_t{1} << 40;
 
 /// The name of a choice.

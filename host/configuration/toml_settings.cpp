@@ -29,7 +29,8 @@ void ReadTable(const std::string& name, const toml::table& table, const TomlRead
   for (const auto& [key, node] : table) {
     const std::string full = name.empty() ? std::string(key.str()) : name + "." + std::string(key.str());
     const TomlValue value(full, key.source().begin.line, node, problems);
-    const auto reader = std::ranges::find_if(readers, [&](const auto& known) { return known.first == key.str(); });
+    const auto reader =
+        std::ranges::find_if(readers, [name = key.str()](const auto& known) { return known.first == name; });
     if (reader == readers.end()) {
       value.Wrong("there is no such key; expected one of " + NamesOf(readers));
     } else {
