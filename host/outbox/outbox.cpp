@@ -36,8 +36,7 @@ CREATE TABLE IF NOT EXISTS hand_overs(
   deliveries INTEGER NOT NULL DEFAULT 0,
   samples TEXT NOT NULL,
   bytes BLOB NOT NULL);
-CREATE INDEX IF NOT EXISTS hand_overs_by_collection ON hand_overs(collection_id) WHERE collection_id <> '';
-CREATE INDEX IF NOT EXISTS hand_overs_by_standing ON hand_overs(standing, deliveries);
+CREATE INDEX IF NOT EXISTS hand_overs_by_collection ON hand_overs(collection_id);
 CREATE TABLE IF NOT EXISTS taken_samples(file TEXT PRIMARY KEY, database TEXT NOT NULL);
 CREATE TABLE IF NOT EXISTS counts(name TEXT PRIMARY KEY, number INTEGER NOT NULL);
 )";
