@@ -10,8 +10,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/configuration/setting_values.h"
+#include "host/common_options.h"
 #include "host/failure.h"
+#include "host/help_texts.h"
 #include "host/option_values.h"
 #include "host/program_environment.h"
 #include "host/shell/completion.h"
@@ -34,66 +35,6 @@ constexpr char kEventSource[] = "event-source";
 constexpr char kCompletion[] = "completion";
 constexpr char kMan[] = "man";
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
-constexpr char kDescription[] =
-    "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
-    "Without a command: look, which takes nothing.";
-constexpr char kExamples[] = R"(Examples:
-  zt-telemetry-host look --machine convertible-laptop
-      what a collection on a simulated laptop would hand over, as tables
-  zt-telemetry-host look --machine workstation --format json --output records.jsonl
-      the same for programs: one JSON object a line
-  zt-telemetry-host seed --database-dir samples --hours 24 --until 2026-03-07T14:00:00Z
-  zt-telemetry-host collect --machine convertible-laptop --database-dir samples --outbox outbox
-  zt-telemetry-host outbox list --outbox outbox
-      a day of stored samples, and its hourly records, which are kept
-  zt-telemetry-host outbox export --outbox outbox --format openmetrics --output /metrics/zt.prom
-      the newest of them for a collector of metrics
-  zt-telemetry-host doctor --machine workstation
-      which sources of figures a machine has, and which of them fail
-  zt-telemetry-host network --machine convertible-laptop
-      the interfaces of a machine, its Wi-Fi and its connections
-  zt-telemetry-host look --machine failing --event 51 --event 50 --log-level info
-      two events in one process, with the collector's log
-
-Exit codes: 0 done; 1 a collection reported an error, a hand-over could not be written, or a source
-that was asked failed; 2 wrong usage, also a plugin, machine profile, folder or file that cannot be
-used.)";
-constexpr char kLookNotes[] =
-    "The same cycle as collect, on a copy of the stored samples: the database stays as it is. Hand-overs go to\n"
-    "standard output, the log and all else to standard error.";
-constexpr char kCollectNotes[] =
-    "For a schedule. Hand-overs go to standard output, or into the outbox; the log and all else to standard error.\n"
-    "Once they have arrived, and are on the disk where they go to a file or an outbox, the stored samples that they\n"
-    "hold are deleted from the database, and no others.";
-constexpr char kOutboxNotes[] =
-    "What collect --outbox has kept: one row for each hand-over. An hour that was sent again is \"replaced\" by the "
-    "later\n"
-    "record, or marked \"again\" where the earlier one was delivered; without --all only the others are told.";
-constexpr char kDoctorNotes[] =
-    "Asks each source once, as a collection does, and hands nothing over. For each: present, absent (the\n"
-    "machine does not have it) or failed, the time it took, and the figures that a collection would get.\n"
-    "The exit code is 0 unless a source failed; what a source logs as a warning or worse is a failure.";
-constexpr char kNetworkNotes[] =
-    "Asks for the inventory of interfaces, then for their connections, for Wi-Fi and for TCP, and hands nothing\n"
-    "over. A pass or a query that fails is told on standard error, and the exit code is 1; the rest is shown.";
-constexpr char kEventSourceNotes[] =
-    "For collect --log-to event-log on Windows: \"add\", once and as an administrator, enters the program into the\n"
-    "registry as a source of the log \"Application\"; \"remove\" takes it out.";
-constexpr char kCompletionNotes[] =
-    "Prints what completes this program's commands and options on the Tab key.\n"
-    "bash: source <(zt-telemetry-host completion bash), for example in ~/.bashrc.\n"
-    "PowerShell: zt-telemetry-host completion powershell | Out-String | Invoke-Expression, for example in $PROFILE.";
-constexpr char kManNotes[] = "To read it: zt-telemetry-host man | man -l -";
-constexpr char kSeedNotes[] =
-    "Makes \"ssm.db\" in the folder, or adds to it: one thermal sample a minute, and one network sample\n"
-    "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
-    "--until; they fill exactly N hour windows when it is on the hour, else N + 1, the outer two partly.\n"
-    "The same numbers give the same samples.";
-
-constexpr char kConfigNotes[] =
-    "The configuration is one TOML file: of settings that stand nowhere else the defaults hold, over them the file, "
-    "over\n"
-    "that the command line.";
 
 constexpr std::int32_t kDefaultEvent = 50;
 constexpr std::uint32_t kMaxHours = 87'600;  // ten years
@@ -102,7 +43,6 @@ constexpr std::uint32_t kDefaultInterfaces = 3;
 constexpr std::uint64_t kDefaultRandomSeed = 1;
 constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
-const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}};
 const Choices<OutputFormat> kDoctorFormats = {
     {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"openmetrics", OutputFormat::kOpenMetrics}};
 const Choices<LogTarget> kLogTargets = {{"stderr", LogTarget::kStandardError}, {"event-log", LogTarget::kEventLog}};
@@ -114,61 +54,6 @@ const Choices<Shell> kShells = {{"bash", Shell::kBash}, {"powershell", Shell::kP
 const Choices<OutboxCommand::Form> kForms = {{"json", OutboxCommand::Form::kJson},
                                              {"protobuf", OutboxCommand::Form::kProtobuf},
                                              {"openmetrics", OutboxCommand::Form::kOpenMetrics}};
-
-CLI::Option* AddPath(CLI::App& app, const std::string& name, std::optional<std::filesystem::path>& path,
-                     const std::string& type, const std::string& description) {
-  return app
-      .add_option_function<std::string>(
-          name, [&path](const std::string& text) { path = PathFromText(text); }, description)
-      ->check(Name())
-      ->type_name(type);
-}
-
-CLI::Option* AddMachine(CLI::App& app, std::optional<std::string>& machine) {
-  return app
-      .add_option_function<std::string>(
-          "--machine", [&machine](const std::string& text) { machine = text; },
-          "Simulated machine to sample: a name that `machines` lists, or a profile file")
-      ->check(Name())
-      ->type_name("NAME|FILE");
-}
-
-CLI::Option& AddFormat(CLI::App& app, OutputFormat& format) {
-  return *app.add_option_function<std::string>(
-                 "--format", [&format](const std::string& text) { format = *Find(kFormats, text); },
-                 "text: tables for people; json: one object a line for programs")
-              ->check(OneOf(kFormats))
-              ->type_name("json|text")
-              ->default_str("text");
-}
-
-void AddConfiguration(CLI::App& app, ToldSettings& told) {
-  AddPath(app, "--config", told.file, "FILE", "Configuration, by default\n" + PathText(DefaultConfigurationFile()));
-}
-
-void AddLog(CLI::App& app, ToldSettings& told, const std::string& unless_told) {
-  app.add_option_function<std::string>(
-         "--log-level", [&told](const std::string& text) { told.log_level = *Find(kLogLevels, text); },
-         "Least severe log lines to show: none, fatal, error, warning, info,\ndebug, verbose")
-      ->check(OneOf(kLogLevels))
-      ->type_name("LEVEL")
-      ->default_str(unless_told);
-  AddPath(app, "--log-file", told.log_file, "FILE", "Add the log lines to this file instead of showing them");
-}
-
-// What a command has in common with most others.
-void AddSettings(CLI::App& app, CommonSettings& settings, const std::string& unless_told) {
-  AddLog(app, settings.told, unless_told);
-  AddConfiguration(app, settings.told);
-}
-
-CLI::Option* AddDatabaseFolder(CLI::App& app, std::optional<std::filesystem::path>& folder) {
-  return AddPath(app, "--database-dir", folder, "DIR", "Folder of \"ssm.db\", the stored samples");
-}
-
-void AddQueries(CLI::App& app, std::optional<std::filesystem::path>& queries) {
-  AddPath(app, "--queries", queries, "FILE", "Write the text of every WQL query here, one a line");
-}
 
 // What `look` and `collect` have in common.
 void AddCycle(CLI::App& app, CollectCommand& command) {
@@ -197,22 +82,7 @@ void AddCycle(CLI::App& app, CollectCommand& command) {
 void AddLook(CLI::App& program, CollectCommand& command) {
   CLI::App& app = *program.add_subcommand(kLook, "Runs the collector and shows what it hands over; takes nothing");
   AddCycle(app, command);
-  app.footer(kLookNotes);
-}
-
-void AddOutboxFolder(CLI::App& app, ToldSettings& told) {
-  AddPath(app, "--outbox", told.outbox_folder, "DIR", "Folder of the outbox, by default the configuration's");
-}
-
-void AddLimits(CLI::App& app, ToldSettings& told) {
-  app.add_option("--max-bytes", told.max_bytes, "Size of the records to keep")
-      ->transform(WholeNumber<std::int64_t>(0, std::numeric_limits<std::int64_t>::max()))
-      ->type_name("N")
-      ->default_str(std::to_string(Configuration().max_bytes.value));
-  app.add_option("--max-days", told.max_days, "Age up to which delivered ones are kept")
-      ->transform(WholeNumber<std::int64_t>(0, kMostDays))
-      ->type_name("N")
-      ->default_str(std::to_string(Configuration().max_days.value));
+  app.footer(help::kLookNotes);
 }
 
 void AddCollect(CLI::App& program, CollectCommand& command) {
@@ -222,7 +92,7 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
       app, "--outbox", command.outbox, "DIR",
       "Keep the hand-overs in the outbox of this folder, which is made\nwhere it is missing, instead of showing them");
   command.takes_samples = true;
-  app.footer(kCollectNotes);
+  app.footer(help::kCollectNotes);
 }
 
 CLI::App& AddOutboxAction(CLI::App& outbox, const std::string& name, const std::string& description,
@@ -239,16 +109,12 @@ void AddAll(CLI::App& app, OutboxCommand& command) {
   app.add_flag("--all", command.all, "Those too that were replaced, and those that were sent again");
 }
 
-void AddOutput(CLI::App& app, std::optional<std::filesystem::path>& output) {
-  AddPath(app, "--output", output, "FILE", "Write it here instead of standard output");
-}
-
 void AddOutbox(CLI::App& program, OutboxCommand& command) {
   using Action = OutboxCommand::Action;
   constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
   CLI::App& outbox = *program.add_subcommand(kOutbox, "Shows, exports or thins out the records that are kept");
   outbox.require_subcommand(1);
-  outbox.footer(kOutboxNotes);
+  outbox.footer(help::kOutboxNotes);
 
   CLI::App& list = AddOutboxAction(outbox, "list", "One line for each hand-over, oldest first", command, Action::kList);
   AddAll(list, command);
@@ -310,7 +176,7 @@ void AddDoctor(CLI::App& program, DoctorCommand& command) {
       ->default_str("text");
   AddOutput(app, command.output);
   AddQueries(app, command.queries);
-  app.footer(kDoctorNotes);
+  app.footer(help::kDoctorNotes);
 }
 
 void AddNetwork(CLI::App& program, NetworkCommand& command) {
@@ -319,7 +185,7 @@ void AddNetwork(CLI::App& program, NetworkCommand& command) {
   AddSettings(app, command.settings, "warning");
   AddFormat(app, command.format);
   AddQueries(app, command.queries);
-  app.footer(kNetworkNotes);
+  app.footer(help::kNetworkNotes);
 }
 
 void AddSeed(CLI::App& program, SeedCommand& command) {
@@ -347,14 +213,14 @@ void AddSeed(CLI::App& program, SeedCommand& command) {
       ->transform(WholeNumber<std::uint64_t>(0, std::numeric_limits<std::uint64_t>::max()))
       ->type_name("N")
       ->default_str(std::to_string(kDefaultRandomSeed));
-  app.footer(kSeedNotes);
+  app.footer(help::kSeedNotes);
 }
 
 void AddConfig(CLI::App& program, ConfigCommand& command) {
   using Action = ConfigCommand::Action;
   CLI::App& config = *program.add_subcommand(kConfig, "Checks and shows the configuration, or makes a key for it");
   config.require_subcommand(1);
-  config.footer(kConfigNotes);
+  config.footer(help::kConfigNotes);
   const auto add = [&](const char* name, const char* description, Action action) -> CLI::App& {
     CLI::App& app = *config.add_subcommand(name, description);
     app.footer("");
@@ -451,12 +317,12 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   EventSourceCommand event_source;
   Shell shell = Shell::kBash;
 
-  CLI::App app(kDescription, kProgram);
+  CLI::App app(help::kDescription, kProgram);
   app.allow_windows_style_options(false);  // an argument that starts with a slash is a path
   app.set_version_flag("--version", kVersion, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.get_formatter()->column_width(34);
-  app.footer(kExamples);
+  app.footer(help::kExamples);
   app.require_subcommand(1);
   AddLook(app, look);
   AddCollect(app, collect);
@@ -468,10 +334,10 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
   AddWithChoice(app, kEventSource, "Makes the program known to Windows' Event Log", "action", kEventSourceActions,
                 event_source.adds)
-      .footer(kEventSourceNotes);
+      .footer(help::kEventSourceNotes);
   AddWithChoice(app, kCompletion, "Prints the completion for a shell", "shell", kShells, shell)
-      .footer(kCompletionNotes);
-  app.add_subcommand(kMan, "Prints the manual page")->footer(kManNotes);
+      .footer(help::kCompletionNotes);
+  app.add_subcommand(kMan, "Prints the manual page")->footer(help::kManNotes);
 
   CompleteCommand(app, arguments);
   std::reverse(arguments.begin(), arguments.end());  // as the library takes them

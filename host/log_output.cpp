@@ -34,13 +34,17 @@ std::ofstream OpenLog(const fs::path& file) {
   throw WrongUsage("the log file " + PathText(file) + " cannot be written: " + std::generic_category().message(errno));
 }
 
+bool GoesToFile(const CommonSettings& settings) {
+  return settings.log_file.has_value() && settings.log_target != LogTarget::kEventLog;
+}
+
 }  // namespace
 
 LogOutput::LogOutput(const CommonSettings& settings, std::ostream& err)
     : settings_(settings),
       event_log_(settings.log_target == LogTarget::kEventLog ? ConnectToEventLog() : nullptr),
-      file_(settings.log_file.has_value() ? OpenLog(*settings.log_file) : std::ofstream()),
-      stream_(settings.log_file.has_value() ? file_ : err) {}
+      file_(GoesToFile(settings) ? OpenLog(*settings.log_file) : std::ofstream()),
+      stream_(GoesToFile(settings) ? file_ : err) {}
 
 void LogOutput::Write(const plog::Record& record) {
   if (event_log_ != nullptr)
