@@ -4,6 +4,7 @@
 #   lib/                       on Windows the import libraries
 #   include/zt-telemetry/      the headers
 #   lib/cmake/zt-telemetry/    for find_package(zt-telemetry)
+#   lib/pkgconfig/             elsewhere than on Windows, for pkg-config
 #   share/zt-telemetry/        the contract, profiles of machines
 #   share/doc/zt-telemetry/    the documents
 # Components: runtime is what a machine needs to collect, development what is needed to build against it.
@@ -50,19 +51,29 @@ foreach(library battery-info npu-info private-bios-wmi smbios storage-info telem
 endforeach()
 zt_install_library(zt-telemetry-data-contracts contracts)
 zt_install_headers(${PROJECT_BINARY_DIR}/contracts/generated)
-install(DIRECTORY contracts/ DESTINATION ${data}/contracts COMPONENT development FILES_MATCHING PATTERN *.proto)
+file(GLOB contract_files contracts/*.proto)
+install(FILES ${contract_files} DESTINATION ${data}/contracts COMPONENT development)
 if(machine STREQUAL simulated)
   zt_install_library(zt-simulation simulation)
+  set_target_properties(nvml.simulated amdadlx64.simulated PROPERTIES INSTALL_RPATH $ORIGIN)
   install(TARGETS nvml.simulated amdadlx64.simulated DESTINATION ${libraries} COMPONENT runtime)
 endif()
-install(DIRECTORY simulation/profiles/ DESTINATION ${data}/profiles COMPONENT runtime)
+install(DIRECTORY simulation/profiles/ DESTINATION ${data}/profiles COMPONENT development)
 
-# The plugin is loaded and never linked, so it is no target of the export: the package's configuration names its file.
+# The plugin is loaded by its file, which the package's configuration names. Only who brings samplers of their own links
+# it, for the base class of samplers; its headers lie apart, since their names are short.
 set_target_properties(zt-collector.${machine} PROPERTIES INSTALL_RPATH $ORIGIN)
 install(TARGETS zt-collector.${machine}
   RUNTIME DESTINATION ${libraries} COMPONENT runtime
   LIBRARY DESTINATION ${libraries} COMPONENT runtime
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development EXCLUDE_FROM_ALL)
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+zt_install_headers(${PROJECT_BINARY_DIR}/src/generated)
+foreach(header IN ITEMS collector/performance_samples.h messages/perf_messages.h samplers/battery_info_msg.h
+    samplers/device_state_info_msg.h samplers/gpu/gpu_info_msg.h samplers/memory_info_msg.h samplers/npu_msg.h
+    samplers/operating_system_info_msg.h samplers/storage_info_msg.h types/graphic_card_info.h types/wmi_process_info.h)
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES src/${header} DESTINATION ${headers}/collector/${folder} COMPONENT development)
+endforeach()
 
 # Elsewhere than on Windows the program lies beside its libraries, where it looks for the plugin, and bin/ has its name.
 set_target_properties(zt-telemetry-host.${machine} PROPERTIES INSTALL_RPATH $ORIGIN)
@@ -82,16 +93,18 @@ endif()
 
 install(FILES README.md ARCHITECTURE.md DESTINATION ${documents} COMPONENT runtime)
 install(DIRECTORY docs/ DESTINATION ${documents}/docs COMPONENT runtime)
+install(DIRECTORY examples DESTINATION ${data} COMPONENT development)
 
 # find_package(zt-telemetry)
 set(plugin ${libraries}/$<TARGET_FILE_NAME:zt-collector.${machine}>)
 set(host ${libraries}/$<TARGET_FILE_NAME:zt-telemetry-host.${machine}>)
+set(import_library ${CMAKE_INSTALL_LIBDIR}/$<TARGET_LINKER_FILE_NAME:zt-collector.${machine}>) # on Windows
 set(utf8_messages 0)
 if(ZT_PLOG_CHAR_IS_UTF8)
   set(utf8_messages 1)
 endif()
 configure_package_config_file(cmake/${package}-config.cmake.in ${PROJECT_BINARY_DIR}/${package}-config.cmake.in
-  INSTALL_DESTINATION ${cmake_files} PATH_VARS plugin host data)
+  INSTALL_DESTINATION ${cmake_files} PATH_VARS plugin host data headers import_library)
 file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/package/${package}-config.cmake
   INPUT ${PROJECT_BINARY_DIR}/${package}-config.cmake.in)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/${package}-config-version.cmake
@@ -100,3 +113,15 @@ install(FILES ${PROJECT_BINARY_DIR}/package/${package}-config.cmake
   ${PROJECT_BINARY_DIR}/package/${package}-config-version.cmake DESTINATION ${cmake_files} COMPONENT development)
 install(EXPORT ${package} FILE ${package}-targets.cmake NAMESPACE ${package}:: DESTINATION ${cmake_files}
   COMPONENT development)
+
+# pkg-config, whose files find everything from where they lie themselves.
+if(NOT WIN32)
+  file(RELATIVE_PATH prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  string(REGEX REPLACE "/$" "" prefix ${prefix})
+  foreach(name IN ITEMS ${package} ${package}-collector)
+    configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc.in @ONLY)
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/package/${name}.pc INPUT ${PROJECT_BINARY_DIR}/${name}.pc.in)
+    install(FILES ${PROJECT_BINARY_DIR}/package/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+      COMPONENT development)
+  endforeach()
+endif()
