@@ -67,7 +67,8 @@ endif()
 # their symbols are found (on Linux that is the compiler's default).
 if(ZT_HANDED_OUT AND NOT MSVC)
   # The last one that fits is taken.
-  foreach(place ${PROJECT_SOURCE_DIR}=. ${PROJECT_BINARY_DIR}=build ${ZT_CACHE_DIR}=libraries)
+  set(sources /usr/src/zt-telemetry)
+  foreach(place ${PROJECT_SOURCE_DIR}=${sources} ${PROJECT_BINARY_DIR}=${sources}/build ${ZT_CACHE_DIR}=${sources}-libraries)
     add_compile_options(-ffile-prefix-map=${place})
   endforeach()
   # What is installed is what was linked: a path that is replaced leaves its length behind.
