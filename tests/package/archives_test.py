@@ -67,6 +67,15 @@ class ArchivesTest(unittest.TestCase):
             self.assertEqual({member.mtime for member in tar}, {EPOCH})
             self.assertEqual(tar.extractfile("root/share/a").read(), b"of share/a")
 
+    def test_a_zip_keeps_programs_links_and_the_time(self):
+        archives.write_zip(self.folder / "1.zip", self.one, "root", EPOCH)
+        with zipfile.ZipFile(self.folder / "1.zip") as packed:
+            modes = {entry.filename: entry.external_attr >> 16 for entry in packed.infolist()}
+            self.assertEqual(modes, {"root/README": 0o100644, "root/bin/link": 0o120777, "root/bin/program": 0o100755,
+                                     "root/share/a": 0o100644, "root/share/b": 0o100644})
+            self.assertEqual({entry.date_time for entry in packed.infolist()}, {(2023, 11, 14, 22, 13, 20)})
+            self.assertEqual(packed.read("root/bin/link"), b"program")
+
     def test_a_zip_before_the_first_time_that_it_can_tell_has_that_one(self):
         archives.write_zip(self.folder / "1.zip", self.one, "root", 0)
         with zipfile.ZipFile(self.folder / "1.zip") as packed:
