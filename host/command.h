@@ -73,6 +73,17 @@ struct NetworkCommand {
   std::optional<std::filesystem::path> queries;
 };
 
+/// `report`: writes records as pages for people.
+struct ReportCommand {
+  std::optional<std::filesystem::path> outbox;
+  std::vector<std::filesystem::path> records;
+  std::optional<std::string> machine_name;
+  std::optional<std::chrono::sys_seconds> from;  // by the machine's wall clock
+  std::optional<std::chrono::sys_seconds> to;
+  std::optional<std::string> serial;
+  std::filesystem::path output;
+};
+
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
@@ -81,7 +92,7 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, MachinesCommand,
-                             ShowTextCommand>;
+using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, ReportCommand,
+                             MachinesCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

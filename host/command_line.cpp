@@ -25,8 +25,9 @@ constexpr char kOutbox[] = "outbox";
 constexpr char kDoctor[] = "doctor";
 constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
+constexpr char kReport[] = "report";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kMachines};
+constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kReport, kMachines};
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
@@ -40,6 +41,8 @@ constexpr char kExamples[] = R"(Examples:
   zt-telemetry-host collect --machine convertible-laptop --database-dir samples --outbox outbox
   zt-telemetry-host outbox list --outbox outbox
       a day of stored samples, and its hourly records, which are kept
+  zt-telemetry-host report --outbox outbox --output report.html
+      what is kept, as a page with plots
   zt-telemetry-host doctor --machine workstation
       which sources of figures a machine has, and which of them fail
   zt-telemetry-host network --machine convertible-laptop
@@ -73,6 +76,12 @@ constexpr char kSeedNotes[] =
     "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
     "--until; they fill exactly N hour windows when it is on the hour, else N + 1, the outer two partly.\n"
     "The same numbers give the same samples.";
+
+constexpr char kReportNotes[] =
+    "One page for each machine, whole in itself: it asks nothing of anywhere. Of several machines each has its serial\n"
+    "number in the name of its file. What cannot be read is told, here and in the page, and the rest is shown; the "
+    "exit\n"
+    "code is then 1. Times are those of the machine's wall clock.";
 
 constexpr std::int32_t kDefaultEvent = 50;
 constexpr std::uint32_t kMaxHours = 87'600;  // ten years
@@ -290,6 +299,49 @@ void AddSeed(CLI::App& program, SeedCommand& command) {
   app.footer(kSeedNotes);
 }
 
+void AddTime(CLI::App& app, const std::string& name, std::optional<std::chrono::sys_seconds>& time,
+             const std::string& description) {
+  app.add_option_function<std::string>(
+         name, [&time](const std::string& text) { time = ParseUtcTime(text); }, description)
+      ->check(TimeText("by the machine's clock"))
+      ->type_name("TIME");
+}
+
+void AddReport(CLI::App& program, ReportCommand& command) {
+  CLI::App& app = *program.add_subcommand(kReport, "Writes the records of a machine as a page for people");
+  CLI::Option_group& input = *app.add_option_group("Records");
+  AddPath(input, "--outbox", command.outbox, "DIR", "What collect --outbox has kept");
+  input
+      .add_option_function<std::vector<std::string>>(
+          "--records",
+          [&command](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) command.records.push_back(PathFromText(text));
+          },
+          "Lines that collect --format json or outbox export printed, or\nrecords of outbox export --format protobuf")
+      ->check(Name())
+      ->type_name("FILE...");
+  input.require_option(1, 0);
+  app.add_option_function<std::string>(
+         "--machine-name", [&command](const std::string& text) { command.machine_name = text; },
+         "What people call the machine")
+      ->check(Name())
+      ->type_name("TEXT");
+  AddTime(app, "--from", command.from, "Only what is not before this time");
+  AddTime(app, "--to", command.to, "Only what is before this time");
+  app.add_option_function<std::string>(
+         "--serial", [&command](const std::string& text) { command.serial = text; },
+         "Only the machine of this serial number")
+      ->check(Name())
+      ->type_name("SERIAL");
+  app.add_option_function<std::string>(
+         "--output", [&command](const std::string& text) { command.output = PathFromText(text); },
+         "The page; a file that is there is replaced")
+      ->check(Name())
+      ->type_name("FILE")
+      ->required();
+  app.footer(kReportNotes);
+}
+
 // Without a command: look. A first word that is no command is told here, since the library would miss a command.
 void CompleteCommand(std::vector<std::string>& arguments) {
   constexpr std::array kOfTheProgram = {"-h", "--help", "--version"};
@@ -299,7 +351,7 @@ void CompleteCommand(std::vector<std::string>& arguments) {
     arguments.insert(arguments.begin(), kLook);
   } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
     throw WrongUsage("there is no command \"" + first +
-                     "\"; expected look, collect, outbox, doctor, network, seed or machines\nSee " +
+                     "\"; expected look, collect, outbox, doctor, network, seed, report or machines\nSee " +
                      std::string(kProgram) + " --help");
   }
 }
@@ -334,6 +386,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   SeedCommand seed;
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
+  ReportCommand report;
 
   CLI::App app(kDescription, kProgram);
   app.allow_windows_style_options(false);  // an argument that starts with a slash is a path
@@ -348,6 +401,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddDoctor(app, doctor);
   AddNetwork(app, network);
   AddSeed(app, seed);
+  AddReport(app, report);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
 
   CompleteCommand(arguments);
@@ -365,6 +419,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   if (app.got_subcommand(kDoctor)) return doctor;
   if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
+  if (app.got_subcommand(kReport)) return report;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
   return look;
 }

@@ -11,6 +11,7 @@
 #include "host/machine_choice.h"
 #include "host/network/network.h"
 #include "host/outbox/outbox_command.h"
+#include "host/report/report.h"
 #include "host/seed/seed.h"
 
 namespace zt::telemetry::host {
@@ -35,6 +36,8 @@ class Runner {
     Seed(command, err_);
     return kExitDone;
   }
+
+  int operator()(const ReportCommand& command) const { return Report(command, out_, err_); }
 
   int operator()(const MachinesCommand&) const {
     const std::vector<ShippedMachine> machines = ShippedMachines();
