@@ -56,6 +56,16 @@ struct SeedCommand {
   std::uint64_t random_seed = 0;
 };
 
+/// `simulate`: live records of a simulated machine over many hours.
+struct SimulateCommand {
+  std::uint32_t hours = 0;
+  std::optional<std::chrono::sys_seconds> until;  // absent: the present
+  std::uint64_t random_seed = 0;
+  std::optional<std::filesystem::path> plugin;
+  std::optional<std::filesystem::path> outbox;
+  std::optional<std::filesystem::path> output;
+};
+
 /// `doctor`: asks every source of the machine.
 struct DoctorCommand {
   std::optional<std::filesystem::path> database_dir;
@@ -92,7 +102,7 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, ReportCommand,
-                             MachinesCommand, ShowTextCommand>;
+using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, SimulateCommand,
+                             ReportCommand, MachinesCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

@@ -25,9 +25,10 @@ constexpr char kOutbox[] = "outbox";
 constexpr char kDoctor[] = "doctor";
 constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
+constexpr char kSimulate[] = "simulate";
 constexpr char kReport[] = "report";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kReport, kMachines};
+constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kSimulate, kReport, kMachines};
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 constexpr char kDescription[] =
     "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
@@ -77,6 +78,11 @@ constexpr char kSeedNotes[] =
     "--until; they fill exactly N hour windows when it is on the hour, else N + 1, the outer two partly.\n"
     "The same numbers give the same samples.";
 
+constexpr char kSimulateNotes[] =
+    "The collector samples the convertible laptop once an hour, as its battery ages, its drive fills, its user works "
+    "by\n"
+    "day and is away at night and on Sundays, when it is off. The same numbers give the same records. With the same\n"
+    "--until, seed makes the stored samples of the same time.";
 constexpr char kReportNotes[] =
     "One page for each machine, whole in itself: it asks nothing of anywhere. Of several machines each has its serial\n"
     "number in the name of its file. What cannot be read is told, here and in the page, and the rest is shown; the "
@@ -299,6 +305,28 @@ void AddSeed(CLI::App& program, SeedCommand& command) {
   app.footer(kSeedNotes);
 }
 
+void AddSimulate(CLI::App& program, SimulateCommand& command) {
+  CLI::App& app = *program.add_subcommand(kSimulate, "Live records of a simulated machine over many hours");
+  app.add_option("--hours", command.hours, "Hours that pass")
+      ->transform(WholeNumber<std::uint32_t>(1, kMaxHours))
+      ->type_name("N")
+      ->required();
+  app.add_option_function<std::string>(
+         "--until", [&command](const std::string& text) { command.until = ParseUtcTime(text); },
+         "Their end in UTC; by default the present")
+      ->check(UtcTimeText())
+      ->type_name("TIME");
+  app.add_option("--random-seed", command.random_seed, "Another number gives other records of the same kind")
+      ->transform(WholeNumber<std::uint64_t>(0, std::numeric_limits<std::uint64_t>::max()))
+      ->type_name("N")
+      ->default_str(std::to_string(kDefaultRandomSeed));
+  AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
+  AddPath(app, "--outbox", command.outbox, "DIR", "Keep the records in the outbox of this folder");
+  AddPath(app, "--output", command.output, "FILE",
+          "Write the records here, one JSON object a line, instead of\nstandard output");
+  app.footer(kSimulateNotes);
+}
+
 void AddTime(CLI::App& app, const std::string& name, std::optional<std::chrono::sys_seconds>& time,
              const std::string& description) {
   app.add_option_function<std::string>(
@@ -351,7 +379,7 @@ void CompleteCommand(std::vector<std::string>& arguments) {
     arguments.insert(arguments.begin(), kLook);
   } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
     throw WrongUsage("there is no command \"" + first +
-                     "\"; expected look, collect, outbox, doctor, network, seed, report or machines\nSee " +
+                     "\"; expected look, collect, outbox, doctor, network, seed, simulate, report or machines\nSee " +
                      std::string(kProgram) + " --help");
   }
 }
@@ -386,6 +414,8 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   SeedCommand seed;
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
+  SimulateCommand simulate;
+  simulate.random_seed = kDefaultRandomSeed;
   ReportCommand report;
 
   CLI::App app(kDescription, kProgram);
@@ -401,6 +431,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddDoctor(app, doctor);
   AddNetwork(app, network);
   AddSeed(app, seed);
+  AddSimulate(app, simulate);
   AddReport(app, report);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
 
@@ -419,6 +450,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   if (app.got_subcommand(kDoctor)) return doctor;
   if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
+  if (app.got_subcommand(kSimulate)) return simulate;
   if (app.got_subcommand(kReport)) return report;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
   return look;

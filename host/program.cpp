@@ -13,6 +13,7 @@
 #include "host/outbox/outbox_command.h"
 #include "host/report/report.h"
 #include "host/seed/seed.h"
+#include "host/simulate/simulate.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -36,6 +37,8 @@ class Runner {
     Seed(command, err_);
     return kExitDone;
   }
+
+  int operator()(const SimulateCommand& command) const { return Simulate(command, out_, err_); }
 
   int operator()(const ReportCommand& command) const { return Report(command, out_, err_); }
 

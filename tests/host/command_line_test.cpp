@@ -161,10 +161,8 @@ TEST(CommandLineTest, AnOptionGivenTwiceIsNamedUnlessItIsTheEvent) {
 }
 
 TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
-  EXPECT_THAT(
-      Complaint({"colect"}),
-      StartsWith(
-          "there is no command \"colect\"; expected look, collect, outbox, doctor, network, seed, report or machines"));
+  EXPECT_THAT(Complaint({"colect"}), StartsWith("there is no command \"colect\"; expected look, collect, outbox, "
+                                                "doctor, network, seed, simulate, report or machines"));
   EXPECT_THAT(Complaint({"collect", "--evnt", "50"}), HasSubstr("--evnt"));
   EXPECT_THAT(Complaint({"collect", "--event", "50", "51"}), HasSubstr("51"));
   EXPECT_THAT(Complaint({"machines", "all"}), HasSubstr("all"));
