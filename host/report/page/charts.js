@@ -15,8 +15,8 @@ const COLOURS = 8;
 const MARK_STEPS = [HOUR, 2 * HOUR, 3 * HOUR, 6 * HOUR, 12 * HOUR, DAY, 2 * DAY, 4 * DAY, 7 * DAY, 14 * DAY, 28 * DAY,
                     56 * DAY, 112 * DAY, 224 * DAY];
 const DASHES = [[], [6, 3], [2, 2], [8, 2, 2, 2]];
-const LONGEST_AXIS_TEXT = 13;
-const AXIS_WIDTH = 88;  // the same for all, so that times stand below each other
+const LONGEST_AXIS_TEXT = 12;
+const AXIS_WIDTH = 94;  // the same for all, so that times stand below each other
 
 /** The time that all plots show. */
 export class SharedTime {
@@ -77,6 +77,7 @@ export class PlotData {
     this.kinds = kindsAt(model, plot.figures);
     /** Of states: every text that occurs, each on a line of its own. */
     this.states = [...new Set(this.series.flatMap((one) => one.texts.filter((_, i) => one.values.includes(i))))];
+    if (this.series.every((one) => one.column.kind === 'flag')) this.states.sort();  // "yes" above "no"
     /** @type {[number[], ...(number|null|undefined)[][]]} */
     this.aligned = this.series.length === 0 ? [[]] : /** @type {any} */ (window.uPlot).join(
         this.series.map((one, i) => [one.times, this.heights(one, i)]), this.series.map(() => [2, 2]));
@@ -120,8 +121,8 @@ function styleOf(name) {
 }
 
 /** @param {number} index */
-export function colourOf(index) {
-  return styleOf(`--series-${index % COLOURS}`);
+export function colourName(index) {
+  return `--series-${index % COLOURS}`;
 }
 
 /**
@@ -240,14 +241,14 @@ export class Chart {
     return {
       label: this.data.series[index].name,
       show: !this.hidden.has(index),
-      stroke: colourOf(index),
+      stroke: styleOf(colourName(index)),
       width: 1.75,
       dash: DASHES[Math.floor(index / COLOURS) % DASHES.length],
       paths: states ? window.uPlot.paths.stepped?.({align: 1}) : window.uPlot.paths.linear?.(),
       spanGaps: false,
       points: {
         size: 5,
-        fill: colourOf(index),
+        fill: styleOf(colourName(index)),
         show: (u, series, from, to) => (to - from) * 12 < u.bbox.width / window.devicePixelRatio,
         filter: (u, series, shown) => {
           const values = /** @type {(number|null|undefined)[]} */ (u.data[series]);

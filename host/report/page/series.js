@@ -214,7 +214,7 @@ export function seriesAt(model, figures) {
   const names = new Set(found.map((series) => series.name));
   if (columns.size > 1) {
     for (const series of found) {
-      series.name = names.size > 1 ? `${series.name}, ${series.column.label}` : series.column.label;
+      series.name = names.size > 1 ? `${series.column.label}, ${series.name}` : series.column.label;
     }
   }
   return found;

@@ -1,6 +1,6 @@
 // The figures of a plot as tables: what they come to, and each of them.
 
-import {colourOf} from './charts.js';
+import {colourName} from './charts.js';
 import {button, foreign, make, say} from './dom.js';
 import {shownPlaces} from './downloads.js';
 import {numberText, timeText} from './times.js';
@@ -49,7 +49,7 @@ function cell(text) {
 /** @param {number} index */
 export function swatch(index) {
   const mark = make('span', {class: 'swatch', 'aria-hidden': 'true'});
-  mark.style.backgroundColor = colourOf(index);
+  mark.style.backgroundColor = `var(${colourName(index)})`;  // follows the page's colours by itself
   return mark;
 }
 
