@@ -15,7 +15,7 @@ namespace {
 using google::protobuf::DescriptorProto;
 using google::protobuf::FileDescriptorProto;
 using google::protobuf::FileDescriptorSet;
-using Place = std::vector<int>;  // of a part of a file, as the locations of its comments tell it
+using CommentPlace = std::vector<int>;  // of a part of a file, as the locations of its comments tell it
 
 std::string OnOneLine(const std::string& comment) {
   std::istringstream words(comment);
@@ -24,8 +24,8 @@ std::string OnOneLine(const std::string& comment) {
   return text;
 }
 
-Place Below(const Place& place, int field, int index) {
-  Place below = place;
+CommentPlace Below(const CommentPlace& place, int field, int index) {
+  CommentPlace below = place;
   below.push_back(field);
   below.push_back(index);
   return below;
@@ -36,7 +36,7 @@ class FileComments {
  public:
   FileComments(const FileDescriptorProto& file, std::map<std::string, std::string>& by_name) : by_name_(by_name) {
     for (const auto& location : file.source_code_info().location()) {
-      comments_[Place(location.path().begin(), location.path().end())] = OnOneLine(location.leading_comments());
+      comments_[CommentPlace(location.path().begin(), location.path().end())] = OnOneLine(location.leading_comments());
     }
     for (int i = 0; i < file.message_type_size(); ++i) {
       Add(file.message_type(i), Below({}, FileDescriptorProto::kMessageTypeFieldNumber, i), file.package());
@@ -44,7 +44,7 @@ class FileComments {
   }
 
  private:
-  void Add(const DescriptorProto& message, const Place& place, const std::string& around) {
+  void Add(const DescriptorProto& message, const CommentPlace& place, const std::string& around) {
     const std::string name = around + "." + message.name();
     by_name_[name] = comments_[place];
     for (int i = 0; i < message.field_size(); ++i) {
@@ -55,7 +55,7 @@ class FileComments {
     }
   }
 
-  std::map<Place, std::string> comments_;
+  std::map<CommentPlace, std::string> comments_;
   std::map<std::string, std::string>& by_name_;
 };
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
+#include <iterator>
 #include <map>
 #include <set>
 #include <utility>

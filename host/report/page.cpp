@@ -27,9 +27,9 @@ constexpr std::string_view kDataPlace = "{{data}}";
 constexpr int kDataFormat = 1;
 
 // The sections of all record types that are there, in the order of their layouts.
-class Tables {
+class PageTables {
  public:
-  explicit Tables(const std::vector<DatedRecord>& records) {
+  explicit PageTables(const std::vector<DatedRecord>& records) {
     for (const DatedRecord& record : records) types_.try_emplace(record.record->GetDescriptor(), types_.size());
     for (const auto& [type, place] : types_) {
       for (const Section& section : LayoutOf(*type).sections) {
@@ -92,21 +92,15 @@ std::string RecordsJson(const std::vector<DatedRecord>& records) {
          PageValues(samples) + "}";
 }
 
-std::string TextsJson(const std::vector<std::string>& texts) {
-  std::string json;
-  for (const std::string& text : texts) json.append(json.empty() ? "" : ",").append(PageText(text));
-  return "[" + json + "]";
-}
-
 }  // namespace
 
 std::string PageData(const MachineRecords& machine, const std::string& name) {
-  const Tables tables(machine.records);
+  const PageTables tables(machine.records);
   std::vector<std::string> notices = machine.notices;
   for (std::string& notice : tables.Notices()) notices.push_back(std::move(notice));
   return R"({"format":)" + std::to_string(kDataFormat) + R"(,"program":)" + PageText("zt-telemetry-host " ZT_VERSION) +
          R"(,"machine":{"name":)" + PageText(name) + R"(,"serial":)" + PageText(machine.serial) + R"(},"notices":)" +
-         TextsJson(notices) + ",\n" + R"("records":)" + RecordsJson(machine.records) + ",\n" + R"("tables":)" +
+         PageTexts(notices) + ",\n" + R"("records":)" + RecordsJson(machine.records) + ",\n" + R"("tables":)" +
          tables.Json() + "}";
 }
 

@@ -39,6 +39,12 @@ std::string PageText(std::string_view text) {
   return json;
 }
 
+std::string PageTexts(const std::vector<std::string>& texts) {
+  std::string json;
+  for (const std::string& text : texts) json.append(json.empty() ? "" : ",").append(PageText(text));
+  return "[" + json + "]";
+}
+
 std::string PageNumber(double number) {
   return NumberOf(number);
 }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zt::telemetry::host {
 
@@ -14,6 +15,9 @@ std::string PageText(std::string_view text);
 std::string PageNumber(double number);
 /// The same of a number that had no more digits than a float has.
 std::string PageNumber(float number);
+
+/// The texts as a JSON array that can stand in a script element of a page.
+std::string PageTexts(const std::vector<std::string>& texts);
 
 /// Numbers that repeat themselves are written once with their count: {"runs":[value,count,…]}, else {"values":[…]}.
 /// Each value is JSON.

@@ -44,7 +44,7 @@ std::optional<chrono::minutes> ZoneOf(std::string_view text) {
 }
 
 // The hour with which the identity of an hourly record begins.
-std::optional<chrono::sys_seconds> HourOf(std::string_view id) {
+std::optional<chrono::sys_seconds> HourOfId(std::string_view id) {
   if (id.size() < kHourLength + kHourMark.size() || id.substr(kHourLength, kHourMark.size()) != kHourMark) {
     return std::nullopt;
   }
@@ -79,7 +79,7 @@ void ReadLiveSerial(std::string_view id, std::string_view time, RecordIdentity& 
 RecordIdentity IdentityOfUpload(const Upload& upload) {
   RecordIdentity identity;
   const std::string& id = upload.collection_id();
-  if (const auto hour = HourOf(id); hour.has_value()) {
+  if (const auto hour = HourOfId(id); hour.has_value()) {
     const bool network = upload.hw_info().has_network_info();
     identity.kind = network ? RecordKind::kNetwork : RecordKind::kThermal;
     identity.time = hour;

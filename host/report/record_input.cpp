@@ -2,6 +2,7 @@
 
 #include <google/protobuf/util/json_util.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <fstream>
@@ -24,7 +25,6 @@ namespace zt::telemetry::host {
 namespace {
 
 using google::protobuf::Message;
-using Json = nlohmann::json;
 using Upload = contract::upload::log::PcLogPerformanceSamplesAsCDM;
 
 constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
@@ -51,9 +51,10 @@ std::string ReadWhole(const std::filesystem::path& file) {
 }
 
 // The beginning of what somebody else wrote, for a message.
-std::string Quoted(std::string_view text) {
+std::string QuotedStart(std::string_view text) {
   const bool is_long = text.size() > kLongestQuote;
-  return Json(std::string(text.substr(0, kLongestQuote))).dump(-1, ' ', false, Json::error_handler_t::replace) +
+  return nlohmann::json(std::string(text.substr(0, kLongestQuote)))
+             .dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) +
          (is_long ? "…" : "");
 }
 
@@ -62,22 +63,22 @@ struct BadLine {
   std::string reason;
 };
 
-Json ParseLine(const std::string& line) {
+nlohmann::json ParseLine(const std::string& line) {
   bool too_deep = false;
-  const auto shallow = [&too_deep](int depth, Json::parse_event_t, const Json&) {
+  const auto shallow = [&too_deep](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
     too_deep = too_deep || depth > kDeepestJson;
     return depth <= kDeepestJson;
   };
   try {
-    Json json = Json::parse(line, shallow);
+    nlohmann::json json = nlohmann::json::parse(line, shallow);
     if (too_deep) throw BadLine{"JSON that is nested deeper than " + std::to_string(kDeepestJson) + " levels"};
     return json;
-  } catch (const Json::exception&) {
-    throw BadLine{"this is no JSON: " + Quoted(line)};
+  } catch (const nlohmann::json::exception&) {
+    throw BadLine{"this is no JSON: " + QuotedStart(line)};
   }
 }
 
-std::string TextMember(const Json& json, const char* name) {
+std::string TextMember(const nlohmann::json& json, const char* name) {
   const auto found = json.find(name);
   if (found == json.end() || !found->is_string()) {
     throw BadLine{std::string("\"") + name + "\" is missing, or no text"};
@@ -88,7 +89,7 @@ std::string TextMember(const Json& json, const char* name) {
 // Fields that are not known are those of a newer collector: the rest of the record is read all the same.
 std::unique_ptr<Message> RecordOfJson(const std::string& type, const std::string& json, bool& newer) {
   std::unique_ptr<Message> record = NewRecord(type);
-  if (record == nullptr) throw BadLine{"the record type " + Quoted(type) + " is unknown"};
+  if (record == nullptr) throw BadLine{"the record type " + QuotedStart(type) + " is unknown"};
   google::protobuf::util::JsonParseOptions options;
   if (google::protobuf::util::JsonStringToMessage(json, record.get(), options).ok()) return record;
   record->Clear();
@@ -103,8 +104,8 @@ std::unique_ptr<Message> RecordOfJson(const std::string& type, const std::string
 }
 
 void ReadLine(const std::string& line, const std::string& where, RecordInput& input) {
-  const Json json = ParseLine(line);
-  if (!json.is_object()) throw BadLine{"this is no JSON object: " + Quoted(line)};
+  const nlohmann::json json = ParseLine(line);
+  if (!json.is_object()) throw BadLine{"this is no JSON object: " + QuotedStart(line)};
   const std::string type = TextMember(json, "type");
   if (type == kTextMessage) {
     ++input.texts;
@@ -151,7 +152,7 @@ std::optional<std::size_t> TakeLength(std::string_view& bytes) {
   return std::nullopt;
 }
 
-bool HoldsFigures(const Message& record) {
+bool HasFigures(const Message& record) {
   const auto& upload = dynamic_cast<const Upload&>(record);
   return upload.has_local_time() || upload.has_hw_info() || upload.has_operating_system_info();
 }
@@ -159,7 +160,7 @@ bool HoldsFigures(const Message& record) {
 // Nothing when the bytes are no upload record.
 std::unique_ptr<Message> UploadOf(std::string_view bytes) {
   auto record = RecordFromBytes(std::string(Upload::descriptor()->full_name()), std::string(bytes));
-  return record != nullptr && HoldsFigures(*record) ? std::move(record) : nullptr;
+  return record != nullptr && HasFigures(*record) ? std::move(record) : nullptr;
 }
 
 void ReadDelimited(std::string_view bytes, const std::string& file, RecordInput& input) {

@@ -71,19 +71,13 @@ std::string_view KindText(TableColumn::Kind kind) {
   }
 }
 
-std::string TextsJson(const std::vector<std::string>& texts) {
-  std::string json;
-  for (const std::string& text : texts) json.append(json.empty() ? "" : ",").append(PageText(text));
-  return "[" + json + "]";
-}
-
 // Rows behind the last value have none.
 std::string ColumnJson(TableColumn column, std::size_t rows) {
   column.values.resize(rows, kNull);
   std::string json = R"({"path":)" + PageText(column.path) + R"(,"label":)" + PageText(column.label) + R"(,"unit":)" +
                      PageText(column.unit) + R"(,"meaning":)" + PageText(column.meaning) + R"(,"kind":)" +
                      PageText(KindText(column.kind)) + R"(,"data":)" + PageValues(column.values);
-  if (column.kind == TableColumn::Kind::kText) json += R"(,"texts":)" + TextsJson(column.texts);
+  if (column.kind == TableColumn::Kind::kText) json += R"(,"texts":)" + PageTexts(column.texts);
   return json + "}";
 }
 

@@ -25,13 +25,13 @@ namespace {
 namespace chrono = std::chrono;
 
 constexpr std::int32_t kFullCollection = 50;
-constexpr chrono::sys_days kEarliest = chrono::year{1} / chrono::January / 2;
-constexpr int kPatienceMs = 1000;
+constexpr chrono::sys_days kEarliestBegin = chrono::year{1} / chrono::January / 2;
+constexpr int kLockPatienceMs = 1000;
 
 chrono::sys_seconds Begin(const SimulateCommand& command) {
   const auto until = command.until.value_or(chrono::floor<chrono::hours>(chrono::system_clock::now()));
   const auto begin = until - chrono::hours(command.hours);
-  if (begin >= kEarliest) return begin;
+  if (begin >= kEarliestBegin) return begin;
   throw WrongUsage("--until " + FormatUtcTime(until) + ": " + std::to_string(command.hours) +
                    " hours would begin before the year 1");
 }
@@ -82,7 +82,7 @@ int Simulate(const SimulateCommand& command, std::ostream& out, std::ostream& er
   std::int64_t collected = 0;
   if (command.outbox.has_value()) {
     Outbox outbox(*command.outbox);
-    const CollectingLock lock(*command.outbox, kPatienceMs);
+    const CollectingLock lock(*command.outbox, kLockPatienceMs);
     KeepingView kept;
     collected = Collect(command, *life, kept, err, all_done);
     outbox.Keep(kept.HandOvers(), std::nullopt);
