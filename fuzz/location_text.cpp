@@ -1,29 +1,14 @@
 // The registry's text of where a graphics card is.
 #include <string>
-#include <utility>
 
+#include "card_machine.h"
 #include "harness.h"
 #include "samplers/gpu/pci_bus_number.h"
-#include "simulation/machine.h"
-
-namespace {
-
-constexpr char kAdapters[] = R"(HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Enum\PCI)";
-
-void UseMachineWithCardAt(std::string_view location) {
-  zt::simulation::RegistryKey instance{"4&1&0&0008", {{"LocationInformation", std::string(location)}}, {}};
-  zt::simulation::RegistryKey card{"VEN_1002&DEV_744C&SUBSYS_00000001&REV_C8", {}, {std::move(instance)}};
-  zt::simulation::Machine machine;
-  machine.registry.push_back({kAdapters, {}, {std::move(card)}});
-  zt::simulation::UseMachine(std::move(machine));
-}
-
-}  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zt::telemetry::collector::performancesamples;
   const std::string_view location = zt::fuzz::TextOf(data, size);
-  UseMachineWithCardAt(location);
+  zt::fuzz::UseMachineWithCard("VEN_1002&DEV_744C&SUBSYS_00000001&REV_C8", location);
   const std::uint32_t bus = PciBusNumber("0x1002", "744c");
   zt::fuzz::Require(bus == 0 || location.find(std::to_string(bus) + ",") != std::string_view::npos,
                     "the bus stands in the text, a comma behind it");

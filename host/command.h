@@ -10,10 +10,24 @@
 #include <variant>
 #include <vector>
 
+#include "host/configuration/configuration.h"
+#include "host/outbox/outbox_limits.h"
+
 namespace zt::telemetry::host {
 
-/// How results are written: for people, or one JSON object a line.
-enum class OutputFormat { kText, kJson };
+/// How results are written: for people, one JSON object a line, or as metrics (by the doctor alone).
+enum class OutputFormat { kText, kJson, kOpenMetrics };
+
+/// Where the log of a collection goes.
+enum class LogTarget { kStandardError, kEventLog };
+
+/// What most commands have in common: what their command line says of it, and what the configuration gives.
+struct CommonSettings {
+  ToldSettings told;
+  LogTarget log_target = LogTarget::kStandardError;
+  std::optional<std::filesystem::path> log_file;  // in the place of standard error
+  Consent consent;
+};
 
 /// `collect` and `look`: run the collector once for each event type.
 struct CollectCommand {
@@ -25,14 +39,28 @@ struct CollectCommand {
   std::optional<std::filesystem::path> plugin;
   plog::Severity log_level = plog::warning;
   OutputFormat format = OutputFormat::kText;
+  bool format_told = false;
   std::optional<std::filesystem::path> output;
   std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
+  OutboxLimits limits;
+};
+
+/// `doctor`: asks every source of the machine.
+struct DoctorCommand {
+  std::optional<std::filesystem::path> database_dir;
+  std::optional<std::string> machine;
+  plog::Severity log_level = plog::none;
+  OutputFormat format = OutputFormat::kText;
+  std::optional<std::filesystem::path> output;
+  std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
 };
 
 /// `outbox`: shows or thins out what collections have kept.
 struct OutboxCommand {
   enum class Action { kList, kShow, kExport, kPrune, kStatus };
-  enum class Form { kJson, kProtobuf };
+  enum class Form { kJson, kProtobuf, kOpenMetrics };
 
   Action action = Action::kStatus;
   std::filesystem::path folder;
@@ -43,8 +71,10 @@ struct OutboxCommand {
   Form form = Form::kJson;
   std::string message;
   std::optional<std::filesystem::path> output;
-  std::int64_t max_bytes = std::int64_t{256} * 1024 * 1024;
-  std::int64_t max_days = 90;
+  OutboxLimits limits;
+  CommonSettings settings;
+  bool asks_sources = false;  // for metrics: with what the doctor finds
+  DoctorCommand doctor = {};
 };
 
 /// `seed`: writes stored samples.
@@ -66,21 +96,21 @@ struct SimulateCommand {
   std::optional<std::filesystem::path> output;
 };
 
-/// `doctor`: asks every source of the machine.
-struct DoctorCommand {
-  std::optional<std::filesystem::path> database_dir;
-  std::optional<std::string> machine;
-  plog::Severity log_level = plog::none;
-  OutputFormat format = OutputFormat::kText;
-  std::optional<std::filesystem::path> queries;
-};
-
 /// `network`: shows the machine's network.
 struct NetworkCommand {
   std::optional<std::string> machine;
   plog::Severity log_level = plog::warning;
   OutputFormat format = OutputFormat::kText;
   std::optional<std::filesystem::path> queries;
+  CommonSettings settings;
+};
+
+/// `config`: looks at the configuration, or makes a key for it.
+struct ConfigCommand {
+  enum class Action { kCheck, kShow, kNewKey };
+
+  Action action = Action::kCheck;
+  ToldSettings told;
 };
 
 /// `report`: writes records as pages for people.
@@ -97,12 +127,17 @@ struct ReportCommand {
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
-/// The command line asked for a text: the help or the version.
+/// `event-source`: makes the program known to the system's Event Log, or unknown again.
+struct EventSourceCommand {
+  bool adds = true;
+};
+
+/// The command line asked for a text: the help, the version, the man page or a shell's completion.
 struct ShowTextCommand {
   std::string text;
 };
 
 using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, SimulateCommand,
-                             ReportCommand, MachinesCommand, ShowTextCommand>;
+                             ReportCommand, ConfigCommand, MachinesCommand, EventSourceCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

@@ -10,9 +10,13 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/common_options.h"
 #include "host/failure.h"
+#include "host/help_texts.h"
 #include "host/option_values.h"
 #include "host/program_environment.h"
+#include "host/shell/completion.h"
+#include "host/shell/man_page.h"
 #include "host/utc_time.h"
 
 namespace zt::telemetry::host {
@@ -27,56 +31,12 @@ constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
 constexpr char kSimulate[] = "simulate";
 constexpr char kReport[] = "report";
+constexpr char kConfig[] = "config";
 constexpr char kMachines[] = "machines";
-constexpr std::array kCommands = {kLook, kCollect, kOutbox, kDoctor, kNetwork, kSeed, kSimulate, kReport, kMachines};
+constexpr char kEventSource[] = "event-source";
+constexpr char kCompletion[] = "completion";
+constexpr char kMan[] = "man";
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
-constexpr char kDescription[] =
-    "Runs the performance-samples collector as a telemetry host does, and shows what it hands over.\n"
-    "Without a command: look, which takes nothing.";
-constexpr char kExamples[] = R"(Examples:
-  zt-telemetry-host look --machine convertible-laptop
-      what a collection on a simulated laptop would hand over, as tables
-  zt-telemetry-host look --machine workstation --format json --output records.jsonl
-      the same for programs: one JSON object a line
-  zt-telemetry-host seed --database-dir samples --hours 24 --until 2026-03-07T14:00:00Z
-  zt-telemetry-host collect --machine convertible-laptop --database-dir samples --outbox outbox
-  zt-telemetry-host outbox list --outbox outbox
-      a day of stored samples, and its hourly records, which are kept
-  zt-telemetry-host report --outbox outbox --output report.html
-      what is kept, as a page with plots
-  zt-telemetry-host doctor --machine workstation
-      which sources of figures a machine has, and which of them fail
-  zt-telemetry-host network --machine convertible-laptop
-      the interfaces of a machine, its Wi-Fi and its connections
-  zt-telemetry-host look --machine failing --event 51 --event 50 --log-level info
-      two events in one process, with the collector's log
-
-Exit codes: 0 done; 1 a collection reported an error, a hand-over could not be written, or a source
-that was asked failed; 2 wrong usage, also a plugin, machine profile, folder or file that cannot be
-used.)";
-constexpr char kLookNotes[] =
-    "The same cycle as collect, on a copy of the stored samples: the database stays as it is. Hand-overs go to\n"
-    "standard output, the log and all else to standard error.";
-constexpr char kCollectNotes[] =
-    "For a schedule. Hand-overs go to standard output, or into the outbox; the log and all else to standard error.\n"
-    "Once they have arrived, and are on the disk where they go to a file or an outbox, the stored samples that they\n"
-    "hold are deleted from the database, and no others.";
-constexpr char kOutboxNotes[] =
-    "What collect --outbox has kept: one row for each hand-over. An hour that was sent again is \"replaced\" by the "
-    "later\n"
-    "record, or marked \"again\" where the earlier one was delivered; without --all only the others are told.";
-constexpr char kDoctorNotes[] =
-    "Asks each source once, as a collection does, and hands nothing over. For each: present, absent (the\n"
-    "machine does not have it) or failed, the time it took, and the figures that a collection would get.\n"
-    "The exit code is 0 unless a source failed; what a source logs as a warning or worse is a failure.";
-constexpr char kNetworkNotes[] =
-    "Asks for the inventory of interfaces, then for their connections, for Wi-Fi and for TCP, and hands nothing\n"
-    "over. A pass or a query that fails is told on standard error, and the exit code is 1; the rest is shown.";
-constexpr char kSeedNotes[] =
-    "Makes \"ssm.db\" in the folder, or adds to it: one thermal sample a minute, and one network sample\n"
-    "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
-    "--until; they fill exactly N hour windows when it is on the hour, else N + 1, the outer two partly.\n"
-    "The same numbers give the same samples.";
 
 constexpr char kSimulateNotes[] =
     "The collector samples the convertible laptop once an hour, as its battery ages, its drive fills, its user works "
@@ -94,58 +54,19 @@ constexpr std::uint32_t kMaxHours = 87'600;  // ten years
 constexpr std::uint32_t kMaxInterfaces = 10'000;
 constexpr std::uint32_t kDefaultInterfaces = 3;
 constexpr std::uint64_t kDefaultRandomSeed = 1;
-constexpr std::int64_t kMaxDays = 36'500;  // a hundred years
 constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
-const Choices<plog::Severity> kLogLevels = {{"none", plog::none},       {"fatal", plog::fatal}, {"error", plog::error},
-                                            {"warning", plog::warning}, {"info", plog::info},   {"debug", plog::debug},
-                                            {"verbose", plog::verbose}};
-const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}};
+const Choices<OutputFormat> kDoctorFormats = {
+    {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"openmetrics", OutputFormat::kOpenMetrics}};
+const Choices<LogTarget> kLogTargets = {{"stderr", LogTarget::kStandardError}, {"event-log", LogTarget::kEventLog}};
+const Choices<bool> kEventSourceActions = {{"add", true}, {"remove", false}};
+
+enum class Shell { kBash, kPowerShell };
+const Choices<Shell> kShells = {{"bash", Shell::kBash}, {"powershell", Shell::kPowerShell}};
 
 const Choices<OutboxCommand::Form> kForms = {{"json", OutboxCommand::Form::kJson},
-                                             {"protobuf", OutboxCommand::Form::kProtobuf}};
-
-void AddPath(CLI::App& app, const std::string& name, std::optional<std::filesystem::path>& path,
-             const std::string& type, const std::string& description) {
-  app.add_option_function<std::string>(
-         name, [&path](const std::string& text) { path = PathFromText(text); }, description)
-      ->check(Name())
-      ->type_name(type);
-}
-
-void AddMachine(CLI::App& app, std::optional<std::string>& machine) {
-  app.add_option_function<std::string>(
-         "--machine", [&machine](const std::string& text) { machine = text; },
-         "Simulated machine to sample: a name that `machines` lists, or a profile file")
-      ->check(Name())
-      ->type_name("NAME|FILE");
-}
-
-void AddFormat(CLI::App& app, OutputFormat& format) {
-  app.add_option_function<std::string>(
-         "--format", [&format](const std::string& text) { format = *Find(kFormats, text); },
-         "text: tables for people; json: one object a line for programs")
-      ->check(OneOf(kFormats))
-      ->type_name("json|text")
-      ->default_str("text");
-}
-
-void AddLogLevel(CLI::App& app, plog::Severity& level, const std::string& unless_told) {
-  app.add_option_function<std::string>(
-         "--log-level", [&level](const std::string& text) { level = *Find(kLogLevels, text); },
-         "Least severe log lines to show: none, fatal, error, warning, info,\ndebug, verbose")
-      ->check(OneOf(kLogLevels))
-      ->type_name("LEVEL")
-      ->default_str(unless_told);
-}
-
-void AddDatabaseFolder(CLI::App& app, std::optional<std::filesystem::path>& folder) {
-  AddPath(app, "--database-dir", folder, "DIR", "Folder of \"ssm.db\", the stored samples");
-}
-
-void AddQueries(CLI::App& app, std::optional<std::filesystem::path>& queries) {
-  AddPath(app, "--queries", queries, "FILE", "Write the text of every WQL query here, one a line");
-}
+                                             {"protobuf", OutboxCommand::Form::kProtobuf},
+                                             {"openmetrics", OutboxCommand::Form::kOpenMetrics}};
 
 // What `look` and `collect` have in common.
 void AddCycle(CLI::App& app, CollectCommand& command) {
@@ -159,8 +80,14 @@ void AddCycle(CLI::App& app, CollectCommand& command) {
   AddDatabaseFolder(app, command.database_dir);
   AddMachine(app, command.machine);
   AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
-  AddLogLevel(app, command.log_level, "warning");
-  AddFormat(app, command.format);
+  AddSettings(app, command.settings, "warning");
+  app.add_option_function<std::string>(
+         "--log-to", [&command](const std::string& text) { command.settings.log_target = *Find(kLogTargets, text); },
+         "event-log: Windows' own log, for what runs unseen")
+      ->check(OneOf(kLogTargets))
+      ->type_name("stderr|event-log")
+      ->default_str("stderr");
+  AddFormat(app, command.format).each([&command](const std::string&) { command.format_told = true; });
   AddPath(app, "--output", command.output, "FILE", "Write the hand-overs here instead of standard output");
   AddQueries(app, command.queries);
 }
@@ -168,15 +95,7 @@ void AddCycle(CLI::App& app, CollectCommand& command) {
 void AddLook(CLI::App& program, CollectCommand& command) {
   CLI::App& app = *program.add_subcommand(kLook, "Runs the collector and shows what it hands over; takes nothing");
   AddCycle(app, command);
-  app.footer(kLookNotes);
-}
-
-void AddOutboxFolder(CLI::App& app, std::filesystem::path& folder) {
-  app.add_option_function<std::string>(
-         "--outbox", [&folder](const std::string& text) { folder = PathFromText(text); }, "Folder of the outbox")
-      ->check(Name())
-      ->type_name("DIR")
-      ->required();
+  app.footer(help::kLookNotes);
 }
 
 void AddCollect(CLI::App& program, CollectCommand& command) {
@@ -186,14 +105,15 @@ void AddCollect(CLI::App& program, CollectCommand& command) {
       app, "--outbox", command.outbox, "DIR",
       "Keep the hand-overs in the outbox of this folder, which is made\nwhere it is missing, instead of showing them");
   command.takes_samples = true;
-  app.footer(kCollectNotes);
+  app.footer(help::kCollectNotes);
 }
 
 CLI::App& AddOutboxAction(CLI::App& outbox, const std::string& name, const std::string& description,
                           OutboxCommand& command, OutboxCommand::Action action) {
   CLI::App& app = *outbox.add_subcommand(name, description);
   app.footer("");
-  AddOutboxFolder(app, command.folder);
+  AddOutboxFolder(app, command.settings.told);
+  AddConfiguration(app, command.settings.told);
   app.callback([&command, action] { command.action = action; });
   return app;
 }
@@ -202,16 +122,12 @@ void AddAll(CLI::App& app, OutboxCommand& command) {
   app.add_flag("--all", command.all, "Those too that were replaced, and those that were sent again");
 }
 
-void AddOutput(CLI::App& app, std::optional<std::filesystem::path>& output) {
-  AddPath(app, "--output", output, "FILE", "Write it here instead of standard output");
-}
-
 void AddOutbox(CLI::App& program, OutboxCommand& command) {
   using Action = OutboxCommand::Action;
   constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
   CLI::App& outbox = *program.add_subcommand(kOutbox, "Shows, exports or thins out the records that are kept");
   outbox.require_subcommand(1);
-  outbox.footer(kOutboxNotes);
+  outbox.footer(help::kOutboxNotes);
 
   CLI::App& list = AddOutboxAction(outbox, "list", "One line for each hand-over, oldest first", command, Action::kList);
   AddAll(list, command);
@@ -234,26 +150,26 @@ void AddOutbox(CLI::App& program, OutboxCommand& command) {
   to_file
       .add_option_function<std::string>(
           "--format", [&command](const std::string& text) { command.form = *Find(kForms, text); },
-          "json: one line for each, as collect prints them; protobuf: records of\none message, each behind its length")
+          "json: one line for each, as collect prints them; protobuf: records of\none message, each behind its length; "
+          "openmetrics: the newest record\nof each kind as metrics")
       ->check(OneOf(kForms))
-      ->type_name("json|protobuf")
+      ->type_name(Names(kForms, "|"))
       ->default_str("json");
   to_file
       .add_option("--message", command.message, "For protobuf: the message, by its full name or the last word of it")
       ->type_name("NAME")
       ->default_str(kUploadMessage);
   AddOutput(to_file, command.output);
+  CLI::Option* const sources = to_file.add_flag(
+      "--sources", command.asks_sources,
+      "For openmetrics: ask each source as well, as doctor does, and add\nwhether it answers, and how long "
+      "that takes");
+  AddMachine(to_file, command.doctor.machine)->needs(sources);
+  AddDatabaseFolder(to_file, command.doctor.database_dir)->needs(sources);
 
   CLI::App& prune = AddOutboxAction(outbox, "prune", "Deletes what is beyond the limits; what was delivered goes first",
                                     command, Action::kPrune);
-  prune.add_option("--max-bytes", command.max_bytes, "Size of the records to keep")
-      ->transform(WholeNumber<std::int64_t>(0, kMost))
-      ->type_name("N")
-      ->default_str(std::to_string(command.max_bytes));
-  prune.add_option("--max-days", command.max_days, "Age up to which delivered ones are kept")
-      ->transform(WholeNumber<std::int64_t>(0, kMaxDays))
-      ->type_name("N")
-      ->default_str(std::to_string(command.max_days));
+  AddLimits(prune, command.settings.told);
 
   AddOutboxAction(outbox, "status", "How much is kept, and of what standing", command, Action::kStatus);
 }
@@ -262,19 +178,27 @@ void AddDoctor(CLI::App& program, DoctorCommand& command) {
   CLI::App& app = *program.add_subcommand(kDoctor, "Tells which sources of figures are there, and which fail");
   AddMachine(app, command.machine);
   AddDatabaseFolder(app, command.database_dir);
-  AddLogLevel(app, command.log_level, "none");
-  AddFormat(app, command.format);
+  AddSettings(app, command.settings, "none");
+  app.add_option_function<std::string>(
+         "--format", [&command](const std::string& text) { command.format = *Find(kDoctorFormats, text); },
+         "text: tables for people; json: one object a line for programs;\nopenmetrics: whether each source answers, "
+         "and how "
+         "long that takes")
+      ->check(OneOf(kDoctorFormats))
+      ->type_name(Names(kDoctorFormats, "|"))
+      ->default_str("text");
+  AddOutput(app, command.output);
   AddQueries(app, command.queries);
-  app.footer(kDoctorNotes);
+  app.footer(help::kDoctorNotes);
 }
 
 void AddNetwork(CLI::App& program, NetworkCommand& command) {
   CLI::App& app = *program.add_subcommand(kNetwork, "Shows the network of the machine as it is now");
   AddMachine(app, command.machine);
-  AddLogLevel(app, command.log_level, "warning");
+  AddSettings(app, command.settings, "warning");
   AddFormat(app, command.format);
   AddQueries(app, command.queries);
-  app.footer(kNetworkNotes);
+  app.footer(help::kNetworkNotes);
 }
 
 void AddSeed(CLI::App& program, SeedCommand& command) {
@@ -302,7 +226,58 @@ void AddSeed(CLI::App& program, SeedCommand& command) {
       ->transform(WholeNumber<std::uint64_t>(0, std::numeric_limits<std::uint64_t>::max()))
       ->type_name("N")
       ->default_str(std::to_string(kDefaultRandomSeed));
-  app.footer(kSeedNotes);
+  app.footer(help::kSeedNotes);
+}
+
+void AddConfig(CLI::App& program, ConfigCommand& command) {
+  using Action = ConfigCommand::Action;
+  CLI::App& config = *program.add_subcommand(kConfig, "Checks and shows the configuration, or makes a key for it");
+  config.require_subcommand(1);
+  config.footer(help::kConfigNotes);
+  const auto add = [&](const char* name, const char* description, Action action) -> CLI::App& {
+    CLI::App& app = *config.add_subcommand(name, description);
+    app.footer("");
+    app.callback([&command, action] { command.action = action; });
+    return app;
+  };
+  AddConfiguration(add("check", "Tells all that is wrong in the configuration", Action::kCheck), command.told);
+  CLI::App& show = add("show", "What holds, and where it comes from; options as the commands take them", Action::kShow);
+  AddConfiguration(show, command.told);
+  AddOutboxFolder(show, command.told);
+  AddLimits(show, command.told);
+  AddLog(show, command.told, "each command's own");
+  add("new-key", "Prints a new key for hashes, as redact.key takes it", Action::kNewKey);
+}
+
+// A command with one word behind it, which is one of `choices`.
+template <typename T>
+CLI::App& AddWithChoice(CLI::App& program, const char* name, const char* description, const char* word,
+                        const Choices<T>& choices, T& chosen) {
+  CLI::App& app = *program.add_subcommand(name, description);
+  app.add_option_function<std::string>(
+         word, [&choices, &chosen](const std::string& text) { chosen = *Find(choices, text); }, Names(choices, " or "))
+      ->check(OneOf(choices))
+      ->type_name("")
+      ->required();
+  return app;
+}
+
+std::vector<std::string> CommandsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// "look, collect or machines".
+std::string ListText(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " or " : ", ";
+    text += names[i];
+  }
+  return text;
 }
 
 void AddSimulate(CLI::App& program, SimulateCommand& command) {
@@ -371,16 +346,18 @@ void AddReport(CLI::App& program, ReportCommand& command) {
 }
 
 // Without a command: look. A first word that is no command is told here, since the library would miss a command.
-void CompleteCommand(std::vector<std::string>& arguments) {
+void CompleteCommand(const CLI::App& app, std::vector<std::string>& arguments) {
   constexpr std::array kOfTheProgram = {"-h", "--help", "--version"};
   const std::string first = arguments.empty() ? "-" : arguments.front();
   if (std::find(kOfTheProgram.begin(), kOfTheProgram.end(), first) != kOfTheProgram.end()) return;
   if (first.starts_with('-')) {
     arguments.insert(arguments.begin(), kLook);
-  } else if (std::find(kCommands.begin(), kCommands.end(), first) == kCommands.end()) {
-    throw WrongUsage("there is no command \"" + first +
-                     "\"; expected look, collect, outbox, doctor, network, seed, simulate, report or machines\nSee " +
-                     std::string(kProgram) + " --help");
+    return;
+  }
+  const std::vector<std::string> commands = CommandsOf(app);
+  if (std::find(commands.begin(), commands.end(), first) == commands.end()) {
+    throw WrongUsage("there is no command \"" + first + "\"; expected " + ListText(commands) + "\nSee " + kProgram +
+                     " --help");
   }
 }
 
@@ -417,13 +394,16 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   SimulateCommand simulate;
   simulate.random_seed = kDefaultRandomSeed;
   ReportCommand report;
+  ConfigCommand config;
+  EventSourceCommand event_source;
+  Shell shell = Shell::kBash;
 
-  CLI::App app(kDescription, kProgram);
+  CLI::App app(help::kDescription, kProgram);
   app.allow_windows_style_options(false);  // an argument that starts with a slash is a path
   app.set_version_flag("--version", kVersion, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.get_formatter()->column_width(34);
-  app.footer(kExamples);
+  app.footer(help::kExamples);
   app.require_subcommand(1);
   AddLook(app, look);
   AddCollect(app, collect);
@@ -433,9 +413,16 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddSeed(app, seed);
   AddSimulate(app, simulate);
   AddReport(app, report);
+  AddConfig(app, config);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
+  AddWithChoice(app, kEventSource, "Makes the program known to Windows' Event Log", "action", kEventSourceActions,
+                event_source.adds)
+      .footer(help::kEventSourceNotes);
+  AddWithChoice(app, kCompletion, "Prints the completion for a shell", "shell", kShells, shell)
+      .footer(help::kCompletionNotes);
+  app.add_subcommand(kMan, "Prints the manual page")->footer(help::kManNotes);
 
-  CompleteCommand(arguments);
+  CompleteCommand(app, arguments);
   std::reverse(arguments.begin(), arguments.end());  // as the library takes them
   try {
     app.parse(std::move(arguments));
@@ -444,7 +431,10 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   }
   for (CollectCommand* const cycle : {&look, &collect}) {
     if (cycle->events.empty()) cycle->events = {kDefaultEvent};
+    cycle->log_level = cycle->settings.told.log_level.value_or(cycle->log_level);
   }
+  doctor.log_level = doctor.settings.told.log_level.value_or(doctor.log_level);
+  network.log_level = network.settings.told.log_level.value_or(network.log_level);
   if (app.got_subcommand(kCollect)) return collect;
   if (app.got_subcommand(kOutbox)) return outbox;
   if (app.got_subcommand(kDoctor)) return doctor;
@@ -452,7 +442,13 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   if (app.got_subcommand(kSeed)) return seed;
   if (app.got_subcommand(kSimulate)) return simulate;
   if (app.got_subcommand(kReport)) return report;
+  if (app.got_subcommand(kConfig)) return config;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
+  if (app.got_subcommand(kEventSource)) return event_source;
+  if (app.got_subcommand(kMan)) return ShowTextCommand{ManPage(app)};
+  if (app.got_subcommand(kCompletion)) {
+    return ShowTextCommand{shell == Shell::kBash ? BashCompletion(app, kLook) : PowerShellCompletion(app, kLook)};
+  }
   return look;
 }
 

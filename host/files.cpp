@@ -87,11 +87,15 @@ void RequireWritableWhenPresent(const fs::path& file, std::string_view option) {
 }
 
 std::ofstream OpenForWriting(const fs::path& file, std::string_view option) {
+  return OpenForWriting(file, file, option);
+}
+
+std::ofstream OpenForWriting(const fs::path& file, const fs::path& told, std::string_view option) {
   std::error_code error;
-  if (fs::is_directory(file, error)) throw CannotUse(file, option, "this is a folder, not a file");
+  if (fs::is_directory(file, error)) throw CannotUse(told, option, "this is a folder, not a file");
   errno = 0;
   std::ofstream stream(file, std::ios::binary | std::ios::out | std::ios::trunc);
-  if (!stream.is_open()) throw CannotUse(file, option, "the file cannot be written: " + LastReason());
+  if (!stream.is_open()) throw CannotUse(told, option, "the file cannot be written: " + LastReason());
   return stream;
 }
 

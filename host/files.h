@@ -25,5 +25,8 @@ void RequireWritableWhenPresent(const std::filesystem::path& file, std::string_v
 
 /// Makes `file` anew, byte for byte. `option` names it in errors; fails with wrong usage that tells the reason.
 std::ofstream OpenForWriting(const std::filesystem::path& file, std::string_view option);
+/// The same; errors tell of `told`, the file that a person has named.
+std::ofstream OpenForWriting(const std::filesystem::path& file, const std::filesystem::path& told,
+                             std::string_view option);
 
 }  // namespace zt::telemetry::host

@@ -41,13 +41,10 @@ void LogAppender::write(const plog::Record& record) {
   if (receiver_) receiver_(record);
 }
 
-LogAppender::Target::Target(std::ostream& stream)
-    : Target([&stream](const plog::Record& record) { stream << LogLine(record) << std::endl; }) {}
-
-std::string LogLine(const plog::Record& record) {
+std::string LogLine(const plog::Record& record, const std::string& message) {
   std::ostringstream line;
   line << TimeText(record.getTime()) << ' ' << plog::severityToString(record.getSeverity()) << " [" << record.getFunc()
-       << ':' << record.getLine() << "] " << MessageText(record);
+       << ':' << record.getLine() << "] " << message;
   return line.str();
 }
 

@@ -3,7 +3,6 @@
 #include <plog/Appenders/IAppender.h>
 
 #include <functional>
-#include <ostream>
 #include <string>
 #include <utility>
 
@@ -19,11 +18,10 @@ class LogAppender : public plog::IAppender {
 
   using Receiver = std::function<void(const plog::Record& record)>;
 
-  /// As long as it lives, log records go to `receiver`, or as lines to `stream`; otherwise they are dropped.
+  /// As long as it lives, log records go to `receiver`; otherwise they are dropped.
   class Target {
    public:
     explicit Target(Receiver receiver) { Instance().receiver_ = std::move(receiver); }
-    explicit Target(std::ostream& stream);
     ~Target() { Instance().receiver_ = nullptr; }
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
@@ -35,8 +33,8 @@ class LogAppender : public plog::IAppender {
   Receiver receiver_;
 };
 
-/// A log record as one line, UTF-8: time, severity, operation and message.
-std::string LogLine(const plog::Record& record);
+/// A log record as one line, UTF-8: time, severity, operation, and `message` as its message.
+std::string LogLine(const plog::Record& record, const std::string& message);
 
 /// The message of a log record, UTF-8.
 std::string MessageText(const plog::Record& record);

@@ -27,16 +27,23 @@ const T* Find(const Choices<T>& choices, std::string_view name) {
   return found != choices.end() ? &found->second : nullptr;
 }
 
-/// One of the names of `choices`, which must outlive the check.
+/// The names of `choices`, joined by `separator`.
+template <typename T>
+std::string Names(const Choices<T>& choices, std::string_view separator) {
+  std::string names;
+  for (const auto& choice : choices) names.append(names.empty() ? "" : separator).append(choice.first);
+  return names;
+}
+
+/// One of the names of `choices`, which must outlive the check. The check's own name is these names, joined by "|": for
+/// the shells' completion.
 template <typename T>
 CLI::Validator OneOf(const Choices<T>& choices) {
   const auto check = [&choices](std::string& text) -> std::string {
     if (Find(choices, text) != nullptr) return {};
-    std::string names;
-    for (const auto& choice : choices) names.append(names.empty() ? "" : ", ").append(choice.first);
-    return "expected one of " + names + ", but got \"" + text + "\"";
+    return "expected one of " + Names(choices, ", ") + ", but got \"" + text + "\"";
   };
-  return CLI::Validator(check, "");
+  return CLI::Validator(check, "", Names(choices, "|"));
 }
 
 /// A whole number of type T, all of the text, between the limits. To be used as a transformation: the text becomes the

@@ -13,6 +13,9 @@ std::vector<std::string> ProgramArguments(int count, char** values);
 /// The file of the running program, absolute.
 std::filesystem::path ProgramFile();
 
+/// Where the configuration lies unless the command line names another file.
+std::filesystem::path DefaultConfigurationFile();
+
 /// A path as a person wrote it, UTF-8. Where the program runs on another system's file names (a Windows program on a
 /// Unix machine), rooted paths are that system's.
 std::filesystem::path PathFromText(std::string_view text);
@@ -22,6 +25,14 @@ std::string PathText(const std::filesystem::path& path);
 
 /// Has what was written to `file` arrive on the disk. Throws `std::system_error`.
 void Sync(const std::filesystem::path& file);
+
+/// Makes `file` the one of the name `place`, in the same folder, in one step: whoever opens `place` meanwhile gets the
+/// one or the other. The change is on the disk then. Throws `std::system_error`.
+void PutInPlace(const std::filesystem::path& file, const std::filesystem::path& place);
+
+/// Whether a person sees what goes to standard output or to standard error: it is a terminal, and no file or pipe.
+bool OutputGoesToTerminal();
+bool ErrorsGoToTerminal();
 
 /// As long as it lives, what the program writes to its standard streams arrives byte for byte, and a console shows it
 /// as UTF-8.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "host/consent/consented_texts.h"
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/program_environment.h"
@@ -21,9 +22,11 @@ std::string OneLine(std::string text) {
 
 }  // namespace
 
-QueryRecorder::QueryRecorder(const std::filesystem::path& file)
+QueryRecorder::QueryRecorder(const std::filesystem::path& file, const Consent& consent)
     : file_(file), stream_(OpenForWriting(file, "--queries")) {
-  shared::wmi::ObserveQueries([this](const std::wstring& wql) { stream_ << OneLine(text::ToUtf8(wql)) << std::endl; });
+  shared::wmi::ObserveQueries([this, &consent](const std::wstring& wql) {
+    stream_ << OneLine(ConsentedQuery(consent, text::ToUtf8(wql))) << std::endl;
+  });
 }
 
 QueryRecorder::~QueryRecorder() {

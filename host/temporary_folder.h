@@ -4,6 +4,10 @@
 
 namespace zt::telemetry::host {
 
+/// Removes from `parent` the folders of this kind in which nothing was written for a day: a program that was ended by
+/// force has left them. What cannot be removed stays.
+void RemoveOldTemporaryFolders(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
+
 /// A new, empty folder that only the program's user may look into, removed with all that is in it.
 class TemporaryFolder {
  public:

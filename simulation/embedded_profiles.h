@@ -3,6 +3,8 @@
 #include <string_view>
 #include <vector>
 
+#include "zt/zt_simulation_export.h"
+
 namespace zt::simulation {
 
 struct EmbeddedProfile {
@@ -11,6 +13,6 @@ struct EmbeddedProfile {
 };
 
 /// The profiles of simulation/profiles, as the build embeds them (embed_profiles.cmake).
-std::vector<EmbeddedProfile> EmbeddedProfiles();
+ZT_SIMULATION_EXPORT std::vector<EmbeddedProfile> EmbeddedProfiles();
 
 }  // namespace zt::simulation

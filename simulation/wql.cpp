@@ -77,15 +77,21 @@ bool Holds(const wql::Condition& condition, const WmiRow& row) {
   return false;
 }
 
+// Not as a variant: one of libstdc++ 12 that has a text goes astray where there is no memory for the copy.
+WmiProperty CopyOf(const WmiProperty& property) {
+  const auto* const text = std::get_if<std::string>(&property);
+  return text != nullptr ? WmiProperty(std::string(*text)) : property;
+}
+
 WmiRow Project(const WmiRow& row, const std::vector<std::string>& selected, const std::string& class_name) {
   WmiRow result;
   for (const auto& property : row) {
     const bool wanted = selected.empty() || std::any_of(selected.begin(), selected.end(), [&](const auto& name) {
                           return EqualIgnoringCase(name, property.first);
                         });
-    if (wanted) result.insert(property);
+    if (wanted) result.emplace(property.first, CopyOf(property.second));
   }
-  result.insert_or_assign(kClassProperty, class_name);
+  result.insert_or_assign(kClassProperty, std::string(class_name));
   return result;
 }
 

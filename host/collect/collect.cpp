@@ -1,5 +1,6 @@
 #include "host/collect/collect.h"
 
+#include <exception>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -9,9 +10,12 @@
 #include "host/collect/loaded_plugin.h"
 #include "host/collect/sample_copy.h"
 #include "host/collect/taking.h"
+#include "host/consent/consented_texts.h"
+#include "host/consent/consented_view.h"
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/log_appender.h"
+#include "host/log_output.h"
 #include "host/machine_choice.h"
 #include "host/outbox/keeping_view.h"
 #include "host/program_environment.h"
@@ -52,28 +56,60 @@ std::unique_ptr<HandOverView> MakeView(OutputFormat format, std::ostream& stream
   return std::make_unique<TextReport>(stream);
 }
 
+// What a collection tells beside its hand-overs, and where that goes: to standard error, and what somebody has to look
+// after to the Event Log too, if the log goes there.
+class Reports {
+ public:
+  Reports(const CollectCommand& command, std::ostream& err) : err_(err), log_(command.settings, err) {}
+
+  void Log(const plog::Record& record) { log_.Write(record); }
+
+  void Tell(const std::string& text) { err_ << text << std::endl; }
+
+  void Complain(const std::string& text) {
+    Tell(text);
+    log_.Complain(text);
+  }
+
+  /// For what the program itself tells on standard error.
+  void ComplainToOthers(const std::string& text) { log_.Complain(text); }
+
+ private:
+  std::ostream& err_;
+  LogOutput log_;
+};
+
 // Runs one event; false when it failed.
-bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink, std::ostream& err) {
+bool RunEvent(LoadedPlugin& plugin, std::int32_t event, const HandOverSink& sink, const Consent& consent,
+              Reports& reports) {
   const std::size_t before = sink.Count();
+  const std::string name = "event " + std::to_string(event);
   const common::Error outcome = plugin.Execute(event);
   if (outcome.Failed()) {
-    err << "event " << event << " failed: " << outcome.description << " (kind " << outcome.kind << ", code "
-        << outcome.code << ")" << std::endl;
+    reports.Complain(name + " failed: " + ConsentedMessage(consent, outcome.description) + " (kind " +
+                     std::to_string(outcome.kind) + ", code " + std::to_string(outcome.code) + ")");
     return false;
   }
-  if (sink.Count() == before) err << "event " << event << ": nothing was handed over" << std::endl;
+  if (sink.Count() == before) reports.Tell(name + ": nothing was handed over");
   return true;
 }
 
 // Runs the events one after the other, each hand-over shown on `view`; false when one failed.
-bool RunEvents(const CollectCommand& command, LoadedPlugin& plugin, HandOverView& view, std::ostream& err) {
-  const auto sink = std::make_shared<HandOverSink>(view);
+bool RunEvents(const CollectCommand& command, LoadedPlugin& plugin, HandOverView& view, Reports& reports) {
+  const Consent& consent = command.settings.consent;
+  ConsentedView consented(consent, view);
+  const auto sink = std::make_shared<HandOverSink>(consented);
   const SinkRegistration registration(sink);
   bool all_done = true;
-  for (const std::int32_t event : command.events) all_done = RunEvent(plugin, event, *sink, err) && all_done;
+  for (const std::int32_t event : command.events) {
+    all_done = RunEvent(plugin, event, *sink, consent, reports) && all_done;
+  }
   if (sink->FirstFailure().Failed()) {
     throw Failure(kExitFailed, "a hand-over could not be written: " + sink->FirstFailure().description +
                                    (command.takes_samples ? "; the stored samples stay as they are" : ""));
+  }
+  if (consented.HeldBack() > 0) {
+    reports.Tell("held back as the configuration says: " + std::to_string(consented.HeldBack()) + " hand-overs");
   }
   return all_done;
 }
@@ -112,32 +148,43 @@ class Output {
   std::ofstream stream_of_file_;
 };
 
-}  // namespace
-
-int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err) {
+int RunCycle(const CollectCommand& command, Reports& reports, std::ostream& out, std::ostream& err) {
   RequireDifferentFiles(command);
   ChooseMachine(command.machine);
   Taking taking(command, StoredSamples(command), err);
 
-  const LogAppender::Target log_target(err);
+  const LogAppender::Target log_target([&reports](const plog::Record& record) { reports.Log(record); });
   LoadedPlugin plugin(command.plugin.value_or(DefaultPluginFile()), command.log_level, LogAppender::Instance());
   Output output(command, out);
   std::optional<QueryRecorder> queries;
-  if (command.queries.has_value()) queries.emplace(*command.queries);
+  if (command.queries.has_value()) queries.emplace(*command.queries, command.settings.consent);
 
   const WorkingFolder working_folder(taking.Folder());
   bool all_done = false;
   if (command.outbox.has_value()) {
     KeepingView kept;
-    all_done = RunEvents(command, plugin, kept, err);
+    all_done = RunEvents(command, plugin, kept, reports);
     taking.KeepInOutbox(kept.HandOvers(), output.Stream());
   } else {
-    all_done = RunEvents(command, plugin, *MakeView(command.format, output.Stream()), err);
+    all_done = RunEvents(command, plugin, *MakeView(command.format, output.Stream()), reports);
   }
   output.RequireSafe();
   const bool taken = taking.Take();
+  taking.HoldToLimits(command.limits);
   if (queries.has_value()) queries->RequireWritten();
   return all_done && taken ? kExitDone : kExitFailed;
+}
+
+}  // namespace
+
+int Collect(const CollectCommand& command, std::ostream& out, std::ostream& err) {
+  Reports reports(command, err);
+  try {
+    return RunCycle(command, reports, out, err);
+  } catch (const std::exception& failure) {
+    reports.ComplainToOthers(failure.what());
+    throw;
+  }
 }
 
 }  // namespace zt::telemetry::host

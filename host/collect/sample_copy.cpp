@@ -71,12 +71,10 @@ void CopyFiles(const fs::path& database, const fs::path& copy) {
   for (const char* suffix : {"", "-journal", "-wal"}) {
     const fs::path from = WithSuffix(database, suffix);
     const fs::path to = WithSuffix(copy, suffix);
-    if (fs::exists(from)) {
-      fs::copy_file(from, to, fs::copy_options::overwrite_existing);
-      fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write);
-    } else {
-      fs::remove(to);
-    }
+    fs::remove(to);  // not overwritten: libstdc++ on Windows refuses to
+    if (!fs::exists(from)) continue;
+    fs::copy_file(from, to);
+    fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write);
   }
 }
 
@@ -188,6 +186,7 @@ SampleCopy::SampleCopy(fs::path database, const fs::path& parent)
       folder_(parent),
       first_(folder_.Path() / kFirstName),
       working_(folder_.Path() / kDatabaseName) {
+  RemoveOldTemporaryFolders(parent);
   try {
     Copy();
   } catch (const std::exception& failure) {

@@ -130,4 +130,17 @@ bool Taking::Take() {
   }
 }
 
+// What was just collected is safe: that it takes more room than it should is no failure of the collection.
+void Taking::HoldToLimits(const OutboxLimits& limits) {
+  if (!outbox_.has_value()) return;
+  try {
+    const Pruned pruned = outbox_->Prune(limits);
+    if (pruned.delivered + pruned.undelivered == 0) return;
+    err_ << "the outbox was beyond its limits: " << PrunedText(pruned) << std::endl;
+  } catch (const DatabaseError& failure) {
+    err_ << "the outbox cannot be held to its limits: " << failure.what() << "; the next collection tries again"
+         << std::endl;
+  }
+}
+
 }  // namespace zt::telemetry::host

@@ -40,6 +40,9 @@ class Taking {
   /// failed, which is told.
   bool Take();
 
+  /// Holds the outbox to its limits, and tells what was deleted for that.
+  void HoldToLimits(const OutboxLimits& limits);
+
  private:
   void FinishEarlier();
   void RemoveLeftOvers() const;

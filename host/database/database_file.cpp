@@ -139,6 +139,20 @@ void Transaction::Commit() {
   open_ = false;
 }
 
+WorkWatch::WorkWatch(const DatabaseFile& database, std::function<void()> tell)
+    : database_(database), tell_(std::move(tell)) {
+  constexpr int kStepsBetween = 20'000;  // some milliseconds
+  const auto call = [](void* operation) noexcept {
+    (*static_cast<std::function<void()>*>(operation))();
+    return 0;  // go on
+  };
+  sqlite3_progress_handler(database_.handle_.get(), kStepsBetween, call, &tell_);
+}
+
+WorkWatch::~WorkWatch() {
+  sqlite3_progress_handler(database_.handle_.get(), 0, nullptr, nullptr);
+}
+
 std::string QuotedName(std::string_view name) {
   std::string quoted = "\"";
   for (const char character : name) quoted.append(character == '"' ? 2 : 1, character);

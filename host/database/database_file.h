@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -73,6 +74,8 @@ class DatabaseFile {
   void CopyTo(const DatabaseFile& copy) const;
 
  private:
+  friend class WorkWatch;
+
   [[noreturn]] void Fail() const;
 
   std::string file_;
@@ -93,6 +96,19 @@ class Transaction {
  private:
   const DatabaseFile& database_;
   bool open_ = true;
+};
+
+/// As long as it lives, its operation is called now and then while statements of a database work. One at a time.
+class WorkWatch {
+ public:
+  WorkWatch(const DatabaseFile& database, std::function<void()> tell);
+  ~WorkWatch();
+  WorkWatch(const WorkWatch&) = delete;
+  WorkWatch& operator=(const WorkWatch&) = delete;
+
+ private:
+  const DatabaseFile& database_;
+  std::function<void()> tell_;
 };
 
 /// `name` as SQL takes it, whatever it holds.

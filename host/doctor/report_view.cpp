@@ -11,6 +11,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/doctor/source_metrics.h"
 #include "host/views/record_text.h"
 #include "host/views/text_table.h"
 
@@ -96,9 +97,28 @@ class JsonView : public ReportView {
   std::ostream& stream_;
 };
 
+// All of it at the end.
+class MetricsOnStream : public ReportView {
+ public:
+  explicit MetricsOnStream(std::ostream& stream) : stream_(stream) {}
+
+  void Show(const SourceReport& report) override { view_.Show(report); }
+
+  void Finish() override {
+    stream_ << metrics_.Text() << std::flush;
+    RequireWritten(stream_);
+  }
+
+ private:
+  std::ostream& stream_;
+  OpenMetrics metrics_;
+  SourceMetrics view_{metrics_};
+};
+
 }  // namespace
 
 std::unique_ptr<ReportView> MakeReportView(OutputFormat format, std::ostream& stream) {
+  if (format == OutputFormat::kOpenMetrics) return std::make_unique<MetricsOnStream>(stream);
   if (format == OutputFormat::kJson) return std::make_unique<JsonView>(stream);
   return std::make_unique<TextView>(stream);
 }

@@ -21,7 +21,8 @@ class ReportView {
 
 /// Text: a line for each source, then the figures, then a line that counts. JSON: one object a line,
 /// {"source":"…","state":"present"|"absent"|"failed","remark":"…","time_ms":…,"figures":{…}}, the figures as the upload
-/// record in protobuf's default mapping. `stream` must outlive the view.
+/// record in protobuf's default mapping. OpenMetrics: whether each source is there and whether it failed, and the time
+/// it took. `stream` must outlive the view.
 std::unique_ptr<ReportView> MakeReportView(OutputFormat format, std::ostream& stream);
 
 }  // namespace zt::telemetry::host

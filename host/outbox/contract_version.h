@@ -1,9 +1,10 @@
 #pragma once
 
+#include <string>
+
 namespace zt::telemetry::host {
 
-/// Of the records in `contracts/`, kept beside each of them: who reads a record years later knows what its fields
-/// meant.
-inline constexpr char kContractVersion[] = "1.0";
+/// Of the records in `contracts/`, as contract_annotations.proto has it. Kept beside each record.
+std::string ContractVersion();
 
 }  // namespace zt::telemetry::host

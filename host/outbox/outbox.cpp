@@ -36,8 +36,7 @@ CREATE TABLE IF NOT EXISTS hand_overs(
   deliveries INTEGER NOT NULL DEFAULT 0,
   samples TEXT NOT NULL,
   bytes BLOB NOT NULL);
-CREATE INDEX IF NOT EXISTS hand_overs_by_collection ON hand_overs(collection_id) WHERE collection_id <> '';
-CREATE INDEX IF NOT EXISTS hand_overs_by_standing ON hand_overs(standing, deliveries);
+CREATE INDEX IF NOT EXISTS hand_overs_by_collection ON hand_overs(collection_id);
 CREATE TABLE IF NOT EXISTS taken_samples(file TEXT PRIMARY KEY, database TEXT NOT NULL);
 CREATE TABLE IF NOT EXISTS counts(name TEXT PRIMARY KEY, number INTEGER NOT NULL);
 )";
@@ -205,7 +204,7 @@ void Outbox::KeepOne(const HandOver& hand_over) {
       .Bind(3, hand_over.collection_id)
       .Bind(4, hand_over.local_time)
       .Bind(5, Now().time_since_epoch().count())
-      .Bind(6, kContractVersion)
+      .Bind(6, ContractVersion())
       .Bind(7, static_cast<std::int64_t>(standing))
       .BindBytes(8, hand_over.bytes)
       .Bind(9, hand_over.samples)
@@ -231,6 +230,16 @@ void Outbox::ForEach(bool all, const std::function<void(const KeptHandOver&)>& s
   while (query.Next()) show(Read(query));
 }
 
+void Outbox::ForEachNewestFirst(const std::function<bool(const KeptHandOver&)>& show) const {
+  Query query = file_->Prepare(std::string(kColumns) + "WHERE standing = 0 ORDER BY id DESC");
+  while (query.Next() && show(Read(query))) {
+  }
+}
+
+std::int64_t Outbox::LastId() const {
+  return file_->Number("SELECT MAX(id) FROM hand_overs");
+}
+
 std::optional<KeptHandOver> Outbox::Find(std::int64_t id) const {
   Query query = file_->Prepare(std::string(kColumns) + "WHERE id = ?");
   query.Bind(1, id);
@@ -249,34 +258,38 @@ std::int64_t Outbox::UsedBytes() const {
          file_->Number("PRAGMA page_size");
 }
 
-std::int64_t Outbox::DropOldest(const std::string& which, std::int64_t bytes) {
+void Outbox::DropOldest(const std::string& which, std::int64_t bytes, std::int64_t& dropped,
+                        const std::function<void()>& tell) {
   constexpr int kAtOnce = 100;
-  std::int64_t dropped = 0;
   while (UsedBytes() > bytes) {
+    tell();
     std::vector<std::int64_t> oldest;
     Query query = file_->Prepare("SELECT id FROM hand_overs WHERE " + which + " ORDER BY id LIMIT ?");
     query.Bind(1, kAtOnce);
     while (query.Next()) oldest.push_back(query.Integer(0));
-    if (oldest.empty()) break;
+    if (oldest.empty()) return;
     for (const std::int64_t id : oldest) {
       if (UsedBytes() <= bytes) break;
       file_->Prepare("DELETE FROM hand_overs WHERE id = ?").Bind(1, id).Run();
       ++dropped;
     }
   }
-  return dropped;
 }
 
-Pruned Outbox::Prune(const OutboxLimits& limits) {
+Pruned Outbox::Prune(const OutboxLimits& limits, const std::function<void(const Pruned&)>& tell) {
   Pruned pruned;
+  const auto tell_so_far = [&] {
+    if (tell) tell(pruned);
+  };
+  const WorkWatch watch(*file_, tell_so_far);  // for the statements that last
   Transaction transaction(*file_);
   const std::int64_t oldest = (Now() - limits.age).time_since_epoch().count();
   file_->Prepare("DELETE FROM hand_overs WHERE (deliveries > 0 OR standing <> 0) AND arrived_ms < ?")
       .Bind(1, oldest)
       .Run();
   pruned.delivered = file_->Changes();
-  pruned.delivered += DropOldest("deliveries > 0 OR standing <> 0", limits.bytes);
-  pruned.undelivered = DropOldest("TRUE", limits.bytes);
+  DropOldest("deliveries > 0 OR standing <> 0", limits.bytes, pruned.delivered, tell_so_far);
+  DropOldest("TRUE", limits.bytes, pruned.undelivered, tell_so_far);
   file_->Prepare("INSERT INTO counts(name, number) VALUES(?1, ?2) ON CONFLICT(name) DO UPDATE SET number = number + ?2")
       .Bind(1, kDropped)
       .Bind(2, pruned.undelivered)
@@ -306,6 +319,12 @@ CollectingLock::CollectingLock(const fs::path& folder, int patience_ms)
     if (failure.Code() != SQLITE_BUSY) throw;
     throw Failure(kExitFailed, "--outbox " + PathText(folder) + ": another collection into this outbox is running");
   }
+}
+
+std::string PrunedText(const Pruned& pruned) {
+  return "deleted " + std::to_string(pruned.delivered) +
+         " hand-overs that were delivered, replaced or sent again, and " + std::to_string(pruned.undelivered) +
+         " that were not delivered";
 }
 
 std::string StandingText(Standing standing) {

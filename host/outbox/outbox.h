@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/database/database_file.h"
+#include "host/outbox/outbox_limits.h"
 
 namespace zt::telemetry::host {
 
@@ -38,17 +39,14 @@ struct KeptHandOver {
   Standing standing = Standing::kCurrent;
 };
 
-/// How much an outbox keeps.
-struct OutboxLimits {
-  std::int64_t bytes = std::int64_t{256} * 1024 * 1024;
-  std::chrono::days age{90};
-};
-
 /// What pruning took away.
 struct Pruned {
   std::int64_t delivered = 0;
   std::int64_t undelivered = 0;  // for the size alone
 };
+
+/// "deleted 2 hand-overs that were delivered, replaced or sent again, and 1 that were not delivered".
+std::string PrunedText(const Pruned& pruned);
 
 struct OutboxFigures {
   std::int64_t current = 0;
@@ -91,6 +89,8 @@ class Outbox {
   /// one with the identity `after`.
   void ForEach(bool all, const std::function<void(const KeptHandOver&)>& show, std::int64_t after = 0,
                std::int64_t count = -1) const;
+  /// Calls `show` with each hand-over that counts, newest first, until it returns false.
+  void ForEachNewestFirst(const std::function<bool(const KeptHandOver&)>& show) const;
   /// The hand-over of this identity; nothing when there is none.
   std::optional<KeptHandOver> Find(std::int64_t id) const;
 
@@ -99,9 +99,13 @@ class Outbox {
 
   /// Holds to the limits: what was delivered and is too old goes, then what was delivered, oldest first, until the size
   /// is kept, then the oldest of the rest.
-  Pruned Prune(const OutboxLimits& limits);
+  /// `tell` is called now and then while that lasts, with what has gone so far.
+  Pruned Prune(const OutboxLimits& limits, const std::function<void(const Pruned&)>& tell = {});
 
   OutboxFigures Figures() const;
+
+  /// The identity of the newest hand-over, 0 without one.
+  std::int64_t LastId() const;
 
  private:
   Outbox(const std::filesystem::path& folder, DatabaseFile::Access access);
@@ -109,9 +113,10 @@ class Outbox {
   void KeepOne(const HandOver& hand_over);
   Standing Replace(const HandOver& hand_over);
   std::int64_t UsedBytes() const;
-  // Deletes the oldest hand-overs of those that `which` (SQL) names until no more than so many bytes are used; how
-  // many.
-  std::int64_t DropOldest(const std::string& which, std::int64_t bytes);
+  // Deletes the oldest hand-overs of those that `which` (SQL) names until no more than so many bytes are used; adds
+  // their number to `dropped`, and calls `tell` now and then.
+  void DropOldest(const std::string& which, std::int64_t bytes, std::int64_t& dropped,
+                  const std::function<void()>& tell);
 
   std::filesystem::path folder_;
   std::optional<std::filesystem::path> set_aside_;

@@ -2,19 +2,25 @@
 
 #include <google/protobuf/util/delimited_message_util.h>
 
-#include <fstream>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
+#include "host/doctor/doctor.h"
+#include "host/doctor/source_metrics.h"
 #include "host/failure.h"
-#include "host/files.h"
+#include "host/metrics/newest_records.h"
 #include "host/outbox/kept_record.h"
 #include "host/outbox/outbox.h"
+#include "host/program_environment.h"
+#include "host/progress.h"
 #include "host/utc_time.h"
 #include "host/views/figures.h"
 #include "host/views/json_lines.h"
 #include "host/views/text_report.h"
 #include "host/views/text_table.h"
+#include "host/whole_file.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -76,13 +82,24 @@ void ShowOne(const Outbox& outbox, std::int64_t id, std::ostream& out) {
   Show(*kept, report);
 }
 
-void ExportJson(const Outbox& outbox, bool all, std::ostream& out) {
-  JsonLines lines(out);
-  outbox.ForEach(all, [&](const KeptHandOver& kept) { Show(kept, lines); });
+// Calls `write` with each hand-over to export, and shows how far it is.
+void ForEachShown(const Outbox& outbox, bool all, std::ostream* terminal,
+                  const std::function<void(const KeptHandOver&)>& write) {
+  Progress progress(terminal, "outbox export");
+  const auto last = static_cast<std::uint64_t>(outbox.LastId());
+  outbox.ForEach(all, [&](const KeptHandOver& kept) {
+    progress.Show(static_cast<std::uint64_t>(kept.id), last, "hand-overs");
+    write(kept);
+  });
 }
 
-void ExportProtobuf(const Outbox& outbox, const OutboxCommand& command, std::ostream& out) {
-  outbox.ForEach(command.all, [&](const KeptHandOver& kept) {
+void ExportJson(const Outbox& outbox, const OutboxCommand& command, std::ostream& out, std::ostream* terminal) {
+  JsonLines lines(out);
+  ForEachShown(outbox, command.all, terminal, [&](const KeptHandOver& kept) { Show(kept, lines); });
+}
+
+void ExportProtobuf(const Outbox& outbox, const OutboxCommand& command, std::ostream& out, std::ostream* terminal) {
+  ForEachShown(outbox, command.all, terminal, [&](const KeptHandOver& kept) {
     const std::string& message = kept.hand_over.message;
     if (message != command.message && LastWord(message) != command.message) return;
     const auto record = RecordOf(kept.hand_over);
@@ -92,22 +109,47 @@ void ExportProtobuf(const Outbox& outbox, const OutboxCommand& command, std::ost
   });
 }
 
-void Export(const Outbox& outbox, const OutboxCommand& command, std::ostream& out) {
-  std::ofstream file;
-  if (command.output.has_value()) file = OpenForWriting(*command.output, "--output");
-  std::ostream& stream = command.output.has_value() ? file : out;
-  if (command.form == OutboxCommand::Form::kJson) {
-    ExportJson(outbox, command.all, stream);
-  } else {
-    ExportProtobuf(outbox, command, stream);
+void ExportMetrics(const Outbox& outbox, const OutboxCommand& command, std::ostream& out, const Streams& streams) {
+  OpenMetrics metrics;
+  Progress progress(streams.terminal, "outbox export");
+  AddNewestRecords(outbox, metrics, progress);
+  if (command.asks_sources) {
+    SourceMetrics view(metrics);
+    AskSources(command.doctor, view, streams.err);
   }
-  if (!stream.flush()) throw Failure(kExitFailed, "the output cannot be written");
+  out << metrics.Text();
 }
 
-void Prune(Outbox& outbox, const OutboxCommand& command, std::ostream& out) {
-  const Pruned pruned = outbox.Prune({command.max_bytes, std::chrono::days(command.max_days)});
-  out << "deleted " << pruned.delivered << " hand-overs that were delivered, replaced or sent again, and "
-      << pruned.undelivered << " that were not delivered" << std::endl;
+void Write(const Outbox& outbox, const OutboxCommand& command, std::ostream& out, const Streams& streams) {
+  switch (command.form) {
+    case OutboxCommand::Form::kJson:
+      return ExportJson(outbox, command, out, streams.terminal);
+    case OutboxCommand::Form::kProtobuf:
+      return ExportProtobuf(outbox, command, out, streams.terminal);
+    case OutboxCommand::Form::kOpenMetrics:
+      return ExportMetrics(outbox, command, out, streams);
+  }
+}
+
+void Export(const Outbox& outbox, const OutboxCommand& command, const Streams& streams) {
+  if (command.output.has_value()) {
+    WholeFile file(*command.output, "--output");
+    Write(outbox, command, file.Stream(), streams);
+    file.Finish();
+  } else {
+    // Where a person sees the hand-overs themselves, that is progress enough.
+    Write(outbox, command, streams.out,
+          {streams.out, streams.err, OutputGoesToTerminal() ? nullptr : streams.terminal});
+    if (!streams.out.flush()) throw Failure(kExitFailed, "the output cannot be written");
+  }
+}
+
+void Prune(Outbox& outbox, const OutboxCommand& command, const Streams& streams) {
+  Progress progress(streams.terminal, "outbox prune");
+  const Pruned pruned = outbox.Prune(command.limits, [&progress](const Pruned& so_far) {
+    progress.Show(so_far.delivered + so_far.undelivered, "hand-overs deleted");
+  });
+  streams.out << PrunedText(pruned) << std::endl;
 }
 
 void ShowStatus(const Outbox& outbox, std::ostream& out) {
@@ -126,24 +168,24 @@ void ShowStatus(const Outbox& outbox, std::ostream& out) {
 
 }  // namespace
 
-int ShowOutbox(const OutboxCommand& command, std::ostream& out) {
+int ShowOutbox(const OutboxCommand& command, const Streams& streams) {
   Outbox outbox = Outbox::Existing(command.folder);
   using Action = OutboxCommand::Action;
   switch (command.action) {
     case Action::kList:
-      List(outbox, command, out);
+      List(outbox, command, streams.out);
       break;
     case Action::kShow:
-      ShowOne(outbox, command.id, out);
+      ShowOne(outbox, command.id, streams.out);
       break;
     case Action::kExport:
-      Export(outbox, command, out);
+      Export(outbox, command, streams);
       break;
     case Action::kPrune:
-      Prune(outbox, command, out);
+      Prune(outbox, command, streams);
       break;
     case Action::kStatus:
-      ShowStatus(outbox, out);
+      ShowStatus(outbox, streams.out);
       break;
   }
   return kExitDone;

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
+#include <shlobj.h>
 #include <stdio.h>
 
 #include <system_error>
@@ -22,6 +23,12 @@ const std::wstring kUnixDrive = L"Z:";
 bool RunsUnderWine() {
   const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
   return system != nullptr && ::GetProcAddress(system, "wine_get_version") != nullptr;
+}
+
+// The C library takes the null device for a terminal as well.
+bool IsConsole(DWORD stream) {
+  DWORD mode = 0;
+  return ::GetConsoleMode(::GetStdHandle(stream), &mode) != FALSE;
 }
 
 }  // namespace
@@ -49,6 +56,15 @@ std::filesystem::path ProgramFile() {
   }
 }
 
+// Beside the stored samples.
+std::filesystem::path DefaultConfigurationFile() {
+  wchar_t* found = nullptr;
+  const HRESULT status = ::SHGetKnownFolderPath(FOLDERID_ProgramData, KF_FLAG_DEFAULT, nullptr, &found);
+  const base::UniqueTaskMemory<wchar_t> owner(found);
+  if (FAILED(status)) throw std::system_error(status, std::system_category(), "the folder for programs' data");
+  return std::filesystem::path(found) / L"zt" / L"telemetry" / L"zt-telemetry-host.toml";
+}
+
 // A path that starts with a slash is one of the Unix machine's, whatever the current drive is.
 std::filesystem::path PathFromText(std::string_view text) {
   const std::wstring path = text::ToWide(text);
@@ -69,6 +85,30 @@ void Sync(const std::filesystem::path& file) {
   if (opened == nullptr || ::FlushFileBuffers(opened.get()) == FALSE) {
     throw std::system_error(static_cast<int>(::GetLastError()), std::system_category(), PathText(file));
   }
+}
+
+// Who reads the file at that moment, without allowing others to take it away, makes the exchange fail: they are waited
+// for a little.
+void PutInPlace(const std::filesystem::path& file, const std::filesystem::path& place) {
+  constexpr int kAttempts = 20;
+  constexpr DWORD kBetweenMs = 50;
+  for (int attempt = 1;; ++attempt) {
+    if (::MoveFileExW(file.c_str(), place.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE) return;
+    const DWORD error = ::GetLastError();
+    const bool in_use = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+    if (!in_use || attempt == kAttempts) {
+      throw std::system_error(static_cast<int>(error), std::system_category(), PathText(place));
+    }
+    ::Sleep(kBetweenMs);
+  }
+}
+
+bool OutputGoesToTerminal() {
+  return IsConsole(STD_OUTPUT_HANDLE);
+}
+
+bool ErrorsGoToTerminal() {
+  return IsConsole(STD_ERROR_HANDLE);
 }
 
 Utf8Streams::Utf8Streams() : previous_code_page_(::GetConsoleOutputCP()) {

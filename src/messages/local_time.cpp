@@ -1,16 +1,11 @@
 #include "messages/local_time.h"
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <iomanip>
-#include <locale>
-#include <new>
-#include <regex>
-#include <sstream>
-#include <stdexcept>
 #include <string_view>
 
 #include "platform/clock.h"
@@ -32,30 +27,16 @@ constexpr int kFirstYear = 1900;
 constexpr sys_seconds kFirstMoment = sys_days{std::chrono::year(kFirstYear - 1) / 12 / 31};
 constexpr sys_seconds kEndOfCalendar = sys_days{std::chrono::year::max() / 12 / 31};
 
-// Named locales are missing from some C++ runtimes; the classic one prints the formats of this file alike.
-std::locale MakeRecordLocale() {
-  try {
-    return std::locale("en_US");
-  } catch (const std::runtime_error&) {
-    return std::locale::classic();
-  }
-}
-
-// Made once: looking a locale up by name reads files.
-const std::locale& RecordLocale() {
-  static const std::locale locale = MakeRecordLocale();
-  return locale;
-}
-
+// Written digit by digit: `std::put_time` asks the C library under a locale that is set for the whole process
+// meanwhile, and libstdc++ on Windows ends the process where there is no memory to remember the old one.
 std::string WallClockText(sys_seconds local_time) {
   const std::tm calendar = BrokenDownTime(local_time);
   if (calendar.tm_year < 0) return {};
-  std::ostringstream text;
-  text.imbue(RecordLocale());
-  text << std::put_time(&calendar, "%Y-%m-%dT%H:%M:%S");
-  // A stream keeps quiet when there is no memory, and has half of a text.
-  if (!text) throw std::bad_alloc();
-  return text.str();
+  constexpr std::size_t kLongest = 80;  // six numbers of any size, and what stands between them
+  char text[kLongest];
+  std::snprintf(text, sizeof text, "%d-%02d-%02dT%02d:%02d:%02d", kFirstYear + calendar.tm_year, calendar.tm_mon + 1,
+                calendar.tm_mday, calendar.tm_hour, calendar.tm_min, calendar.tm_sec);
+  return text;
 }
 
 std::string OffsetText(std::int32_t offset_minutes) {
@@ -63,6 +44,16 @@ std::string OffsetText(std::int32_t offset_minutes) {
   char text[sizeof "+00:00"];
   std::snprintf(text, sizeof text, "%c%02d:00", hours < 0 ? '-' : '+', std::abs(hours) % 100);
   return text;
+}
+
+// Compared sign by sign, since a `std::regex` of libstdc++ whose making was short of memory may say nothing of it, and
+// refuse every text from then on.
+bool HasOffsetForm(std::string_view text) {
+  constexpr std::string_view kForm = "0000-00-00T00:00:00+00:00";
+  return std::equal(text.begin(), text.end(), kForm.begin(), kForm.end(), [](char sign, char form) {
+    if (form == '0') return sign >= '0' && sign <= '9';
+    return sign == form || (sign == '-' && form == '+');
+  });
 }
 
 // The number that `text` holds at `position` in `length` digits.
@@ -87,8 +78,7 @@ std::string CurrentOffsetForm() {
 }
 
 std::string RecordForm(const std::string& offset_form) {
-  static const std::regex kOffsetForm(R"(\d{4}-\d{2}-\d{2}T\d{2}:\d{2}:\d{2}(\+|\-)\d{2}:\d{2})");
-  if (!std::regex_match(offset_form, kOffsetForm)) return {};
+  if (!HasOffsetForm(offset_form)) return {};
   const int year = DigitsAt(offset_form, 0, 4);
   const int month = DigitsAt(offset_form, 5, 2);
   const int day = DigitsAt(offset_form, 8, 2);

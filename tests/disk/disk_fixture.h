@@ -80,6 +80,12 @@ class DiskTest : public StoredSamplesTest {
     }
   }
 
+  /// Puts a copy of `from` in the place of `to`. Not all of the standard libraries overwrite where they are told so.
+  static void CopyOver(const std::filesystem::path& from, const std::filesystem::path& to) {
+    std::filesystem::remove(to);
+    std::filesystem::copy_file(from, to);
+  }
+
   static std::filesystem::path Path(const std::string& utf8) { return std::u8string(utf8.begin(), utf8.end()); }
   static std::string Bytes(const std::string& file) {
     std::ifstream stream(Path(file), std::ios::binary);

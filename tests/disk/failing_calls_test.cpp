@@ -1,6 +1,7 @@
 #include <array>
 #include <span>
 
+#include "agreed_calls.h"
 #include "disk_fixture.h"
 
 // Every call that a cycle makes of its files fails, in every way that it can.
@@ -87,8 +88,9 @@ TEST_P(FailingCallsTest, OneCallThatFailsLosesNoRow) {
       ++cycles;
     }
   }
-  RecordProperty("calls", static_cast<int>(calls.size()));
-  RecordProperty("cycles", cycles);
+  tests::CountsByKind counts = {{"cycles", cycles}};
+  for (const FileCallKind kind : calls) ++counts[NameOf(kind)];
+  tests::ExpectAgreed(std::string("failing, ") + GetParam().name, counts);
 }
 
 // A disk that is gone: all calls fail from one on.
@@ -152,7 +154,7 @@ TEST_F(BrokenOffSummaryTest, IsNotSentInPart) {
   int broken_off = 0;
   constexpr int kTries = 12;
   for (int i = 1; i <= kTries; ++i) {
-    std::filesystem::copy_file(beginning, Path(File()), std::filesystem::copy_options::overwrite_existing);
+    CopyOver(beginning, Path(File()));
     SCOPED_TRACE("read " + std::to_string(reads * i / kTries));
     CycleWithFailingRead(reads * i / kTries);
     const auto sent = static_cast<int>(Network().size());

@@ -1,16 +1,16 @@
 // A cycle in a process of its own, which ends before a change that it makes to a file of its choice.
 //   killed_cycle FOLDER HANDED-OVER CHANGE [half]
 // FOLDER: that of the database, with its separator. HANDED-OVER: a file that gets a line for each record before the
-// collector goes on. CHANGE: the number of the change, from 1 on, that is not made, or with "half" half of it. Where
-// there are fewer changes the process ends by itself, and the last line is their number.
+// collector goes on, and one for the kind of the change that the process is ended at. CHANGE: the number of the change,
+// from 1 on, that is not made, or with "half" half of it. Where there are fewer changes the process ends by itself.
 #include <fstream>
 #include <memory>
 #include <string>
 
-#include "child_run.h"
 #include "collector/performance_samples.h"
 #include "performance_samples_upload.pb.h"
 #include "simulation/machine.h"
+#include "support/child_run.h"
 #include "support/file_calls.h"
 #include "zt/shared/telemetry_storage.h"
 #include "zt/telemetry/common/telemetry_sink.h"
@@ -24,7 +24,7 @@ using zt::tests::FileCallKind;
 
 class SinkToFile : public zt::telemetry::common::TelemetrySink {
  public:
-  explicit SinkToFile(const char* file) : lines_(file) {}
+  explicit SinkToFile(const char* file) : lines_(file, std::ios::binary) {}
 
   Error Store(const google::protobuf::Message& /*record*/) override { return {}; }
   Error Send(const google::protobuf::Message& record) override {
@@ -64,11 +64,11 @@ int main(int count, char** arguments) {
   const zt::tests::FileCalls files([&](const FileCall& call) {
     if (!ChangesAFile(call.kind) || ++changes != last) return SQLITE_OK;
     if (half && call.write_half) call.write_half();
+    sink->Tell("ended at: " + NameOf(call.kind));
     zt::tests::EndThisProcess();
   });
   zt::telemetry::collector::performancesamples::PerformanceSamples collector;
   char outcome[zt::shared::plugin::IPluginModule::kResultCapacity];
   collector.Execute(R"({"eventType": 50})", outcome);
-  sink->Tell(std::to_string(changes));
   return 0;
 }

@@ -2,8 +2,9 @@
 #include <set>
 #include <sstream>
 
-#include "child_run.h"
+#include "agreed_calls.h"
 #include "disk_fixture.h"
+#include "support/child_run.h"
 
 // A process that is ended at each change that its cycle makes to a file: a real process, a real file.
 namespace zt::telemetry::collector::performancesamples {
@@ -23,7 +24,13 @@ class KilledProcessTest : public DiskTest, public testing::WithParamInterface<Ke
     const bool ended = !tests::RunToItsEnd(ZT_KILLED_CYCLE, arguments);
     handed_over_.clear();
     std::istringstream lines(Bytes(folder_.File("handed-over")));
-    for (std::string line; std::getline(lines, line);) handed_over_.insert(line);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with(kEndedAt)) {
+        if (ended) ++ended_at_[line.substr(kEndedAt.size())];
+      } else {
+        handed_over_.insert(line);
+      }
+    }
     return ended;
   }
 
@@ -54,10 +61,13 @@ class KilledProcessTest : public DiskTest, public testing::WithParamInterface<Ke
       ExpectRowsAccountedFor();
     }
     EXPECT_GT(number, 8) << "the cycle has made no changes";
-    RecordProperty("ended", number - 1);
+    tests::ExpectAgreed(std::string("ended at, ") + GetParam().name, ended_at_);
   }
 
+  static constexpr std::string_view kEndedAt = "ended at: ";
+
   std::set<std::string> handed_over_;
+  tests::CountsByKind ended_at_;
 };
 
 TEST_P(KilledProcessTest, EndedBeforeAnyChangeLosesNoRowThatWasNotHandedOver) {

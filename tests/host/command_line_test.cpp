@@ -53,6 +53,38 @@ TEST(CommandLineTest, CollectTakesAllItsOptions) {
   EXPECT_EQ(command.queries, "q.txt");
 }
 
+TEST(CommandLineTest, ACollectionLogsOnStandardErrorUnlessToldOtherwise) {
+  EXPECT_EQ(Read<CollectCommand>({"collect"}).settings.log_target, LogTarget::kStandardError);
+  EXPECT_EQ(Read<CollectCommand>({"collect", "--log-to", "event-log"}).settings.log_target, LogTarget::kEventLog);
+  EXPECT_THAT(Complaint({"collect", "--log-to", "syslog"}), HasSubstr("expected one of stderr, event-log"));
+}
+
+TEST(CommandLineTest, TheNewestRecordsAreExportedAsMetrics) {
+  const auto command = Read<OutboxCommand>({"outbox", "export", "--outbox", "o", "--format", "openmetrics", "--sources",
+                                            "--machine", "bare", "--database-dir", "samples"});
+  EXPECT_EQ(command.form, OutboxCommand::Form::kOpenMetrics);
+  EXPECT_TRUE(command.asks_sources);
+  EXPECT_EQ(command.doctor.machine, "bare");
+  EXPECT_EQ(command.doctor.database_dir, "samples");
+}
+
+TEST(CommandLineTest, TheDoctorTellsMetricsAndIntoAFile) {
+  const auto command = Read<DoctorCommand>({"doctor", "--format", "openmetrics", "--output", "zt.prom"});
+  EXPECT_EQ(command.format, OutputFormat::kOpenMetrics);
+  EXPECT_EQ(command.output, "zt.prom");
+}
+
+TEST(CommandLineTest, OnlyTheDoctorAndTheExportMakeMetrics) {
+  EXPECT_THAT(Complaint({"look", "--format", "openmetrics"}), HasSubstr("expected one of text, json"));
+  EXPECT_THAT(Complaint({"network", "--format", "openmetrics"}), HasSubstr("expected one of text, json"));
+}
+
+TEST(CommandLineTest, TheEventSourceIsAddedOrRemoved) {
+  EXPECT_TRUE(Read<EventSourceCommand>({"event-source", "add"}).adds);
+  EXPECT_FALSE(Read<EventSourceCommand>({"event-source", "remove"}).adds);
+  EXPECT_THAT(Complaint({"event-source"}), HasSubstr("action is required"));
+}
+
 TEST(CommandLineTest, DoctorTakesAllItsOptions) {
   const auto command = Read<DoctorCommand>({"doctor", "--machine", "bare", "--database-dir", "samples", "--format",
                                             "json", "--log-level", "info", "--queries", "q.txt"});
@@ -161,8 +193,9 @@ TEST(CommandLineTest, AnOptionGivenTwiceIsNamedUnlessItIsTheEvent) {
 }
 
 TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
-  EXPECT_THAT(Complaint({"colect"}), StartsWith("there is no command \"colect\"; expected look, collect, outbox, "
-                                                "doctor, network, seed, simulate, report or machines"));
+  EXPECT_THAT(Complaint({"colect"}),
+              StartsWith("there is no command \"colect\"; expected look, collect, outbox, doctor, network, seed, "
+                         "simulate, report, config, machines, event-source, completion or man"));
   EXPECT_THAT(Complaint({"collect", "--evnt", "50"}), HasSubstr("--evnt"));
   EXPECT_THAT(Complaint({"collect", "--event", "50", "51"}), HasSubstr("51"));
   EXPECT_THAT(Complaint({"machines", "all"}), HasSubstr("all"));

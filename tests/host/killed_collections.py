@@ -12,6 +12,7 @@ stands twice. With `--log` the database keeps a write-ahead log. The exit code i
 
 import argparse
 import collections
+import contextlib
 import os
 import pathlib
 import random
@@ -51,7 +52,8 @@ class Writer(threading.Thread):
 def kill(process: subprocess.Popen):
     """Ends a program and what runs it at once, as a power cut does."""
     if os.name == "posix":
-        os.killpg(process.pid, signal.SIGKILL)
+        with contextlib.suppress(ProcessLookupError):  # it has ended
+            os.killpg(process.pid, signal.SIGKILL)
     else:
         process.kill()
     process.wait()
@@ -79,11 +81,12 @@ def main() -> int:
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as name:
         host = Collections(options.program, pathlib.Path(name), options.log)
+        writer = Writer(host.database, options.seed)
+        writer.start()
+        host.collect().check_returncode()  # the outbox is there
         started = time.monotonic()
         host.collect().check_returncode()
         longest = 1.3 * (time.monotonic() - started)  # somewhat more than an undisturbed one takes
-        writer = Writer(host.database, options.seed)
-        writer.start()
         ended = kill_at_random(host.command, options.kills, longest, random.Random(options.seed))
         writer.stopped.set()
         writer.join()

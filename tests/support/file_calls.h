@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -27,6 +29,25 @@ enum class FileCallKind {
   kSharedMemoryLock,
 };
 
+/// Its name, as people say it.
+inline std::string NameOf(FileCallKind kind) {
+  // By the number of the kind.
+  constexpr std::array<const char*, 13> kNames = {"open",
+                                                  "delete",
+                                                  "access",
+                                                  "read",
+                                                  "write",
+                                                  "truncate",
+                                                  "sync",
+                                                  "file size",
+                                                  "lock",
+                                                  "unlock",
+                                                  "reserved lock",
+                                                  "shared memory map",
+                                                  "shared memory lock"};
+  return kNames.at(static_cast<std::size_t>(kind));
+}
+
 /// One call, as a test sees it before it is made.
 struct FileCall {
   FileCallKind kind;
@@ -34,6 +55,8 @@ struct FileCall {
   int number = 0;
   /// Makes the first half of a write; nothing for another call.
   std::function<void()> write_half;
+  /// Files that are open at that moment.
+  int open_files = 0;
 };
 
 /// Stands between SQLite and the files of this process while it lives, and lets a test decide over each call: it is
@@ -75,7 +98,7 @@ class FileCalls {
     FileCalls& self = *instance_;
     if (self.inside_) return SQLITE_OK;
     self.inside_ = true;
-    const int decision = self.decide_({kind, ++self.count_, std::move(write_half)});
+    const int decision = self.decide_({kind, ++self.count_, std::move(write_half), self.open_files_});
     self.inside_ = false;
     return decision;
   }

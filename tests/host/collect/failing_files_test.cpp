@@ -75,8 +75,8 @@ class FailingFilesTest : public testing::TestWithParam<const char*> {
 
   // Database and outbox as they were first.
   void PutBack() {
-    for (const char* suffix : {"-journal", "-wal", "-shm"}) fs::remove(PathOf(Database() + suffix));
-    fs::copy_file(folder_.Path() / "first.db", PathOf(Database()), fs::copy_options::overwrite_existing);
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) fs::remove(PathOf(Database() + suffix));
+    fs::copy_file(folder_.Path() / "first.db", PathOf(Database()));
     fs::remove_all(Outbox());
     fs::copy(folder_.Path() / "first outbox", Outbox(), fs::copy_options::recursive);
   }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "host/failure.h"
 #include "host/outbox/kept_record.h"
 #include "performance_samples_upload.pb.h"
@@ -178,11 +180,41 @@ TEST_F(OutboxTest, WhatWasNotDeliveredIsDroppedForTheSizeAloneAndCounted) {
   EXPECT_EQ(outbox_.Figures().dropped, 3);
 }
 
+TEST_F(OutboxTest, NoMoreIsDroppedForTheSizeThanHasToBe) {
+  outbox_.Keep({{kSendKind, kTextMessage, "", "", std::string(1'000'000, 'x')}, Hour("A-TH"), Hour("B-TH")},
+               std::nullopt);
+  EXPECT_EQ(outbox_.Prune({500'000, std::chrono::days(90)}).undelivered, 1);
+  EXPECT_EQ(Listed().size(), 2U);
+}
+
 TEST_F(OutboxTest, WhatWasDeliveredGoesWhenItIsTooOld) {
   outbox_.Keep({Hour("A-TH"), Hour("B-TH")}, std::nullopt);
   outbox_.CountDeliveries({1});
   EXPECT_EQ(outbox_.Prune({1'000'000, std::chrono::days(-1)}).delivered, 1);
   EXPECT_EQ(Listed().at(0).hand_over.collection_id, "B-TH");
+}
+
+TEST_F(OutboxTest, LongPruningTellsWhatHasGoneSoFar) {
+  for (int i = 0; i < 30; ++i)
+    outbox_.Keep(std::vector<HandOver>(100, {kSendKind, kTextMessage, "", "", std::string(1000, 'x')}), std::nullopt);
+  std::vector<std::int64_t> told;
+  const Pruned pruned =
+      outbox_.Prune({0, std::chrono::days(90)}, [&](const Pruned& so_far) { told.push_back(so_far.undelivered); });
+  EXPECT_EQ(pruned.undelivered, 3000);
+  ASSERT_GE(told.size(), 3U);
+  EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+  EXPECT_LT(told.front(), told.back());
+}
+
+TEST_F(OutboxTest, NewestFirstGoesBackUntilItIsToldToStop) {
+  outbox_.Keep({Hour("A-TH"), Hour("B-TH"), Hour("C-TH")}, std::nullopt);
+  std::vector<std::string> seen;
+  outbox_.ForEachNewestFirst([&](const KeptHandOver& kept) {
+    seen.push_back(kept.hand_over.collection_id);
+    return seen.size() < 2;
+  });
+  EXPECT_EQ(seen, (std::vector<std::string>{"C-TH", "B-TH"}));
+  EXPECT_EQ(outbox_.LastId(), 3);
 }
 
 TEST_F(OutboxTest, TwoCollectionsIntoOneOutboxWaitForEachOther) {

@@ -63,6 +63,11 @@ TEST(OffsetFormTest, KnowsLeapDays) {
   EXPECT_EQ(OffsetForm(1709164800), "2024-02-29T00:00:00+00:00");
 }
 
+TEST(OffsetFormTest, HasFiveDigitsForAYearBeyond9999) {
+  UseZone(0, 0);
+  EXPECT_EQ(OffsetForm(253402300800), "10000-01-01T00:00:00+00:00");
+}
+
 TEST(OffsetFormTest, IsEmptyBeforeTheYear1900) {
   UseZone(0, 0);
   EXPECT_EQ(OffsetForm(-2208988800), "1900-01-01T00:00:00+00:00");
@@ -100,6 +105,18 @@ TEST(RecordFormTest, RefusesTextsOfAnotherForm) {
   for (const char* text : {"", "now", "2025-07-15 12:20:42-03:00", "2025-07-15T12:20:42", "2025-07-15T12:20:42Z",
                            " 2025-07-15T12:20:42-03:00", "2025-7-15T12:20:42-03:00"}) {
     EXPECT_EQ(RecordForm(text), "") << text;
+  }
+}
+
+TEST(RecordFormTest, RefusesEachSignThatTheFormHasNotInItsPlace) {
+  const std::string form = "2025-07-15T12:20:42-03:00";
+  for (std::size_t place = 0; place < form.size(); ++place) {
+    for (const char sign : {'/', ':', 'x', '\0'}) {
+      std::string text = form;
+      if (text[place] == sign) continue;
+      text[place] = sign;
+      EXPECT_EQ(RecordForm(text), "") << text;
+    }
   }
 }
 

@@ -1,4 +1,4 @@
-#include "tests/disk/child_run.h"
+#include "support/child_run.h"
 
 #include <signal.h>
 #include <spawn.h>

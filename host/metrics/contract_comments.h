@@ -1,0 +1,23 @@
+#pragma once
+
+#include <google/protobuf/descriptor.h>
+
+#include <map>
+#include <string>
+
+namespace zt::telemetry::host {
+
+/// What the contract says of each field: the comment above it in its `.proto` file, as one line. Comments are in no
+/// generated class, so they are read from the contract's files themselves.
+class ContractComments {
+ public:
+  ContractComments();
+
+  /// The comment of `field`, empty where it has none.
+  std::string Of(const google::protobuf::FieldDescriptor& field) const;
+
+ private:
+  std::map<std::string, std::string> by_name_;
+};
+
+}  // namespace zt::telemetry::host
