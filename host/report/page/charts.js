@@ -1,6 +1,6 @@
 // The plots: canvases that share one time axis. Zooming one zooms all, and pointing at a time points at it in all.
 
-import {kindText} from './gaps.js';
+import {findEmptySpans, kindText} from './gaps.js';
 import {kindsAt, seriesAt} from './series.js';
 import {DAY, HOUR, markText, numberText, shortNumber, timeText} from './times.js';
 
@@ -181,6 +181,7 @@ export class Chart {
     this.data = data;
     this.time = time;
     this.gaps = gaps.filter((gap) => data.kinds.has(gap.kind));
+    this.emptySpans = findEmptySpans(data.aligned[0], data.aligned.slice(1), this.gaps);
     this.pointedAt = pointedAt;
     this.hidden = new Set();
     this.u = this.make();
@@ -262,7 +263,7 @@ export class Chart {
   drawGaps(u) {
     u.ctx.save();
     u.ctx.fillStyle = styleOf('--gap');
-    for (const gap of this.gaps) {
+    for (const gap of [...this.gaps, ...this.emptySpans]) {
       const from = Math.max(u.valToPos(gap.from, 'x', true), u.bbox.left);
       const to = Math.min(u.valToPos(gap.to, 'x', true), u.bbox.left + u.bbox.width);
       if (to > from) u.ctx.fillRect(from, u.bbox.top, to - from, u.bbox.height);
@@ -323,7 +324,10 @@ export class Chart {
   /** The gap at a time, as people read it. @param {number} time */
   gapText(time) {
     const gap = this.gaps.find((one) => one.from < time && time < one.to);
-    return gap ? `No ${kindText(gap.kind)} from ${timeText(gap.from)} to ${timeText(gap.to)}: ${gap.reason}` : '';
+    if (gap) return `No ${kindText(gap.kind)} from ${timeText(gap.from)} to ${timeText(gap.to)}: ${gap.reason}`;
+    const empty = this.emptySpans.find((one) => one.from < time && time < one.to);
+    return empty ? `None of these figures from ${timeText(empty.from)} to ${timeText(empty.to)}, though there are records: ` +
+                   'the source was absent, or failed' : '';
   }
 
   follow() {

@@ -82,6 +82,38 @@ export function explainGaps(model) {
   return all.sort((one, two) => one.from - two.from);
 }
 
+/**
+ * Times of which there are records that hold none of a plot's figures, between those that hold some.
+ * @param {number[]} times  ascending
+ * @param {(number|null|undefined)[][]} series  of each figure the value at each time: null where a record has none,
+ *     undefined where there is no record of its kind
+ * @param {Gap[]} gaps  in the records themselves, which are none of these
+ * @returns {Gap[]}
+ */
+export function findEmptySpans(times, series, gaps) {
+  const holds = series.map(() => false);
+  const inGap = (/** @type {number} */ time) => gaps.some((gap) => gap.from < time && time < gap.to);
+  /** @type {Gap[]} */
+  const spans = [];
+  let from = null;
+  let last = times[0];
+  for (let i = 0; i < times.length; ++i) {
+    if (inGap(times[i])) continue;
+    series.forEach((values, number) => {
+      if (values[i] !== undefined) holds[number] = values[i] !== null;
+    });
+    const empty = !holds.includes(true);
+    if (empty) from ??= last;
+    if (!empty && from !== null) {
+      spans.push({from, to: times[i]});
+      from = null;
+    }
+    last = times[i];
+  }
+  if (from !== null && last > from) spans.push({from, to: last});
+  return spans;
+}
+
 /** @param {number} kind */
 export function kindText(kind) {
   return KIND_TEXTS[kind] ?? '';

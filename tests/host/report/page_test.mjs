@@ -88,9 +88,9 @@ async function shoot(page, name, options = {}) {
   if (process.env.ZT_SCREENSHOTS) await page.screenshot({path: join(process.env.ZT_SCREENSHOTS, `${name}.png`), ...options});
 }
 
-/** How many dots of a plot have the colour of its first series, between two times. */
-function ink(page, id, from, to) {
-  return page.evaluate(([plot, begin, end]) => {
+/** How many dots of a plot have the colour of a series, its first one or any, between two times. */
+function ink(page, id, from, to, any = false) {
+  return page.evaluate(([plot, begin, end, ofAny]) => {
     const u = window.uPlotsById(plot);
     const copy = document.createElement('canvas');
     [copy.width, copy.height] = [u.ctx.canvas.width, u.ctx.canvas.height];
@@ -99,15 +99,17 @@ function ink(page, id, from, to) {
     const left = Math.max(u.bbox.left, Math.round(u.valToPos(begin, 'x', true)));
     const right = Math.min(u.bbox.left + u.bbox.width, Math.round(u.valToPos(end, 'x', true)));
     const dots = read.getImageData(left, u.bbox.top, Math.max(1, right - left), u.bbox.height).data;
-    read.fillStyle = getComputedStyle(document.documentElement).getPropertyValue('--series-0');
-    read.fillRect(0, 0, 1, 1);
-    const [r, g, b] = read.getImageData(0, 0, 1, 1).data;
+    const colours = [0, 1, 2, 3, 4, 5, 6, 7].slice(0, ofAny ? 8 : 1).map((i) => {
+      read.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(`--series-${i}`);
+      read.fillRect(0, 0, 1, 1);
+      return read.getImageData(0, 0, 1, 1).data;
+    });
     let count = 0;
     for (let i = 0; i < dots.length; i += 4) {
-      if (Math.abs(dots[i] - r) + Math.abs(dots[i + 1] - g) + Math.abs(dots[i + 2] - b) < 60) ++count;
+      if (colours.some(([r, g, b]) => Math.abs(dots[i] - r) + Math.abs(dots[i + 1] - g) + Math.abs(dots[i + 2] - b) < 60)) ++count;
     }
     return count;
-  }, [id, from, to]);
+  }, [id, from, to, any]);
 }
 
 /** What the plots show, by their ids. */
@@ -129,10 +131,24 @@ test('the page says nothing on its console, asks for nothing, and draws every pl
 
 test('there is ink where there is data, and none where there is none', async () => {
   const {page, close} = await open(month());
+  for (const plot of await page.$$eval('figure[id]', (figures) => figures.map((figure) => figure.id))) {
+    assert.ok(await ink(page, plot, FIRST + 100 * HOUR, FIRST + 200 * HOUR, true) > 20, plot);
+    assert.equal(await ink(page, plot, FIRST + 303 * HOUR, FIRST + 337 * HOUR, true), 0, plot);
+  }
   for (const plot of ['battery-health', 'temperatures-by-hour', 'processor-load', 'memory-share', 'drive-use', 'signal', 'idle']) {
     assert.ok(await ink(page, plot, FIRST + 100 * HOUR, FIRST + 200 * HOUR) > 20, plot);
-    assert.equal(await ink(page, plot, FIRST + 303 * HOUR, FIRST + 337 * HOUR), 0, plot);
   }
+  await close();
+});
+
+test('records without the figures of a plot leave it without ink, and pointing there says so', async () => {
+  const lines = Array.from({length: 72}, (_, hour) => live(hour, {batteries: hour < 24 || hour >= 48}));
+  const {page, close} = await open(report('without-battery', lines));
+  assert.equal(await ink(page, 'battery-charge', FIRST + 25 * HOUR, FIRST + 47 * HOUR, true), 0);
+  assert.ok(await ink(page, 'memory-share', FIRST + 25 * HOUR, FIRST + 47 * HOUR) > 20);
+  const box = await page.locator('#battery-charge .u-over').boundingBox();
+  await page.locator('#battery-charge .u-over').hover({position: {x: box.width / 2, y: 60}});
+  assert.match(await page.locator('#battery-charge .readout').innerText(), /^None of these figures from 1 Feb 2026.* the source was absent, or failed$/);
   await close();
 });
 
@@ -250,6 +266,10 @@ test('the page is read at 360 points, in the dark and in print', async () => {
   await shoot(narrow.page, 'narrow-dark-plot');
   const pdf = await narrow.page.pdf({format: 'A4', path: process.env.ZT_SCREENSHOTS ? join(process.env.ZT_SCREENSHOTS, 'month.pdf') : undefined});
   assert.ok((pdf.toString('latin1').match(/\/Type\s*\/Page\b/g) ?? []).length >= 8);
+  await narrow.page.emulateMedia({media: 'print'});
+  const headings = await narrow.page.$$eval('h2', (all) => all.map((one) => [one.textContent, one.getClientRects().length > 0]));
+  assert.ok(headings.length >= 10, String(headings));
+  for (const [heading, printed] of headings) assert.ok(printed, `${heading} is not printed`);
   await narrow.close();
 });
 

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import {test} from 'node:test';
 
 import {KIND, Model, TABLE} from '../../../host/report/page/data.js';
-import {explainGaps, findGaps} from '../../../host/report/page/gaps.js';
+import {explainGaps, findEmptySpans, findGaps} from '../../../host/report/page/gaps.js';
 import {RULES, lookAt} from '../../../host/report/page/rules.js';
 import {seriesAt, together} from '../../../host/report/page/series.js';
 import {SharedTime, alone, rangeOf} from '../../../host/report/page/charts.js';
@@ -158,6 +158,21 @@ test('a gap tells that the machine was started within it', () => {
 test('a record without the section is a gap of its figures', () => {
   const model = modelOf([battery(90), {tables: {[TABLE.memory]: [{used: 1}]}}, battery(88)]);
   assert.deepEqual(seriesAt(model, [{table: TABLE.batteries, column: 'full_charge_capacity_percent'}])[0].values, [90, null, 88]);
+});
+
+test('records that hold none of the figures are a span between those that do', () => {
+  assert.deepEqual(findEmptySpans([0, 1, 2, 3, 4, 5], [[7, null, null, 8, 9, null]], []), [{from: 0, to: 3}, {from: 4, to: 5}]);
+  assert.deepEqual(findEmptySpans([0, 1, 2], [[null, 7, 8]], []), [{from: 0, to: 1}]);
+  assert.deepEqual(findEmptySpans([0, 1, 2], [[7, 8, 9]], []), []);
+});
+
+test('a figure of another entry, or of records between, is no missing one', () => {
+  assert.deepEqual(findEmptySpans([0, 1, 2], [[7, null, 7], [null, 8, null]], []), []);
+  assert.deepEqual(findEmptySpans([0, 1, 2, 3], [[7, undefined, 7, undefined], [undefined, null, undefined, null]], []), []);
+});
+
+test('a gap in the records is no span of its own', () => {
+  assert.deepEqual(findEmptySpans([0, 1, 5, 9, 10], [[7, 7, null, 7, 7]], [{from: 1, to: 9}]), []);
 });
 
 test('a value between gaps is shown by a point', () => {
