@@ -14,6 +14,7 @@
 #include "host/failure.h"
 #include "host/help_texts.h"
 #include "host/option_values.h"
+#include "host/options_over_time.h"
 #include "host/program_environment.h"
 #include "host/shell/completion.h"
 #include "host/shell/man_page.h"
@@ -29,8 +30,6 @@ constexpr char kOutbox[] = "outbox";
 constexpr char kDoctor[] = "doctor";
 constexpr char kNetwork[] = "network";
 constexpr char kSeed[] = "seed";
-constexpr char kSimulate[] = "simulate";
-constexpr char kReport[] = "report";
 constexpr char kConfig[] = "config";
 constexpr char kMachines[] = "machines";
 constexpr char kEventSource[] = "event-source";
@@ -38,22 +37,9 @@ constexpr char kCompletion[] = "completion";
 constexpr char kMan[] = "man";
 constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 
-constexpr char kSimulateNotes[] =
-    "The collector samples the convertible laptop once an hour, as its battery ages, its drive fills, its user works "
-    "by\n"
-    "day and is away at night and on Sundays, when it is off. The same numbers give the same records. With the same\n"
-    "--until, seed makes the stored samples of the same time.";
-constexpr char kReportNotes[] =
-    "One page for each machine, whole in itself: it asks nothing of anywhere. Of several machines each has its serial\n"
-    "number in the name of its file. What cannot be read is told, here and in the page, and the rest is shown; the "
-    "exit\n"
-    "code is then 1. Times are those of the machine's wall clock.";
-
 constexpr std::int32_t kDefaultEvent = 50;
-constexpr std::uint32_t kMaxHours = 87'600;  // ten years
 constexpr std::uint32_t kMaxInterfaces = 10'000;
 constexpr std::uint32_t kDefaultInterfaces = 3;
-constexpr std::uint64_t kDefaultRandomSeed = 1;
 constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
 const Choices<OutputFormat> kDoctorFormats = {
@@ -280,71 +266,6 @@ std::string ListText(const std::vector<std::string>& names) {
   return text;
 }
 
-void AddSimulate(CLI::App& program, SimulateCommand& command) {
-  CLI::App& app = *program.add_subcommand(kSimulate, "Live records of a simulated machine over many hours");
-  app.add_option("--hours", command.hours, "Hours that pass")
-      ->transform(WholeNumber<std::uint32_t>(1, kMaxHours))
-      ->type_name("N")
-      ->required();
-  app.add_option_function<std::string>(
-         "--until", [&command](const std::string& text) { command.until = ParseUtcTime(text); },
-         "Their end in UTC; by default the present")
-      ->check(UtcTimeText())
-      ->type_name("TIME");
-  app.add_option("--random-seed", command.random_seed, "Another number gives other records of the same kind")
-      ->transform(WholeNumber<std::uint64_t>(0, std::numeric_limits<std::uint64_t>::max()))
-      ->type_name("N")
-      ->default_str(std::to_string(kDefaultRandomSeed));
-  AddPath(app, "--plugin", command.plugin, "FILE", "Collector plugin, by default the one beside this program");
-  AddPath(app, "--outbox", command.outbox, "DIR", "Keep the records in the outbox of this folder");
-  AddPath(app, "--output", command.output, "FILE",
-          "Write the records here, one JSON object a line, instead of\nstandard output");
-  app.footer(kSimulateNotes);
-}
-
-void AddTime(CLI::App& app, const std::string& name, std::optional<std::chrono::sys_seconds>& time,
-             const std::string& description) {
-  app.add_option_function<std::string>(
-         name, [&time](const std::string& text) { time = ParseUtcTime(text); }, description)
-      ->check(TimeText("by the machine's clock"))
-      ->type_name("TIME");
-}
-
-void AddReport(CLI::App& program, ReportCommand& command) {
-  CLI::App& app = *program.add_subcommand(kReport, "Writes the records of a machine as a page for people");
-  CLI::Option_group& input = *app.add_option_group("Records");
-  AddPath(input, "--outbox", command.outbox, "DIR", "What collect --outbox has kept");
-  input
-      .add_option_function<std::vector<std::string>>(
-          "--records",
-          [&command](const std::vector<std::string>& texts) {
-            for (const std::string& text : texts) command.records.push_back(PathFromText(text));
-          },
-          "Lines that collect --format json or outbox export printed, or\nrecords of outbox export --format protobuf")
-      ->check(Name())
-      ->type_name("FILE...");
-  input.require_option(1, 0);
-  app.add_option_function<std::string>(
-         "--machine-name", [&command](const std::string& text) { command.machine_name = text; },
-         "What people call the machine")
-      ->check(Name())
-      ->type_name("TEXT");
-  AddTime(app, "--from", command.from, "Only what is not before this time");
-  AddTime(app, "--to", command.to, "Only what is before this time");
-  app.add_option_function<std::string>(
-         "--serial", [&command](const std::string& text) { command.serial = text; },
-         "Only the machine of this serial number")
-      ->check(Name())
-      ->type_name("SERIAL");
-  app.add_option_function<std::string>(
-         "--output", [&command](const std::string& text) { command.output = PathFromText(text); },
-         "The page; a file that is there is replaced")
-      ->check(Name())
-      ->type_name("FILE")
-      ->required();
-  app.footer(kReportNotes);
-}
-
 // Without a command: look. A first word that is no command is told here, since the library would miss a command.
 void CompleteCommand(const CLI::App& app, std::vector<std::string>& arguments) {
   constexpr std::array kOfTheProgram = {"-h", "--help", "--version"};
@@ -393,6 +314,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   seed.random_seed = kDefaultRandomSeed;
   SimulateCommand simulate;
   simulate.random_seed = kDefaultRandomSeed;
+  WatchCommand watch;
   ReportCommand report;
   ConfigCommand config;
   EventSourceCommand event_source;
@@ -412,6 +334,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddNetwork(app, network);
   AddSeed(app, seed);
   AddSimulate(app, simulate);
+  AddWatch(app, watch);
   AddReport(app, report);
   AddConfig(app, config);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
@@ -433,6 +356,8 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
     if (cycle->events.empty()) cycle->events = {kDefaultEvent};
     cycle->log_level = cycle->settings.told.log_level.value_or(cycle->log_level);
   }
+  simulate.log_level = simulate.settings.told.log_level.value_or(simulate.log_level);
+  watch.log_level = watch.settings.told.log_level.value_or(watch.log_level);
   doctor.log_level = doctor.settings.told.log_level.value_or(doctor.log_level);
   network.log_level = network.settings.told.log_level.value_or(network.log_level);
   if (app.got_subcommand(kCollect)) return collect;
@@ -441,6 +366,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
   if (app.got_subcommand(kSimulate)) return simulate;
+  if (app.got_subcommand(kWatch)) return watch;
   if (app.got_subcommand(kReport)) return report;
   if (app.got_subcommand(kConfig)) return config;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};

@@ -17,6 +17,7 @@
 #include "host/report/report.h"
 #include "host/seed/seed.h"
 #include "host/simulate/simulate.h"
+#include "host/watch/watch.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -42,6 +43,8 @@ class Runner {
   }
 
   int operator()(const SimulateCommand& command) const { return Simulate(command, out_, err_); }
+
+  int operator()(const WatchCommand& command) const { return Watch(command, err_); }
 
   int operator()(const ReportCommand& command) const { return Report(command, out_, err_); }
   int operator()(const ConfigCommand& command) const { return ShowConfiguration(command, out_); }

@@ -1,5 +1,4 @@
-# What the report carries with it, put into one source file of the host program: its page, with the chart library of the
-# package, and what the contract says of its fields.
+# The report's page, with the chart library of the package, as a source of the host program.
 find_program(ZT_PYTHON NAMES python3 python REQUIRED)
 set(page ${CMAKE_CURRENT_LIST_DIR}/page)
 set(charts ${page}/node_modules/uplot/dist/uPlot.min.css ${page}/node_modules/uplot/dist/uPlot.iife.min.js)
@@ -21,24 +20,12 @@ add_custom_command(
   COMMENT "Putting the report's page together"
   VERBATIM)
 
-set(contracts ${PROJECT_SOURCE_DIR}/contracts)
-set(protos ${contracts}/performance_samples_upload.proto ${contracts}/device_performance_storage.proto)
-set(protobuf_includes
-  $<JOIN:$<TARGET_PROPERTY:protobuf::libprotobuf,INTERFACE_INCLUDE_DIRECTORIES>,$<SEMICOLON>--proto_path=>)
-add_custom_command(
-  OUTPUT ${made}/contract.bin
-  COMMAND ${ZT_PROTOC} --include_source_info --descriptor_set_out=${made}/contract.bin --proto_path=${contracts}
-          --proto_path=${protobuf_includes} ${protos}
-  DEPENDS ${protos} ${contracts}/contract_annotations.proto
-  COMMENT "Describing the contract"
-  COMMAND_EXPAND_LISTS)
-
-set(embedded ${made}/embedded_report.cpp)
+set(embedded ${made}/embedded_page.cpp)
 add_custom_command(
   OUTPUT ${embedded}
-  COMMAND ${CMAKE_COMMAND} -DOUTPUT=${embedded} -DPAGE=${made}/page.html -DCONTRACT=${made}/contract.bin
-          -P ${CMAKE_CURRENT_LIST_DIR}/embed.cmake
-  DEPENDS ${made}/page.html ${made}/contract.bin ${CMAKE_CURRENT_LIST_DIR}/embed.cmake
+  COMMAND ${CMAKE_COMMAND} -D BYTES=${made}/page.html -D SOURCE=${embedded} -D HEADER=host/report/embedded.h
+          -D NAMESPACE=zt::telemetry::host -D OPERATION=EmbeddedPage -P ${PROJECT_SOURCE_DIR}/cmake/WriteBytes.cmake
+  DEPENDS ${made}/page.html ${PROJECT_SOURCE_DIR}/cmake/WriteBytes.cmake
   COMMENT "Embedding the report's page"
   VERBATIM)
 set(ZT_EMBEDDED_REPORT ${embedded})

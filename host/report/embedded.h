@@ -4,9 +4,7 @@
 
 namespace zt::telemetry::host {
 
-/// Of files that the build made, and that the program carries with it: the report's page (page/assemble.py), and the
-/// descriptors of the contract with its comments, a google.protobuf.FileDescriptorSet in protobuf's form.
+/// The report's page, which the build puts together (page/assemble.py) and the program carries with it.
 std::string_view EmbeddedPage();
-std::string_view EmbeddedContract();
 
 }  // namespace zt::telemetry::host

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/report/definitions.h"
+#include "host/contract_comments.h"
 #include "host/report/embedded.h"
 #include "host/report/page_json.h"
 #include "host/report/record_table.h"
@@ -33,7 +33,7 @@ class PageTables {
     for (const DatedRecord& record : records) types_.try_emplace(record.record->GetDescriptor(), types_.size());
     for (const auto& [type, place] : types_) {
       for (const Section& section : LayoutOf(*type).sections) {
-        tables_.emplace_back(type, std::make_unique<RecordTable>(*type, section, definitions_));
+        tables_.emplace_back(type, std::make_unique<RecordTable>(*type, section, comments_));
       }
     }
     for (const DatedRecord& record : records) Add(record);
@@ -68,7 +68,7 @@ class PageTables {
     }
   }
 
-  Definitions definitions_;
+  ContractComments comments_;
   std::map<const Descriptor*, std::size_t> types_;
   std::vector<std::pair<const Descriptor*, std::unique_ptr<RecordTable>>> tables_;
 };

@@ -86,7 +86,7 @@ RecordIdentity IdentityOfUpload(const Upload& upload) {
     ReadHourlySerial(id, network ? kNetworkSuffix : kThermalSuffix, identity);
   } else {
     identity.time = WallClock(upload.local_time());
-    ReadLiveSerial(id, std::string_view(upload.local_time()).substr(0, kTimeLength), identity);
+    ReadLiveSerial(id, upload.local_time(), identity);
   }
   return identity;
 }

@@ -83,11 +83,11 @@ std::string ColumnJson(TableColumn column, std::size_t rows) {
 
 }  // namespace
 
-RecordTable::RecordTable(const Descriptor& record, const Section& section, const Definitions& definitions)
-    : definitions_(definitions), title_(section.title), path_(section.path), figures_(section.figures) {
+RecordTable::RecordTable(const Descriptor& record, const Section& section, const ContractComments& comments)
+    : comments_(comments), title_(section.title), path_(section.path), figures_(section.figures) {
   full_path_ = std::string(record.name()) + (path_.empty() ? "" : "." + path_);
   const Descriptor& type = TypeAt(record, path_);
-  meaning_ = definitions_.Of(type);
+  meaning_ = comments_.Of(type);
 }
 
 void RecordTable::Add(const Message& record) {
@@ -144,7 +144,7 @@ void RecordTable::AddNamed(const Message& entry, const Figure& figure, const Fie
       ++named_;
       column = &NewColumn(path, *named.number);
       column->label = name;
-      column->meaning = definitions_.Of(list) + " " + column->meaning;
+      column->meaning = comments_.Of(list) + " " + column->meaning;
     }
     Set(*column, NumberJson(number, Form::kNumber));
   }
@@ -161,7 +161,7 @@ TableColumn& RecordTable::NewColumn(const std::string& path, const FieldDescript
   columns_.push_back({path,
                       std::string(LabelOf(field)),
                       unit.empty() ? unit : unit.substr(1),
-                      definitions_.Of(field),
+                      comments_.Of(field),
                       KindOf(field),
                       {},
                       {},

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/report/definitions.h"
+#include "host/contract_comments.h"
 #include "host/views/record_layout.h"
 
 namespace zt::telemetry::host {
@@ -33,7 +33,7 @@ struct TableColumn {
 class RecordTable {
  public:
   /// `record` is the type of the records; the section's layout is theirs.
-  RecordTable(const google::protobuf::Descriptor& record, const Section& section, const Definitions& definitions);
+  RecordTable(const google::protobuf::Descriptor& record, const Section& section, const ContractComments& comments);
 
   /// Records are added in order, and each of them, whether it has the section or not.
   void Add(const google::protobuf::Message& record);
@@ -57,7 +57,7 @@ class RecordTable {
   void SetText(TableColumn& column, const std::string& text);
   void Set(TableColumn& column, std::string json);
 
-  const Definitions& definitions_;
+  const ContractComments& comments_;
   std::string title_;
   std::string path_;
   std::string full_path_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <memory>
 #include <set>
 #include <utility>
 #include <vector>
@@ -14,15 +15,16 @@
 #include "host/report/page.h"
 #include "host/report/record_bytes.h"
 #include "host/report/record_input.h"
-#include "host/report/whole_files.h"
 #include "host/views/figures.h"
 #include "host/views/text_table.h"
+#include "host/whole_file.h"
 
 namespace zt::telemetry::host {
 namespace {
 
 constexpr std::size_t kMostToldProblems = 20;
 constexpr std::size_t kLongestNamePart = 40;
+constexpr char kOutputOption[] = "--output";
 
 RecordInput ReadInput(const ReportCommand& command) {
   RecordInput input;
@@ -94,6 +96,11 @@ std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& output,
   return files;
 }
 
+Failure CannotWrite(const std::filesystem::path& page) {
+  return {kExitFailed,
+          std::string(kOutputOption) + " " + PathText(page) + ": the file cannot be written whole: is the disk full?"};
+}
+
 std::string TitleOf(const ReportCommand& command, const MachineRecords& machine, bool alone) {
   if (!command.machine_name.has_value()) return {};
   return alone ? *command.machine_name : *command.machine_name + " " + machine.serial;
@@ -110,12 +117,14 @@ int Report(const ReportCommand& command, std::ostream& out, std::ostream& err) {
   }
   std::vector<MachineRecords> machines = Chosen(command, ByMachine(std::move(input.records)));
   const std::vector<std::filesystem::path> files = FilesOf(command.output, machines);
-  WholeFiles written;
+  std::vector<std::unique_ptr<WholeFile>> pages;
   for (std::size_t i = 0; i < machines.size(); ++i) {
     machines[i].notices.insert(machines[i].notices.begin(), told.begin(), told.end());
-    written.Add(files[i], ReportPage(machines[i], TitleOf(command, machines[i], machines.size() == 1)));
+    pages.push_back(std::make_unique<WholeFile>(files[i], kOutputOption));
+    pages.back()->Stream() << ReportPage(machines[i], TitleOf(command, machines[i], machines.size() == 1));
+    if (!pages.back()->Stream().flush()) throw CannotWrite(files[i]);
   }
-  written.Commit();
+  for (const auto& page : pages) page->Finish();
   for (std::size_t i = 0; i < machines.size(); ++i) {
     out << "wrote " << PathText(files[i]) << ": " << GroupDigits(std::to_string(machines[i].records.size()))
         << (machines[i].records.size() == 1 ? " record of " : " records of ") << NameOf(machines[i]) << std::endl;

@@ -6,18 +6,20 @@
 
 #include "host/collect/hand_over_sink.h"
 #include "host/collect/loaded_plugin.h"
+#include "host/consent/consented_texts.h"
+#include "host/consent/consented_view.h"
 #include "host/failure.h"
 #include "host/files.h"
 #include "host/log_appender.h"
+#include "host/log_output.h"
 #include "host/machine_life.h"
+#include "host/no_stored_samples.h"
 #include "host/outbox/keeping_view.h"
 #include "host/outbox/outbox.h"
 #include "host/program_environment.h"
-#include "host/temporary_folder.h"
 #include "host/utc_time.h"
 #include "host/views/figures.h"
 #include "host/views/json_lines.h"
-#include "zt/shared/telemetry_storage.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -36,37 +38,33 @@ chrono::sys_seconds Begin(const SimulateCommand& command) {
                    " hours would begin before the year 1");
 }
 
-// Collections find no stored samples here.
-class EmptyFolder {
- public:
-  EmptyFolder() { shared::TelemetryStorage::SetDefaultDBPath(ToText(folder_.Path())); }
-  ~EmptyFolder() { shared::TelemetryStorage::SetDefaultDBPath(""); }
-  EmptyFolder(const EmptyFolder&) = delete;
-  EmptyFolder& operator=(const EmptyFolder&) = delete;
-
- private:
-  TemporaryFolder folder_;
-};
-
 // Hours of a life, each collected once; how many were.
 std::int64_t Collect(const SimulateCommand& command, MachineLife& life, HandOverView& view, std::ostream& err,
                      bool& all_done) {
-  const LogAppender::Target log_target(err);
-  LoadedPlugin plugin(command.plugin.value_or(DefaultPluginFile()), plog::warning, LogAppender::Instance());
-  const EmptyFolder no_samples;
-  const auto sink = std::make_shared<HandOverSink>(view);
+  const Consent& consent = command.settings.consent;
+  LogOutput log(command.settings, err);
+  const LogAppender::Target log_target([&log](const plog::Record& record) { log.Write(record); });
+  LoadedPlugin plugin(command.plugin.value_or(DefaultPluginFile()), command.log_level, LogAppender::Instance());
+  const NoStoredSamples no_samples;
+  ConsentedView consented(consent, view);
+  const auto sink = std::make_shared<HandOverSink>(consented);
   const SinkRegistration registration(sink);
   const chrono::sys_seconds begin = Begin(command);
   std::int64_t collected = 0;
   for (std::uint32_t hour = 0; hour < command.hours; ++hour) {
     if (!life.GoOn(begin + chrono::hours(hour))) continue;
     const common::Error outcome = plugin.Execute(kFullCollection);
-    if (outcome.Failed()) err << "simulate: hour " << hour << " failed: " << outcome.description << std::endl;
+    if (outcome.Failed()) {
+      err << "simulate: hour " << hour << " failed: " << ConsentedMessage(consent, outcome.description) << std::endl;
+    }
     all_done = all_done && !outcome.Failed();
     ++collected;
   }
   if (sink->FirstFailure().Failed()) {
     throw Failure(kExitFailed, "a hand-over could not be written: " + sink->FirstFailure().description);
+  }
+  if (consented.HeldBack() > 0) {
+    err << "held back as the configuration says: " << consented.HeldBack() << " hand-overs" << std::endl;
   }
   return collected;
 }

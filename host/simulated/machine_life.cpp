@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 #include "host/seed/day_pattern.h"
 #include "host/seed/random_numbers.h"
 #include "host/seed/rounding.h"
@@ -39,6 +41,9 @@ constexpr double kFilledInAMonth = 0.05;
 constexpr std::int64_t kFreeKibibytesAtRest = 10'400'000;
 constexpr std::int64_t kFreeVirtualKibibytesAtRest = 14'000'000;
 constexpr std::int64_t kKibibytesOfFullLoad = 8'000'000;
+
+constexpr std::int64_t kNpuBytesAtRest = 180'000'000;
+constexpr double kNpuBytesOfFullLoad = 2'400'000'000;
 
 constexpr std::uint64_t kClocksIdle = 0x1;
 constexpr std::uint64_t kClocksHeldByPower = 0x4;
@@ -94,6 +99,7 @@ class LaptopLife : public MachineLife {
     SetMemory(load);
     SetDrive(month);
     SetCard(load);
+    SetNpu(load);
     SetProcesses(load);
     simulation::UseMachine(laptop_);
     return true;
@@ -191,6 +197,17 @@ class LaptopLife : public MachineLife {
     card.throttle_reasons = simulation::Answer<std::uint64_t>(busy < 0.1    ? kClocksIdle
                                                               : busy > 0.85 ? kClocksHeldByHeat
                                                                             : kClocksHeldByPower);
+  }
+
+  // Blurs the background of calls.
+  void SetNpu(double load) {
+    nlohmann::json report = nlohmann::json::parse(laptop_.npu_report);
+    nlohmann::json& npu = report.at("npu_info").at(0);
+    const std::int64_t used = kNpuBytesAtRest + Whole(load * kNpuBytesOfFullLoad);
+    npu["adapter_temp_celsius"] = Whole(33 + 34 * load);
+    npu["adapter_mem_usage"]["shared"] = used;
+    npu["memory_used"] = used;
+    laptop_.npu_report = report.dump();
   }
 
   void SetProcesses(double load) {

@@ -195,7 +195,7 @@ TEST(CommandLineTest, AnOptionGivenTwiceIsNamedUnlessItIsTheEvent) {
 TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
   EXPECT_THAT(Complaint({"colect"}),
               StartsWith("there is no command \"colect\"; expected look, collect, outbox, doctor, network, seed, "
-                         "simulate, report, config, machines, event-source, completion or man"));
+                         "simulate, watch, report, config, machines, event-source, completion or man"));
   EXPECT_THAT(Complaint({"collect", "--evnt", "50"}), HasSubstr("--evnt"));
   EXPECT_THAT(Complaint({"collect", "--event", "50", "51"}), HasSubstr("51"));
   EXPECT_THAT(Complaint({"machines", "all"}), HasSubstr("all"));

@@ -60,6 +60,16 @@ TEST(SimulateTest, TheBatteryAgesAndTheDriveFills) {
   EXPECT_GT(Number(records.back(), kUsed), 90);
 }
 
+TEST(SimulateTest, CardsAndNpusAreWarmByDayAndCoolAtNight) {
+  const std::vector<json> records = LiveRecords(Simulated("24"));
+  for (const char* const place :
+       {"/hwInfo/gpusInfo/0/temperatureCelsius", "/hwInfo/npusInfo/0/temperatureSensorsInfo/0/temperatureCelsius"}) {
+    const double by_day = Number(records[23], place);    // 11 o'clock
+    const double at_night = Number(records[14], place);  // 2 o'clock
+    EXPECT_GT(by_day, at_night + 15) << place;
+  }
+}
+
 TEST(SimulateTest, NobodyIsThereAtNight) {
   constexpr char kIdle[] = "/operatingSystemInfo/operatingSessionInfo/timeSinceLastLogonMinutes";
   const std::vector<json> records = LiveRecords(Simulated("24"));  // from 14:00 on
@@ -82,6 +92,17 @@ TEST(SimulateTest, KeepsItsRecordsInAnOutbox) {
   EXPECT_THAT(RunProgram({"outbox", "status", "--outbox", folder.File("o")}).out, HasSubstr("6"));
   EXPECT_THAT(RunProgram({"report", "--outbox", folder.File("o"), "--output", folder.File("r.html")}).out,
               HasSubstr("6 records of 5CG0000001"));
+}
+
+TEST(SimulateTest, WhatTheConfigurationHoldsBackIsInNoRecord) {
+  const zt::tests::TemporaryFolder folder;
+  WriteFile(folder.Path() / "host.toml", "[sections]\nprocesses = false\n[redact]\nserial_numbers = \"drop\"\n");
+  const ProgramRun run =
+      RunProgram({"simulate", "--hours", "2", "--until", kUntil, "--config", folder.File("host.toml")});
+  EXPECT_EQ(run.exit_code, kExitDone) << run.err;
+  EXPECT_EQ(LiveRecords(run).size(), 2U);
+  EXPECT_THAT(run.out, testing::AllOf(HasSubstr("batteriesInfo"), testing::Not(HasSubstr("resourceIntensiveProcesses")),
+                                      testing::Not(HasSubstr("5CG0000001"))));
 }
 
 TEST(SimulateTest, TwoPlacesForTheRecordsAreWrongUsage) {
