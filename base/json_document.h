@@ -44,7 +44,6 @@ class JsonDocument {
   }
 
   Json& Root() { return root_; }
-  const Json& Root() const { return root_; }
 
  private:
   // Puts what is read into its place at once, so that what is there when memory runs out is taken apart as a whole
@@ -59,7 +58,7 @@ class JsonDocument {
     bool number_unsigned(number_unsigned_t value) override { return Put(value); }
     bool number_float(number_float_t value, const string_t& /*text*/) override { return Put(value); }
     bool string(string_t& value) override { return Put(std::move(value)); }
-    bool binary(binary_t& /*value*/) override { return false; }
+    bool binary(binary_t& /*value*/) override { return false; }  // coverage: JSON has no such values
     bool start_object(std::size_t /*size*/) override { return Open(Json::value_t::object); }
     bool start_array(std::size_t /*size*/) override { return Open(Json::value_t::array); }
     bool end_object() override { return Close(); }
@@ -70,8 +69,7 @@ class JsonDocument {
     }
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/, const Json::exception& error) override {
       if (const auto* syntax = dynamic_cast<const Json::parse_error*>(&error)) throw *syntax;
-      if (const auto* number = dynamic_cast<const Json::out_of_range*>(&error)) throw *number;
-      return false;
+      throw dynamic_cast<const Json::out_of_range&>(error);
     }
 
    private:

@@ -44,7 +44,7 @@ class Utf8Streams {
   Utf8Streams& operator=(const Utf8Streams&) = delete;
 
  private:
-  unsigned int previous_code_page_ = 0;
+  [[maybe_unused]] unsigned int previous_code_page_ = 0;  // of the console, where consoles have them
 };
 
 }  // namespace zt::telemetry::host

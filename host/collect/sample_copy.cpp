@@ -153,7 +153,7 @@ std::int64_t DeleteRowsOf(const DatabaseFile& database, const fs::path& other) {
 class Digest {
  public:
   void Add(const std::string& text) {
-    for (const unsigned char byte : text) Mix(byte);
+    for (const char byte : text) Mix(static_cast<unsigned char>(byte));
     Mix(kEnd);
     ++count_;
   }

@@ -30,7 +30,8 @@ std::string Base32(const HashBytes& bytes) {
   };
   for (const unsigned char byte : bytes) {
     held = (held << kBitsOfByte) | byte;
-    for (bits += kBitsOfByte; bits >= kBitsOfDigit;) take();
+    bits += kBitsOfByte;
+    while (bits >= kBitsOfDigit) take();
   }
   held <<= kBitsOfDigit - bits;
   bits = kBitsOfDigit;

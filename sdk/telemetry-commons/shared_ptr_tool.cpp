@@ -4,7 +4,9 @@ namespace zt::telemetry::common {
 
 std::shared_ptr<google::protobuf::Message> SharedPtrTool::Create(const google::protobuf::Message& message) {
   std::shared_ptr<google::protobuf::Message> copy(message.New());
-  copy->CopyFrom(message);
+  // Not CopyFrom, for which some builds of protobuf make their descriptions of all records: the process ends where they
+  // find no memory for them.
+  copy->MergeFrom(message);
   return copy;
 }
 

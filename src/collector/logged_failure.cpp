@@ -16,6 +16,7 @@ void LogFailure(const char* function) noexcept {
     }
   } catch (...) {
     // There is nobody left to tell.
+    // coverage: a text can only be wanting where those of the log are wide
   }
 }
 

@@ -19,8 +19,6 @@ namespace {
 
 using common::Error;
 
-constexpr char kAmdPmfName[] = "amd_pmf";
-
 void Stamp(PcLogPerformanceSamplesAsCDM& record, const std::string& time) {
   record.set_collection_id(LiveCollectionId(PerfMessages::GetSN(), time));
   record.set_local_time(time);
@@ -58,7 +56,7 @@ void PerfMessages::ProcessStorageAndUpload() {
   if (amd_pmf_ != nullptr) {
     amd_pmf_->set_local_time(CurrentOffsetForm());
     const Error outcome = Collector()->AddStoreWrapper(*amd_pmf_);
-    if (outcome.Failed()) store_failures.push_back(StoreFailure(outcome, *amd_pmf_, kAmdPmfName));
+    if (outcome.Failed()) store_failures.push_back(StoreFailure(outcome, kAmdPmfNames));
   }
   for (const Error& failure : store_failures) PLOG_ERROR << LogText(failure.description);
   if (static_cdm_ != nullptr) {

@@ -1,5 +1,7 @@
 #include "collector/store_failure.h"
 
+#include <string>
+
 namespace zt::telemetry::collector::performancesamples {
 namespace {
 
@@ -11,10 +13,10 @@ constexpr char kPlaceholder[] = "$PROTO$";
 
 }  // namespace
 
-Error StoreFailure(const Error& cause, const google::protobuf::Message& record, const std::string& short_name) {
+Error StoreFailure(const Error& cause, const StoredRecordNames& record) {
   std::string message = kTemplate;
-  message.replace(message.find(kPlaceholder), sizeof kPlaceholder - 1, short_name);
-  return {Error::kCallFailed, cause.code, cause.description, std::string(record.GetTypeName()), message};
+  message.replace(message.find(kPlaceholder), sizeof kPlaceholder - 1, record.short_name);
+  return {Error::kCallFailed, cause.code, cause.description, std::string(record.type), message};
 }
 
 }  // namespace zt::telemetry::collector::performancesamples

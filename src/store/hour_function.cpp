@@ -56,7 +56,8 @@ bool IsPlainTime(std::string_view text) {
 std::string_view TextOf(sqlite3_value* value) {
   if (sqlite3_value_type(value) != SQLITE_TEXT) return {};
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  return text == nullptr ? std::string_view() : std::string_view(text, sqlite3_value_bytes(value));
+  if (text == nullptr) return {};
+  return {text, static_cast<std::size_t>(sqlite3_value_bytes(value))};
 }
 
 // SQLite's own function, on a database in memory that is made when it is first asked. SQLite calls it, which no

@@ -80,7 +80,7 @@ TEST_F(DeadWriterTest, ALogThatEndsInTheMiddleOfASampleHasThoseBeforeIt) {
   SampleStore writer = MakeLogWriter();
   writer.AddThermal("2026-03-07T10:00:30.000Z");
   writer.AddThermal("2026-03-07T10:01:30.000Z");
-  for (const std::uintmax_t missing : {1, 100, 4000}) {
+  for (const std::uintmax_t missing : {1U, 100U, 4000U}) {
     SCOPED_TRACE(missing);
     Leave({"", "-wal", "-shm"});
     CutOff("-wal", missing);

@@ -1,5 +1,7 @@
 #include "cycle_host.h"
 
+#include <google/protobuf/descriptor.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -15,22 +17,6 @@ namespace zt::tests {
 namespace {
 
 using telemetry::common::Error;
-
-class QuietSink : public RecordingSink {
- public:
-  Error Store(const google::protobuf::Message& record) override {
-    const MemoryOfTheHost host;
-    return RecordingSink::Store(record);
-  }
-  Error Send(const google::protobuf::Message& record) override {
-    const MemoryOfTheHost host;
-    return RecordingSink::Send(record);
-  }
-  Error Send(const std::string& text) override {
-    const MemoryOfTheHost host;
-    return RecordingSink::Send(text);
-  }
-};
 
 // Everything that the shipped machines have, in one.
 simulation::Machine FullMachine() {
@@ -61,7 +47,36 @@ std::string WholeFile(const std::string& file) {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
+bool DescriptorsAreMade() {
+  const auto* const pool = google::protobuf::DescriptorPool::generated_pool();
+  return pool->InternalIsFileLoaded("device_performance_storage.proto") ||
+         pool->InternalIsFileLoaded("performance_samples_upload.proto");
+}
+
 }  // namespace
+
+class CycleHost::QuietSink : public RecordingSink {
+ public:
+  Error Store(const google::protobuf::Message& record) override {
+    const MemoryOfTheHost host;
+    Note();
+    return RecordingSink::Store(record);
+  }
+  Error Send(const google::protobuf::Message& record) override {
+    const MemoryOfTheHost host;
+    Note();
+    return RecordingSink::Send(record);
+  }
+  Error Send(const std::string& text) override {
+    const MemoryOfTheHost host;
+    return RecordingSink::Send(text);
+  }
+
+  int with_descriptors = 0;
+
+ private:
+  void Note() { with_descriptors += DescriptorsAreMade() ? 1 : 0; }
+};
 
 CycleHost::CycleHost() : machine_(FullMachine()), sink_(std::make_shared<QuietSink>()) {
   shared::TelemetryStorage::SetDefaultDBPath(folder_.Utf8());
@@ -97,6 +112,14 @@ void CycleHost::Prepare() {
 void CycleHost::PrepareWithoutDatabase() {
   Prepare();
   std::filesystem::remove(std::filesystem::path(File()));
+}
+
+void CycleHost::FailToStore() {
+  sink_->store_outcome = Error(Error::kCallFailed, 112, "disk full", "", "");
+}
+
+int CycleHost::HandOversWithDescriptors() const {
+  return sink_->with_descriptors;
 }
 
 CycleResult CycleHost::Execute(shared::plugin::IPluginModule& collector, const char* params) {

@@ -35,6 +35,10 @@ class CycleHost {
   /// Puts machine and database back to their beginning.
   void Prepare();
   void PrepareWithoutDatabase();
+  /// From here on the host's store fails for every record.
+  void FailToStore();
+  /// How many records were handed over after somebody had asked protobuf for descriptors of them.
+  int HandOversWithDescriptors() const;
 
   /// One call; `collector` has run before or not.
   CycleResult Execute(shared::plugin::IPluginModule& collector, const char* params = R"({"eventType": 50})");
@@ -68,7 +72,8 @@ class CycleHost {
     }
   };
   QuietLog log_;
-  std::shared_ptr<RecordingSink> sink_;
+  class QuietSink;
+  std::shared_ptr<QuietSink> sink_;
 };
 
 }  // namespace zt::tests

@@ -1,9 +1,11 @@
 // The first cycle of a process: what is made once, and the entry points.
 //   first_cycle FOLDER look
 //   first_cycle FOLDER one|on REQUEST
+//   first_cycle FOLDER descriptors
 // "look" leaves in FOLDER, which is told with its separator, the requests for memory that a first cycle has beyond
 // those of a later one ("numbers"), and what a later one gives ("second"). The others refuse one of the requests, or
 // all from there on; what is wrong then, also with what the later cycle gives, is said, and the exit code is 1.
+// "descriptors" does so where the collector has asked protobuf for its descriptors of the records.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -31,7 +33,8 @@ constexpr std::string_view kFirst = "sample_points_actual: 1\n";
 
 class FirstCycle {
  public:
-  explicit FirstCycle(std::string folder) : folder_(std::move(folder)) {}
+  // A host whose store fails, so that what is said of that is made for the first time too.
+  explicit FirstCycle(std::string folder) : folder_(std::move(folder)) { host_.FailToStore(); }
 
   void Look() {
     host_.Prepare();
@@ -53,6 +56,12 @@ class FirstCycle {
     for (std::size_t i = 0; i < first.size(); ++i) {
       if (!later.contains(first[i])) numbers << i + 1 << ' ';
     }
+  }
+
+  void LookForDescriptors() {
+    host_.Prepare();
+    RunFirst();
+    EXPECT_EQ(host_.HandOversWithDescriptors(), 0);
   }
 
   void RunShort(std::int64_t number, Extent extent) {
@@ -117,12 +126,16 @@ int main(int count, char** arguments) {
   using namespace zt::tests;
   if (count < 3) return 2;
   WatchMemoryOfSqlite();
-  // protobuf works its descriptions of the records out when they are first asked for, and cannot do so again when
-  // memory runs out meanwhile: here the host has asked already.
-  AmdPmfSamples::descriptor();
-  PcLogPerformanceSamplesAsCDM::descriptor();
   FirstCycle cycle(arguments[1]);
   const std::string what = arguments[2];
+  if (what == "descriptors") {
+    cycle.LookForDescriptors();
+    return testing::UnitTest::GetInstance()->Failed() ? 1 : 0;
+  }
+  // The host's library names records in the outcome of a call, and asks protobuf for their descriptors. When memory
+  // runs out while these are made, the process ends, or waits for itself: here the host has asked already.
+  AmdPmfSamples::descriptor();
+  PcLogPerformanceSamplesAsCDM::descriptor();
   if (what == "look") {
     cycle.Look();
   } else {

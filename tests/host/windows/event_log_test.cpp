@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "host/failure.h"
 #include "support/temporary_folder.h"
 #include "tests/host/program_run.h"
@@ -24,7 +26,8 @@ std::wstring MessageFile() {
 }
 
 ProgramRun Collect(const zt::tests::TemporaryFolder& folder) {
-  return RunProgram({"collect", "--machine", "bare", "--database-dir", folder.Utf8(), "--log-to", "event-log"});
+  return RunProgram({"collect", "--machine", "bare", "--database-dir", folder.Utf8(), "--log-to", "event-log",
+                     "--log-file", folder.File("log.txt")});
 }
 
 // One test, since there is one registry: the way of an administrator from nothing to a log and back. Wine takes reports
@@ -43,6 +46,7 @@ TEST(EventLogTest, TakesReportsOnceTheProgramIsKnownToIt) {
   const ProgramRun known = Collect(folder);
   EXPECT_EQ(known.exit_code, kExitDone) << known.err;
   EXPECT_THAT(known.out, HasSubstr("SENT PcLogPerformanceSamplesAsCDM"));
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "log.txt")) << "the log goes to one place";
 
   EXPECT_EQ(RunProgram({"event-source", "remove"}).exit_code, kExitDone);
   EXPECT_EQ(MessageFile(), L"");

@@ -2,6 +2,7 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 #include <string_view>
@@ -114,12 +115,14 @@ bool IsInStandIn(const void* address) {
 
 std::uint64_t CallersHash() {
   constexpr int kMostCallers = 11;
-  void* addresses[kMostCallers];
-  const int count = ::backtrace(addresses, kMostCallers);
+  // Without optimisation every step of a container is a call: the stand-in may be far up.
+  constexpr int kMostCallersOfStandIns = 32;
+  void* addresses[kMostCallersOfStandIns];
+  const int count = ::backtrace(addresses, kMostCallersOfStandIns);
+  if (std::any_of(addresses, addresses + count, &IsInStandIn)) return kCalledByStandIn;
   constexpr std::uint64_t kPrime = 1099511628211U;
   std::uint64_t hash = 14695981039346656037U;
-  for (int i = 0; i < count; ++i) {
-    if (IsInStandIn(addresses[i])) return kCalledByStandIn;
+  for (int i = 0; i < std::min(count, kMostCallers); ++i) {
     hash = (hash ^ reinterpret_cast<std::uint64_t>(addresses[i])) * kPrime;
   }
   return hash;

@@ -111,7 +111,7 @@ TEST(RecordFormTest, RefusesTextsOfAnotherForm) {
 TEST(RecordFormTest, RefusesEachSignThatTheFormHasNotInItsPlace) {
   const std::string form = "2025-07-15T12:20:42-03:00";
   for (std::size_t place = 0; place < form.size(); ++place) {
-    for (const char sign : {'/', ':', 'x', '\0'}) {
+    for (const char sign : {'/', ':', '-', 'x', '\0'}) {
       std::string text = form;
       if (text[place] == sign) continue;
       text[place] = sign;
