@@ -220,6 +220,23 @@ class WatchTest(unittest.TestCase):
         self.set_free_memory(FREE)
         self.terminal.until(lambda: not self.terminal.lines()[1].startswith("! "))
 
+    def test_a_machine_that_is_none_is_told_where_the_shell_is(self):
+        self.terminal.run(f"{HOST} watch --machine no-such-machine")
+        self.terminal.until(lambda: "there is neither a machine nor a file of this name" in
+                            self.terminal.screen().replace("\n", ""))
+        self.ended_with(2)
+
+    def test_shows_its_log_below_the_record(self):
+        self.terminal.resize(160, 90)
+        self.watch("--log-level", "verbose")
+        self.terminal.until(lambda: re.search(r"\n  LOG\n +\S+", self.terminal.screen()))
+        log = os.path.join(self.folder, "host.log")
+        self.terminal.type("q")
+        self.ended_with(0)
+        self.watch("--log-level", "verbose", "--log-file", log)
+        self.assertNotIn("LOG", self.terminal.screen())
+        self.assertGreater(os.path.getsize(log), 0)
+
     def test_what_the_configuration_holds_back_is_not_on_the_screen(self):
         configuration = os.path.join(self.folder, "host.toml")
         with open(configuration, "w", encoding="utf-8") as file:
