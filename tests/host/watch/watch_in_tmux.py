@@ -28,9 +28,14 @@ class Terminal:
         self.socket = os.path.join(folder, "tmux")
         environment = dict(os.environ, TMPDIR=os.path.join(folder, "tmp"))
         environment.pop("TMUX", None)
+        # However these tests end, the shell does not outlive them for long, and tmux not its shell.
         self.command("-f", "/dev/null", "new-session", "-d", "-x", str(columns), "-y", str(rows),
-                     f"env PS1='{PROMPT}' bash --norc --noprofile", environment=environment)
-        self.until(lambda: PROMPT in self.screen())
+                     f"PS1='{PROMPT}' exec timeout --foreground 300 bash --norc --noprofile", environment=environment)
+        try:
+            self.until(lambda: PROMPT in self.screen())
+        except BaseException:
+            self.close()
+            raise
 
     def command(self, *arguments, environment=None):
         return subprocess.run([TMUX, "-S", self.socket, *arguments], check=True, capture_output=True, text=True,
