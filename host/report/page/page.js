@@ -67,6 +67,8 @@ class PlotPart {
       name.title = series.name.slice(0, 200);
       this.names.append(make('li', {}, name));
     });
+    const units = [...new Set(data.series.map((series) => series.column.unit))];
+    if (units.length === 1 && units[0]) this.names.append(make('li', {class: 'unit'}, `in ${units[0]}`));
     if (this.plot.threshold) this.names.append(make('li', {class: 'threshold'}, `threshold ${this.plot.threshold.text}`));
     if (data.left > 0) this.names.append(make('li', {}, `and ${numberText(data.left)} more with smaller figures`));
   }
