@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace zt::telemetry::host {
 namespace {
@@ -42,7 +43,7 @@ struct Row {
 // The rows of each section, which is named after its record and its title.
 std::map<std::string, std::vector<Row>> RowsOf(const std::vector<std::string>& lines) {
   std::map<std::string, std::vector<Row>> sections;
-  std::map<std::string, int> seen;
+  std::map<std::pair<std::string, std::string>, int> seen;
   std::string record;
   std::string section;
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -51,10 +52,12 @@ std::map<std::string, std::vector<Row>> RowsOf(const std::vector<std::string>& l
     if (cells.front().begin < kTitleIndent) {
       section = record = RecordOf(lines[i]);
     } else if (cells.front().begin == kTitleIndent) {
-      section = record + "\n" + lines[i];
+      section = record;
+      section.append("\n").append(lines[i]);
     } else {
-      const std::string first(TextOf(lines[i], cells.front()));
-      const std::string name = first + "\n" + std::to_string(seen[section + "\n" + first]++);
+      std::string name(TextOf(lines[i], cells.front()));
+      const int alike = seen[{section, name}]++;
+      name.append("\n").append(std::to_string(alike));
       sections[section].push_back({i, name});
     }
   }
