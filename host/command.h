@@ -86,6 +86,27 @@ struct SeedCommand {
   std::uint64_t random_seed = 0;
 };
 
+/// `simulate`: live records of a simulated machine over many hours.
+struct SimulateCommand {
+  std::uint32_t hours = 0;
+  std::optional<std::chrono::sys_seconds> until;  // absent: the present
+  std::uint64_t random_seed = 0;
+  std::optional<std::filesystem::path> plugin;
+  plog::Severity log_level = plog::warning;
+  std::optional<std::filesystem::path> outbox;
+  std::optional<std::filesystem::path> output;
+  CommonSettings settings;
+};
+
+/// `watch`: the live record on a terminal, again and again.
+struct WatchCommand {
+  std::optional<std::string> machine;
+  std::optional<std::filesystem::path> plugin;
+  std::chrono::seconds every{5};
+  plog::Severity log_level = plog::warning;
+  CommonSettings settings;
+};
+
 /// `network`: shows the machine's network.
 struct NetworkCommand {
   std::optional<std::string> machine;
@@ -103,6 +124,18 @@ struct ConfigCommand {
   ToldSettings told;
 };
 
+/// `report`: writes records as pages for people.
+struct ReportCommand {
+  ToldSettings told;
+  std::optional<std::filesystem::path> outbox;
+  std::vector<std::filesystem::path> records;
+  std::optional<std::string> machine_name;
+  std::optional<std::chrono::sys_seconds> from;  // by the machine's wall clock
+  std::optional<std::chrono::sys_seconds> to;
+  std::optional<std::string> serial;
+  std::filesystem::path output;
+};
+
 /// `machines`: lists the shipped machines.
 struct MachinesCommand {};
 
@@ -116,7 +149,8 @@ struct ShowTextCommand {
   std::string text;
 };
 
-using Command = std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, ConfigCommand,
-                             MachinesCommand, EventSourceCommand, ShowTextCommand>;
+using Command =
+    std::variant<CollectCommand, OutboxCommand, DoctorCommand, NetworkCommand, SeedCommand, SimulateCommand,
+                 WatchCommand, ReportCommand, ConfigCommand, MachinesCommand, EventSourceCommand, ShowTextCommand>;
 
 }  // namespace zt::telemetry::host

@@ -14,6 +14,7 @@
 #include "host/failure.h"
 #include "host/help_texts.h"
 #include "host/option_values.h"
+#include "host/options_over_time.h"
 #include "host/program_environment.h"
 #include "host/shell/completion.h"
 #include "host/shell/man_page.h"
@@ -37,10 +38,8 @@ constexpr char kCompletion[] = "completion";
 constexpr char kMan[] = "man";
 
 constexpr std::int32_t kDefaultEvent = 50;
-constexpr std::uint32_t kMaxHours = 87'600;  // ten years
 constexpr std::uint32_t kMaxInterfaces = 10'000;
 constexpr std::uint32_t kDefaultInterfaces = 3;
-constexpr std::uint64_t kDefaultRandomSeed = 1;
 constexpr char kUploadMessage[] = "PcLogPerformanceSamplesAsCDM";
 
 const Choices<OutputFormat> kDoctorFormats = {
@@ -313,6 +312,10 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   SeedCommand seed;
   seed.interfaces = kDefaultInterfaces;
   seed.random_seed = kDefaultRandomSeed;
+  SimulateCommand simulate;
+  simulate.random_seed = kDefaultRandomSeed;
+  WatchCommand watch;
+  ReportCommand report;
   ConfigCommand config;
   EventSourceCommand event_source;
   Shell shell = Shell::kBash;
@@ -330,6 +333,9 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   AddDoctor(app, doctor);
   AddNetwork(app, network);
   AddSeed(app, seed);
+  AddSimulate(app, simulate);
+  AddWatch(app, watch);
+  AddReport(app, report);
   AddConfig(app, config);
   app.add_subcommand(kMachines, "Lists the simulated machines")->footer("");
   AddWithChoice(app, kEventSource, "Makes the program known to Windows' Event Log", "action", kEventSourceActions,
@@ -350,6 +356,8 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
     if (cycle->events.empty()) cycle->events = {kDefaultEvent};
     cycle->log_level = cycle->settings.told.log_level.value_or(cycle->log_level);
   }
+  simulate.log_level = simulate.settings.told.log_level.value_or(simulate.log_level);
+  watch.log_level = watch.settings.told.log_level.value_or(watch.log_level);
   doctor.log_level = doctor.settings.told.log_level.value_or(doctor.log_level);
   network.log_level = network.settings.told.log_level.value_or(network.log_level);
   if (app.got_subcommand(kCollect)) return collect;
@@ -357,6 +365,9 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
   if (app.got_subcommand(kDoctor)) return doctor;
   if (app.got_subcommand(kNetwork)) return network;
   if (app.got_subcommand(kSeed)) return seed;
+  if (app.got_subcommand(kSimulate)) return simulate;
+  if (app.got_subcommand(kWatch)) return watch;
+  if (app.got_subcommand(kReport)) return report;
   if (app.got_subcommand(kConfig)) return config;
   if (app.got_subcommand(kMachines)) return MachinesCommand{};
   if (app.got_subcommand(kEventSource)) return event_source;

@@ -17,6 +17,10 @@ inline constexpr char kExamples[] = R"(Examples:
       a day of stored samples, and its hourly records, which are kept
   zt-telemetry-host outbox export --outbox outbox --format openmetrics --output /metrics/zt.prom
       the newest of them for a collector of metrics
+  zt-telemetry-host report --outbox outbox --output report.html
+      what is kept, as a page with plots
+  zt-telemetry-host watch --machine convertible-laptop
+      what a collection would hand over live, again and again
   zt-telemetry-host doctor --machine workstation
       which sources of figures a machine has, and which of them fail
   zt-telemetry-host network --machine convertible-laptop
@@ -58,6 +62,24 @@ inline constexpr char kSeedNotes[] =
     "a minute for each interface (wired, Wi-Fi, VPN, and so on in turn). The samples end just before\n"
     "--until; they fill exactly N hour windows when it is on the hour, else N + 1, the outer two partly.\n"
     "The same numbers give the same samples.";
+inline constexpr char kSimulateNotes[] =
+    "The collector samples the convertible laptop once an hour: its battery ages, its drive fills, its user works by "
+    "day,\n"
+    "which warms its cards and its NPU, and is away at night. Once a week a restart takes two hours. The same numbers\n"
+    "give the same records. With the same --until, seed makes the stored samples of the same time: temperatures, "
+    "fans,\n"
+    "and the network of a user who goes from home to the office and to a café.";
+inline constexpr char kWatchNotes[] =
+    "The live record as look shows it, without what stored samples hold: nothing is taken and nothing is kept. What "
+    "is\n"
+    "not as it was in the collection before has an asterisk in front and is shown inverted. The arrows and Page Up,\n"
+    "Page Down, Home and End scroll; q and Ctrl-C end. A machine profile is read anew for each collection.";
+inline constexpr char kReportNotes[] =
+    "One page for each machine, whole in itself: it asks nothing of anywhere. Of several machines each has its serial\n"
+    "number in the name of its file. Without --outbox and --records, of the outbox of the configuration. What cannot "
+    "be\n"
+    "read is told, here and in the page, and the rest is shown; the exit code is then 1. Times are those of the\n"
+    "machine's wall clock.";
 inline constexpr char kConfigNotes[] =
     "The configuration is one TOML file: of settings that stand nowhere else the defaults hold, over them the file, "
     "over\n"

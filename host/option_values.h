@@ -74,6 +74,16 @@ inline CLI::Validator Name() {
       "");
 }
 
+/// A time that `ParseUtcTime` reads; `clock` tells whose time it is.
+inline CLI::Validator TimeText(const std::string& clock) {
+  return CLI::Validator(
+      [clock](std::string& text) {
+        if (ParseUtcTime(text).has_value()) return std::string();
+        return "expected a time " + clock + " such as 2026-03-07T14:00:00, but got \"" + text + "\"";
+      },
+      "");
+}
+
 /// A time that `ParseUtcTime` reads.
 inline CLI::Validator UtcTimeText() {
   return CLI::Validator(

@@ -14,7 +14,10 @@
 #include "host/machine_choice.h"
 #include "host/network/network.h"
 #include "host/outbox/outbox_command.h"
+#include "host/report/report.h"
 #include "host/seed/seed.h"
+#include "host/simulate/simulate.h"
+#include "host/watch/watch.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -39,6 +42,11 @@ class Runner {
     return kExitDone;
   }
 
+  int operator()(const SimulateCommand& command) const { return Simulate(command, out_, err_); }
+
+  int operator()(const WatchCommand& command) const { return Watch(command, err_); }
+
+  int operator()(const ReportCommand& command) const { return Report(command, out_, err_); }
   int operator()(const ConfigCommand& command) const { return ShowConfiguration(command, out_); }
 
   int operator()(const MachinesCommand&) const {

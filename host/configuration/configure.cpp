@@ -58,6 +58,24 @@ class Giver {
     GiveCommon(configuration, command.doctor.settings, command.doctor.log_level);
   }
 
+  void operator()(ReportCommand& command) const {
+    const Configuration configuration = Configure(command.told);
+    if (command.told.outbox_folder.has_value() || command.records.empty()) {
+      command.outbox = configuration.outbox_folder.value;
+    }
+    if (command.outbox.has_value() || !command.records.empty()) return;
+    throw WrongUsage("--outbox and --records are missing; expected one of them, or outbox.folder in " +
+                     PathText(configuration.file));
+  }
+
+  void operator()(SimulateCommand& command) const {
+    GiveCommon(Configure(command.settings.told), command.settings, command.log_level);
+  }
+
+  void operator()(WatchCommand& command) const {
+    GiveCommon(Configure(command.settings.told), command.settings, command.log_level);
+  }
+
   void operator()(DoctorCommand& command) const {
     GiveCommon(Configure(command.settings.told), command.settings, command.log_level);
   }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/metrics/contract_comments.h"
+#include "host/contract_comments.h"
 #include "host/metrics/open_metrics.h"
 
 namespace zt::telemetry::host {

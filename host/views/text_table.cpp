@@ -77,17 +77,21 @@ std::size_t WidthOf(const std::string& text) {
 }
 
 std::string Printable(const std::string& text) {
-  constexpr unsigned char kFirstPrintable = 0x20;
-  constexpr unsigned char kDelete = 0x7F;
+  constexpr char32_t kFirstPrintable = 0x20;
+  constexpr char32_t kDelete = 0x7F;
+  constexpr char32_t kFirstBehindControl = 0xA0;
+  std::string valid;
+  utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid));
   std::string result;
-  utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(result));
-  std::replace_if(
-      result.begin(), result.end(),
-      [](char character) {
-        const auto byte = static_cast<unsigned char>(character);
-        return byte < kFirstPrintable || byte == kDelete;
-      },
-      ' ');
+  for (auto at = valid.begin(); at != valid.end();) {
+    const auto begin = at;
+    const char32_t character = utf8::unchecked::next(at);
+    if (character < kFirstPrintable || (character >= kDelete && character < kFirstBehindControl)) {
+      result += ' ';
+    } else {
+      result.append(begin, at);
+    }
+  }
   return result;
 }
 

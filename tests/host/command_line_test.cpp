@@ -112,6 +112,22 @@ TEST(CommandLineTest, NetworkShowsWarningsUnlessToldOtherwise) {
   EXPECT_EQ(Read<NetworkCommand>({"network"}).log_level, plog::warning);
 }
 
+TEST(CommandLineTest, WatchTakesAllItsOptions) {
+  const auto command = Read<WatchCommand>(
+      {"watch", "--machine", "bare", "--every", "2", "--plugin", "p.so", "--log-level", "info", "--log-file", "l.txt"});
+  EXPECT_EQ(command.machine, "bare");
+  EXPECT_EQ(command.every, std::chrono::seconds(2));
+  EXPECT_EQ(command.plugin, "p.so");
+  EXPECT_EQ(command.log_level, plog::info);
+  EXPECT_EQ(command.settings.told.log_file, "l.txt");
+}
+
+TEST(CommandLineTest, WatchCollectsEveryFiveSecondsUnlessToldOtherwise) {
+  EXPECT_EQ(Read<WatchCommand>({"watch"}).every, std::chrono::seconds(5));
+  EXPECT_THAT(Complaint({"watch", "--every", "0"}),
+              HasSubstr("expected a whole number from 1 to 86400, but got \"0\""));
+}
+
 TEST(CommandLineTest, DoctorTakesNoOptionOfACollection) {
   EXPECT_THAT(Complaint({"doctor", "--event", "50"}), HasSubstr("See zt-telemetry-host doctor --help"));
 }
@@ -194,8 +210,8 @@ TEST(CommandLineTest, AnOptionGivenTwiceIsNamedUnlessItIsTheEvent) {
 
 TEST(CommandLineTest, AnUnknownCommandOrArgumentIsNamed) {
   EXPECT_THAT(Complaint({"colect"}),
-              StartsWith("there is no command \"colect\"; expected look, collect, outbox, doctor, "
-                         "network, seed, config, machines, event-source, completion or man"));
+              StartsWith("there is no command \"colect\"; expected look, collect, outbox, doctor, network, seed, "
+                         "simulate, watch, report, config, machines, event-source, completion or man"));
   EXPECT_THAT(Complaint({"collect", "--evnt", "50"}), HasSubstr("--evnt"));
   EXPECT_THAT(Complaint({"collect", "--event", "50", "51"}), HasSubstr("51"));
   EXPECT_THAT(Complaint({"machines", "all"}), HasSubstr("all"));

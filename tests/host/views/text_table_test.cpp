@@ -54,5 +54,12 @@ TEST(TextTableTest, PrintableTextHasNoControlCharactersAndIsUtf8) {
   EXPECT_EQ(Printable("日本"), "日本");
 }
 
+// Some terminals obey control characters beyond ASCII too: U+009B is what begins a sequence.
+TEST(TextTableTest, PrintableTextHasNoControlCharactersBeyondAscii) {
+  EXPECT_EQ(Printable("a\xC2\x9B"
+                      "31mb\xC2\x80\xC2\x9F\xC2\xA0"),
+            "a 31mb  \xC2\xA0");
+}
+
 }  // namespace
 }  // namespace zt::telemetry::host

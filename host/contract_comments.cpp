@@ -1,4 +1,4 @@
-#include "host/metrics/contract_comments.h"
+#include "host/contract_comments.h"
 
 #include <google/protobuf/descriptor.pb.h>
 
@@ -40,9 +40,12 @@ CommentPlace Below(CommentPlace place, int kind, int index) {
 
 void AddMessage(const DescriptorProto& message, const std::string& name, const CommentPlace& place,
                 const std::map<CommentPlace, std::string>& by_place, Comments& comments) {
+  const auto add = [&](const std::string& of, const CommentPlace& at) {
+    if (const auto found = by_place.find(at); found != by_place.end()) comments[of] = found->second;
+  };
+  add(name, place);
   for (int i = 0; i < message.field_size(); ++i) {
-    const auto found = by_place.find(Below(place, DescriptorProto::kFieldFieldNumber, i));
-    if (found != by_place.end()) comments[name + "." + message.field(i).name()] = found->second;
+    add(name + "." + message.field(i).name(), Below(place, DescriptorProto::kFieldFieldNumber, i));
   }
   for (int i = 0; i < message.nested_type_size(); ++i) {
     const DescriptorProto& nested = message.nested_type(i);
@@ -70,7 +73,15 @@ ContractComments::ContractComments() {
 }
 
 std::string ContractComments::Of(const google::protobuf::FieldDescriptor& field) const {
-  const auto found = by_name_.find(std::string(field.full_name()));
+  return Find(std::string(field.full_name()));
+}
+
+std::string ContractComments::Of(const google::protobuf::Descriptor& message) const {
+  return Find(std::string(message.full_name()));
+}
+
+std::string ContractComments::Find(const std::string& full_name) const {
+  const auto found = by_name_.find(full_name);
   return found != by_name_.end() ? found->second : std::string();
 }
 
