@@ -53,11 +53,12 @@ def with_nothing_released(folder):
     shutil.rmtree(folder / "released")
 
 
-# What is done, and each text that the refusal holds.
+# What is done, and each text that the refusal holds. LINE stands for the place of FIELD.
+LINE = "(its line)"
 REFUSED = {
     "a field renamed": (
         replaced(UPLOAD, FIELD, "optional uint32 cycles = 3 "),
-        [f"{UPLOAD}:61: ", 'from "cycle_count" to "cycles"', "put the old name back", "what people see is the label"],
+        [LINE, 'from "cycle_count" to "cycles"', "put the old name back", "what people see is the label"],
     ),
     "a field renumbered": (
         replaced(UPLOAD, FIELD, "optional uint32 cycle_count = 33 "),
@@ -73,7 +74,7 @@ REFUSED = {
     ),
     "another type": (
         replaced(UPLOAD, FIELD, "optional uint64 cycle_count = 3 "),
-        [f"{UPLOAD}:61: ", 'from "uint32" to "uint64"', "put the old type back", "a new field with the next free number"],
+        [LINE, 'from "uint32" to "uint64"', "put the old type back", "a new field with the next free number"],
     ),
     "another JSON name": (
         replaced(UPLOAD, 'json_name = "batteryCTNumber"', 'json_name = "batteryCtNumber"'),
@@ -85,7 +86,7 @@ REFUSED = {
     ),
     "a figure that becomes a list": (
         replaced(UPLOAD, FIELD, "repeated uint32 cycle_count = 3 "),
-        [f"{UPLOAD}:61: ", "put it back as it was, optional or repeated"],
+        [LINE, "put it back as it was, optional or repeated"],
     ),
     "a message deleted": (
         replaced(STORAGE, EMPTY_MESSAGE, ""),
@@ -129,6 +130,8 @@ class Check:
         self.program = program
         self.contracts = pathlib.Path(contracts)
         self.protoc = protoc
+        text = (self.contracts / UPLOAD).read_text(encoding="utf-8")
+        self.line = f"{UPLOAD}:{text[:text.index(FIELD)].count(chr(10)) + 1}: "
 
     def __call__(self, change, *options):
         """The exit code, and what is told."""
@@ -147,7 +150,7 @@ class Check:
 def check_refused(check):
     for what, (change, texts) in REFUSED.items():
         code, told = check(change)
-        missing = [text for text in texts if text not in told]
+        missing = [text for text in texts if text.replace(LINE, check.line) not in told]
         if code == 1 and IS_ABOUT_RECORDS.search(told) and WAY_OUT not in told:
             missing.append(WAY_OUT)
         if code != 1 or missing:
@@ -168,6 +171,14 @@ def check_releasing(check):
     code, told = check(with_both(TAKEN["a new field"], TAKEN["a new version"]), "--release")
     if code != 0 or "released/1.1.binpb" not in told:
         yield f"a new field under a new number could not be released: {code}\n{told}"
+    for what, change, text in (
+        ("nothing", TAKEN["nothing"], ""),
+        ("a new field", TAKEN["a new field"], "raise contract_version"),
+        ("a new version", TAKEN["a new version"], "1.1.binpb is not there"),
+    ):
+        code, told = check(change, "--is-released")
+        if (code == 0) != (what == "nothing") or text not in told:
+            yield f"--is-released after {what}: ended with {code}\n{told}"
     code, told = check(with_both(without_the_field, TAKEN["a new version"]), "--release")
     if code != 1 or "was deleted" not in told:
         yield f"a contract without a field that was released could be released: {code}\n{told}"
