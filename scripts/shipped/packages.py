@@ -106,10 +106,6 @@ def installed(name):
     form = r"${Package}\n${Version}\n${source:Package}\n${Architecture}\n${Homepage}\n"
     told = subprocess.run(["dpkg-query", "-W", "-f", form, name], stdout=subprocess.PIPE, text=True, check=True)
     plain, version, source, arch, homepage = told.stdout.splitlines()[:5]
-    known = subprocess.run(
-        ["apt-cache", "show", f"{plain}={version}"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True
-    )
-    digest = field(known.stdout, "SHA256")
     return Package(
         plain,
         version,
@@ -117,8 +113,20 @@ def installed(name):
         f"pkg:deb/debian/{plain}@{version}?arch={arch}",
         pathlib.Path(f"/usr/share/doc/{plain}/copyright").read_text(encoding="utf-8", errors="replace"),
         homepage,
-        {f"{plain}_{version}_{arch}.deb": digest} if digest else {},
     )
+
+
+def add_archive_hashes(packages):
+    """Of installed packages the hashes of what was fetched, as far as the mirror's lists still have that version."""
+    by_name = {f"{package.name}={package.version}": package for package in packages if not package.hashes}
+    if not by_name:
+        return
+    told = subprocess.run(["apt-cache", "show", *by_name], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    for text in told.stdout.split("\n\n"):
+        name, version, arch = (field(text, name) for name in ("Package", "Version", "Architecture"))
+        digest = field(text, "SHA256")  # what is only installed has none
+        if f"{name}={version}" in by_name and digest:
+            by_name[f"{name}={version}"].hashes = {f"{name}_{version}_{arch}.deb": digest}
 
 
 def owners(paths):
