@@ -106,7 +106,9 @@ class NinjaBuild:
         seen.add(name)
         if is_root or not self._is_linked_at_run_time(name):
             parts.add(name)
-            parts.update(self._headers.get(name, []))
+            # What the build makes among them, such as a page that is compiled in, has parts of its own.
+            for header in self._headers.get(name, []):
+                self._add_parts(header.removeprefix(f"{self.folder}/"), parts, seen)
             edge = self._edges.get(name)
             if edge is None or edge.rule == "phony":
                 return
