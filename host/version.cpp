@@ -11,10 +11,13 @@ constexpr std::string_view kCommit = ZT_COMMIT;
 
 }  // namespace
 
+std::string ProgramAndVersion() {
+  return "zt-telemetry-host " ZT_VERSION;
+}
+
 std::string VersionText() {
-  return "zt-telemetry-host " ZT_VERSION "\ncommit    " +
-         std::string(kCommit.empty() ? "none was told to this build" : kCommit) + "\ncontract  " + ContractVersion() +
-         "\ncompiler  " ZT_COMPILER;
+  return ProgramAndVersion() + "\ncommit    " + std::string(kCommit.empty() ? "none was told to this build" : kCommit) +
+         "\ncontract  " + ContractVersion() + "\ncompiler  " ZT_COMPILER;
 }
 
 }  // namespace zt::telemetry::host

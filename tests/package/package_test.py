@@ -6,7 +6,9 @@
 BUILD is a finished build for Windows; the other two are the tools of its compiler.
 """
 
+import hashlib
 import http.server
+import json
 import os
 import pathlib
 import re
@@ -137,6 +139,17 @@ class PackageTest(unittest.TestCase):
         for file in files.rglob("*"):
             if file.suffix in (".cmake", ".h", ".proto"):
                 self.assertNotIn(str(BUILD), file.read_text(errors="replace"), file.name)
+
+
+    def test_the_list_of_its_parts_knows_the_signed_files_and_the_notices_their_authors(self):
+        documents = files / "share/doc/zt-telemetry"
+        listed = json.loads((documents / "zt-telemetry.cdx.json").read_text())
+        known = {one["name"]: one["hashes"][0]["content"] for one in listed["components"] if one["type"] == "file"}
+        for file in (files / "bin").iterdir():
+            self.assertEqual(known[f"bin/{file.name}"], hashlib.sha256(file.read_bytes()).hexdigest(), file.name)
+        notices = (documents / "THIRD-PARTY-NOTICES.txt").read_text()
+        for name in ("protobuf", "sqlite3", "gcc-mingw-w64", "mingw-w64", "plog", "nlohmann-json3", "uplot"):
+            self.assertRegex(notices, rf"(?m)^{name}\b", name)
 
 
 class SigningTest(unittest.TestCase):
