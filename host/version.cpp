@@ -11,8 +11,12 @@ constexpr std::string_view kCommit = ZT_COMMIT;
 
 }  // namespace
 
+std::string ProgramAndVersion() {
+  return "zt-telemetry-host " ZT_VERSION;
+}
+
 std::string VersionText() {
-  return "zt-telemetry-host " ZT_VERSION "\ncommit    " +
+  return ProgramAndVersion() + "\ncommit    " +
          std::string(kCommit.empty() ? "none was told to this build" : kCommit) + "\ncontract  " + ContractVersion() +
          "\ncompiler  " ZT_COMPILER;
 }

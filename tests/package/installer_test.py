@@ -189,6 +189,15 @@ class InstallerLifeTest(unittest.TestCase):
         self.assertIn("PcLogPerformanceSamplesAsCDM", self.host("outbox", "list").stdout)
         self.assertTrue((self.data / "outbox").is_dir())
 
+    def test_the_event_source_is_the_one_that_the_program_adds_itself(self):
+        self.install(made.older)
+        installed = self.windows("reg", "query", EVENT_SOURCE).stdout
+        self.assertEqual(self.host("event-source", "remove").returncode, 0)
+        self.assertEqual(self.host("event-source", "add").returncode, 0)
+        added = self.windows("reg", "query", EVENT_SOURCE).stdout
+        self.assertIn("EventMessageFile", added)
+        self.assertEqual(sorted(installed.splitlines()), sorted(added.splitlines()))
+
     def test_it_installs_the_task_and_takes_it_out(self):
         self.install(made.older)
         self.assertIn(b"Collects what the machine tells", self.task.read_bytes())  # Wine keeps no action of a task
