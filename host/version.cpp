@@ -16,9 +16,8 @@ std::string ProgramAndVersion() {
 }
 
 std::string VersionText() {
-  return ProgramAndVersion() + "\ncommit    " +
-         std::string(kCommit.empty() ? "none was told to this build" : kCommit) + "\ncontract  " + ContractVersion() +
-         "\ncompiler  " ZT_COMPILER;
+  return ProgramAndVersion() + "\ncommit    " + std::string(kCommit.empty() ? "none was told to this build" : kCommit) +
+         "\ncontract  " + ContractVersion() + "\ncompiler  " ZT_COMPILER;
 }
 
 }  // namespace zt::telemetry::host

@@ -13,8 +13,8 @@
 #include "host/report/embedded.h"
 #include "host/report/page_json.h"
 #include "host/report/record_table.h"
-#include "host/version.h"
 #include "host/utc_time.h"
+#include "host/version.h"
 #include "host/views/record_layout.h"
 #include "performance_samples_upload.pb.h"
 
