@@ -4,7 +4,7 @@
 
 namespace zt::telemetry::host {
 
-/// "zt-telemetry-host" and the version.
+/// The program's name and version, on one line.
 std::string ProgramAndVersion();
 
 /// What was built: name and version, and a line each for the commit, the contract's version, and the compiler with the
