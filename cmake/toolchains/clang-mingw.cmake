@@ -4,8 +4,8 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
 # Older ones do not find the C++ headers where Debian has them.
-find_program(CMAKE_C_COMPILER NAMES clang-22 clang-21 clang-20 clang-19 REQUIRED)
-find_program(CMAKE_CXX_COMPILER NAMES clang++-22 clang++-21 clang++-20 clang++-19 REQUIRED)
+find_program(CMAKE_C_COMPILER NAMES clang-19 clang-20 clang-21 clang-22 REQUIRED)
+find_program(CMAKE_CXX_COMPILER NAMES clang++-19 clang++-20 clang++-21 clang++-22 REQUIRED)
 set(CMAKE_C_COMPILER_TARGET x86_64-w64-mingw32)
 set(CMAKE_CXX_COMPILER_TARGET x86_64-w64-mingw32)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)

@@ -65,19 +65,19 @@ HingeReading ReadHingeAngle() {
 }
 
 OrientationReading ReadOrientation() {
-  using Outcome = OrientationReading::Outcome;
   const Disturbance met =
       simulation::Announce("SimpleOrientationSensor", {Disturbance::kFails, Disturbance::kEmpty, Disturbance::kAbsurd});
-  if (met == Disturbance::kFails) return {Outcome::kFailed, 0, kRefusedByCom};
+  if (met == Disturbance::kFails) return {OrientationReading::Outcome::kFailed, 0, kRefusedByCom};
   if (met == Disturbance::kEmpty) return {};
-  if (met == Disturbance::kAbsurd) return {Outcome::kOrientation, std::numeric_limits<std::int32_t>::min(), 0};
+  if (met == Disturbance::kAbsurd)
+    return {OrientationReading::Outcome::kOrientation, std::numeric_limits<std::int32_t>::min(), 0};
   const simulation::Sensors& sensors = simulation::CurrentMachine().sensors;
-  if (sensors.apartment) return {Outcome::kFailed, 0, sensors.apartment->status};
+  if (sensors.apartment) return {OrientationReading::Outcome::kFailed, 0, sensors.apartment->status};
   if (!sensors.orientation) return {};
   if (const auto* failure = std::get_if<simulation::Failure>(&*sensors.orientation)) {
-    return {Outcome::kFailed, 0, failure->status};
+    return {OrientationReading::Outcome::kFailed, 0, failure->status};
   }
-  return {Outcome::kOrientation, std::get<std::int32_t>(*sensors.orientation), 0};
+  return {OrientationReading::Outcome::kOrientation, std::get<std::int32_t>(*sensors.orientation), 0};
 }
 
 }  // namespace zt::telemetry::collector::performancesamples::platform
