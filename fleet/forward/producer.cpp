@@ -17,6 +17,10 @@ constexpr std::size_t kTextSize = 512;
 constexpr std::size_t kLongestReason = 1000;
 constexpr int kPatienceAtEndMs = 1000;
 
+struct DestroyError {
+  void operator()(rd_kafka_error_t* error) const { rd_kafka_error_destroy(error); }
+};
+
 // What a broker says of a record that it takes at no time: it goes to the dead letters instead.
 bool IsRefused(rd_kafka_resp_err_t error) {
   return error == RD_KAFKA_RESP_ERR_MSG_SIZE_TOO_LARGE || error == RD_KAFKA_RESP_ERR_INVALID_MSG ||
@@ -82,16 +86,28 @@ bool Producer::TrySendDead(const BadRecord& bad, const std::string& source, Deli
 
 bool Producer::Produce(const std::string& topic, const std::string& key, const void* bytes, std::size_t size,
                        Headers headers, Delivery& delivery) {
-  const auto error = rd_kafka_producev(
-      client_.get(), RD_KAFKA_V_TOPIC(topic.c_str()), RD_KAFKA_V_MSGFLAGS(RD_KAFKA_MSG_F_COPY),
-      RD_KAFKA_V_KEY(key.empty() ? nullptr : key.data(), key.size()), RD_KAFKA_V_VALUE(const_cast<void*>(bytes), size),
-      RD_KAFKA_V_HEADERS(headers.list.get()), RD_KAFKA_V_OPAQUE(&delivery), RD_KAFKA_V_END);
-  if (error == RD_KAFKA_RESP_ERR__QUEUE_FULL) return false;
-  if (error == RD_KAFKA_RESP_ERR_NO_ERROR) {
+  std::array<rd_kafka_vu_t, 6> message{};
+  message[0].vtype = RD_KAFKA_VTYPE_TOPIC;
+  message[0].u.cstr = topic.c_str();
+  message[1].vtype = RD_KAFKA_VTYPE_MSGFLAGS;
+  message[1].u.i = RD_KAFKA_MSG_F_COPY;
+  message[2].vtype = RD_KAFKA_VTYPE_KEY;
+  message[2].u.mem = {const_cast<char*>(key.empty() ? nullptr : key.data()), key.size()};
+  message[3].vtype = RD_KAFKA_VTYPE_VALUE;
+  message[3].u.mem = {const_cast<void*>(bytes), size};
+  message[4].vtype = RD_KAFKA_VTYPE_HEADERS;
+  message[4].u.headers = headers.list.get();
+  message[5].vtype = RD_KAFKA_VTYPE_OPAQUE;
+  message[5].u.ptr = &delivery;
+  const std::unique_ptr<rd_kafka_error_t, DestroyError> refused(
+      rd_kafka_produceva(client_.get(), message.data(), message.size()));
+  if (refused == nullptr) {
     static_cast<void>(headers.list.release());
     ++delivery.pending;
     return true;
   }
+  const auto error = rd_kafka_error_code(refused.get());
+  if (error == RD_KAFKA_RESP_ERR__QUEUE_FULL) return false;
   RequireNoFatalError();
   throw host::Failure(host::kExitFailed, "the Kafka client does not take a record for the topic " + topic + ": " +
                                              rd_kafka_err2str(error));

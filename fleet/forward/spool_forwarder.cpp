@@ -51,7 +51,9 @@ SpoolForwarder::SpoolForwarder(const SpoolSettings& spool, bool keeps_files, Rec
       counters_(counters),
       log_(log),
       folder_(spool.folder.value()) {
-  if (spool.done_folder.has_value()) host::MakeWritableFolder(*spool.done_folder, "spool.done_folder");
+  if (!spool.done_folder.has_value()) return;
+  host::MakeWritableFolder(*spool.done_folder, "spool.done_folder");
+  RequireSameFileSystem(folder_.Folder(), *spool.done_folder);
 }
 
 SpoolForwarder::Stamp SpoolForwarder::StampOf(const fs::path& path) {

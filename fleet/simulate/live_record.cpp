@@ -19,6 +19,9 @@ using Hardware = contract::upload::log::PcLogPerformanceSamplesAsCDM_HwInfo;
 using System = contract::upload::log::PcLogPerformanceSamplesAsCDM_OperatingSystemInfo;
 
 // The figures of the shipped profile that do not change from hour to hour.
+constexpr std::uint64_t kMebibyte = host::kBytesOfMebibyte;
+constexpr float kPercent = 100;
+constexpr std::uint64_t kCardMemoryBytes = 8'585'740'288;
 constexpr char kPosture[] = "positionPullForward";
 constexpr char kBatterySerial[] = "00042";
 constexpr char kBatteryTrackingNumber[] = "6LBTC0A1B2C3D4";
@@ -28,7 +31,6 @@ constexpr double kDesignMillivolts = 11'550;
 constexpr std::uint32_t kOwnGraphicsCelsius = 76;
 constexpr char kCardIdentity[] = R"(PCI\VEN_8086&DEV_7D55&SUBSYS_00000001&REV_08\3&11583659&0&10)";
 constexpr float kCardBusBits = 128;
-constexpr double kCardMemoryMebibytes = 8188;
 constexpr char kNpu[] = R"(PCI\VEN_8086&DEV_7D1D&SUBSYS_00000001&REV_04\3&11583659&0&58)";
 constexpr float kNpuGibibytes = 16.9033203F;
 constexpr float kNpuMemoryHertz = 3'200'000'000;
@@ -50,12 +52,11 @@ struct ProgramFacts {
   std::uint64_t first_seconds;  // of a processor
   std::uint64_t first_peak;
 };
-constexpr std::uint64_t kMebibyte = host::kBytesOfMebibyte;
 constexpr std::array<ProgramFacts, host::kLaptopPrograms.size()> kProgramFacts = {{
     {40'960, 20'480, 8, true, false, 345, 700 * kMebibyte},
     {125'000, 3'000, 6, false, false, 98, 384 * kMebibyte},
     {1'536, 700, 8, false, true, 5, 60 * kMebibyte},
-    {340, 12, 8, true, false, 65, 150 * kMebibyte},
+    {340, 12, 8, true, false, 65, 200 * kMebibyte},
     {5'000, 1'000, 8, false, false, 0, 0},
     {5'000, 1'000, 8, false, false, 0, 0},
 }};
@@ -93,25 +94,25 @@ void AddBattery(const LaptopHour::Battery& battery, Hardware& hardware) {
 const char* HeldBy(host::HeldClocks held) {
   switch (held) {
     case host::HeldClocks::kIdle:
-      return "Clocks are dropping to Idle state";
+      return "Clocks are dropping because the GPU is in Idle state";
     case host::HeldClocks::kByPower:
       return "Clocks have been optimized to not exceed set power limits";
     case host::HeldClocks::kByHeat:
       break;
   }
-  return "HW Thermal Slowdown (reducing the core clocks by a factor of 2 or more) is engaged";
+  return "Hardware Thermal Slowdown";
 }
 
 void AddCard(const LaptopHour::Card& card, const MachineFacts& facts, Hardware& hardware) {
   auto& entry = *hardware.add_gpus_info();
-  const double mebibytes = static_cast<double>(card.memory_bytes) / static_cast<double>(kMebibyte);
   entry.set_decoder_utilization_percent(static_cast<float>(card.decoder_percent));
   entry.set_encoder_utilization_percent(static_cast<float>(card.encoder_percent));
   entry.set_gpus_clock_mhz(static_cast<float>(card.clock_mhz));
   entry.set_gpus_utilization_percent(static_cast<float>(card.percent));
   entry.set_memory_bandwidth_gb(kCardBusBits);
   entry.set_memory_clock_mhz(static_cast<float>(card.memory_clock_mhz));
-  entry.set_memory_controller_utilization_percent(static_cast<float>(mebibytes * 100 / kCardMemoryMebibytes));
+  entry.set_memory_controller_utilization_percent(static_cast<float>(card.memory_bytes) /
+                                                  static_cast<float>(kCardMemoryBytes) * kPercent);
   entry.set_memory_used_mb(static_cast<float>(static_cast<double>(card.memory_bytes) / 1'000'000));
   entry.set_video_engine_utilization_percent(0);
   entry.set_temperature_celsius(card.celsius);
@@ -165,7 +166,8 @@ void AddDrives(const LaptopHour& hour, const host::LaptopNature& nature, Hardwar
   auto& drive = *hardware.add_storage_drives_info();
   const auto size = static_cast<double>(Whole(nature.drive_bytes));
   const auto free = static_cast<double>(Whole(nature.drive_bytes * (1 - hour.drive_used)));
-  drive.set_utilization_percent(TwoDecimals(static_cast<float>((size - free) / size * 100)));
+  // In the collector's order of steps, which shows in the last digits.
+  drive.set_utilization_percent(std::abs(static_cast<float>(free / size) * kPercent - kPercent));
   drive.set_drive_serial_number(kDrive);
   auto& second = *hardware.add_storage_drives_info();
   second.set_utilization_percent(kSecondDrivePercent);
@@ -207,7 +209,8 @@ void AddProgram(std::size_t index, const LaptopHour::Program& hour, const LiveSt
   use.set_io_writes(facts.writes);
   use.set_io_writes_kb(facts.writes / kDivisor);
   use.set_cpu_utilization_percent(static_cast<float>(hour.percent));
-  const double mebibytes = static_cast<double>(hour.memory_bytes) / static_cast<double>(kMebibyte);
+  // The collector keeps the working set as a float.
+  const double mebibytes = static_cast<double>(static_cast<float>(hour.memory_bytes)) / static_cast<double>(kMebibyte);
   use.set_memory_utilization_mb(static_cast<float>(std::round(mebibytes * 100) / 100));
   use.set_memory_utilization_peak_mb(static_cast<std::uint32_t>(state.peak_bytes[index] / kMebibyte));
   use.set_total_cpu_time_seconds(static_cast<std::uint32_t>(state.processor_seconds[index]));
@@ -227,7 +230,8 @@ void AddPrograms(const LaptopHour& hour, const MachineFacts& facts, LiveState& s
     }
     state.processor_seconds[i] += static_cast<std::uint64_t>(hour.programs[i].percent) * kSecondsOfPercent;
     state.peak_bytes[i] = std::max(state.peak_bytes[i], hour.programs[i].memory_bytes);
-    AddProgram(i, hour.programs[i], state, start_time, system);
+    // Programs that did nothing are not among the busiest.
+    if (hour.programs[i].percent > 0) AddProgram(i, hour.programs[i], state, start_time, system);
   }
   state.is_new = false;
 }
