@@ -115,9 +115,19 @@ export class PlotData {
   }
 }
 
+/** What the style sheet says: asking it makes the browser work out the whole page's styles anew. @type {Map<string, string>} */
+const styles = new Map();
+
 /** @param {string} name */
 function styleOf(name) {
-  return getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+  const known = styles.get(name) ?? getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+  styles.set(name, known);
+  return known;
+}
+
+/** To be called where the page has other colours now. */
+export function forgetStyles() {
+  styles.clear();
 }
 
 /** @param {number} index */
@@ -173,10 +183,12 @@ export class Chart {
    * @param {PlotData} data
    * @param {SharedTime} time
    * @param {ExplainedGap[]} gaps
+   * @param {number} width
    * @param {(index: number|null, time: number|null) => void} pointedAt
    */
-  constructor(place, plot, data, time, gaps, pointedAt) {
+  constructor(place, plot, data, time, gaps, width, pointedAt) {
     this.place = place;
+    this.width = width;
     this.plot = plot;
     this.data = data;
     this.time = time;
@@ -191,10 +203,6 @@ export class Chart {
     return new window.uPlot(this.options(), this.data.aligned, this.place);
   }
 
-  width() {
-    return Math.max(200, Math.floor(this.place.clientWidth));
-  }
-
   height() {
     return this.data.states.length > 0 ? 60 + STATE_HEIGHT * Math.max(this.data.states.length, 2) : HEIGHT;
   }
@@ -206,7 +214,7 @@ export class Chart {
     const axis = {stroke: styleOf('--text'), grid, ticks: grid, font: '12px system-ui, sans-serif'};
     const states = data.states.length > 0;
     return {
-      width: this.width(),
+      width: this.width,
       height: this.height(),
       legend: {show: false},
       scales: {
@@ -334,9 +342,10 @@ export class Chart {
     this.u.setScale('x', {min: this.time.shown.from, max: this.time.shown.to});
   }
 
-  /** @param {number} [width] */
+  /** @param {number} width */
   resize(width) {
-    this.u.setSize({width: width ?? this.width(), height: this.height()});
+    this.width = width;
+    this.u.setSize({width, height: this.height()});
   }
 
   /** In the colours that the page has now. */

@@ -1,6 +1,6 @@
 // Fills the page from its data.
 
-import {Chart, PlotData, SharedTime} from './charts.js';
+import {Chart, forgetStyles, PlotData, SharedTime} from './charts.js';
 import {readModel} from './data.js';
 import {button, foreign, make, part, say} from './dom.js';
 import {csvOf, download, jsonOf} from './downloads.js';
@@ -16,6 +16,7 @@ import {DAY, numberText, timeText} from './times.js';
 /** @typedef {import('./data.js').Model} Model */
 
 const PRINT_WIDTH = 680;
+const SLICE = 60;  // milliseconds; a reader who scrolls or clicks meanwhile waits no longer
 
 /** A plot with what stands around it: its names, its tables and its files. Drawn when it is first needed. */
 class PlotPart {
@@ -43,12 +44,13 @@ class PlotPart {
     time.onChange(() => this.follow());
   }
 
-  draw() {
+  /** @param {number} width */
+  draw(width) {
     if (this.chart) return;
     const {plot, time} = this;
     const data = new PlotData(this.model, plot);
     this.data = data;
-    this.chart = new Chart(this.canvas, plot, data, time, this.gaps, (index, at) => this.tell(index, at));
+    this.chart = new Chart(this.canvas, plot, data, time, this.gaps, width, (index, at) => this.tell(index, at));
     this.records = new RecordPages(data, time, plot.title);
     this.addNames(data);
     this.addBelow(data);
@@ -200,46 +202,63 @@ function addToolbar(time) {
   tell();
 }
 
+/** The width of every plot, asked once for all: each answer makes the browser lay out the page as it then is.
+ * @param {PlotPart[]} parts */
+function plotWidth(parts) {
+  return Math.max(200, Math.floor(parts[0]?.canvas.clientWidth ?? 0));
+}
+
 /** Draws what is near the window at once, and the rest while the browser has nothing else to do.
  * @param {PlotPart[]} parts */
 function drawAll(parts) {
   const near = (/** @type {PlotPart} */ one) => one.element.getBoundingClientRect().top < 2 * window.innerHeight;
-  for (const one of parts) if (near(one)) one.draw();
+  const width = plotWidth(parts);
+  for (const one of parts.filter(near)) one.draw(width);
   performance.mark('first plots drawn');
   const rest = () => {
-    const next = parts.find((one) => !one.chart);
-    if (!next) {
-      performance.mark('all plots drawn');
-      document.documentElement.dataset.drawn = 'yes';
+    const end = performance.now() + SLICE;
+    let next = parts.find((one) => !one.chart);
+    while (next && performance.now() < end) {
+      next.draw(width);
+      next = parts.find((one) => !one.chart);
+    }
+    if (next) {
+      setTimeout(rest);
       return;
     }
-    next.draw();
-    setTimeout(rest);
+    performance.mark('all plots drawn');
+    document.documentElement.dataset.drawn = 'yes';
   };
   setTimeout(rest);
 }
 
 /** @param {PlotPart[]} parts */
 function keepFitting(parts) {
+  const fit = (/** @type {number} */ width) => {
+    for (const one of parts) one.chart?.resize(width);
+  };
   let width = window.innerWidth;
   window.addEventListener('resize', () => {
     if (window.innerWidth === width) return;
     width = window.innerWidth;
-    for (const one of parts) one.chart?.resize();
+    fit(plotWidth(parts));
   });
   const repaint = () => {
+    forgetStyles();
     for (const one of parts) one.chart?.repaint();
   };
   window.matchMedia('(prefers-color-scheme: dark)').addEventListener('change', repaint);
   window.addEventListener('beforeprint', () => {
     document.documentElement.dataset.print = 'yes';
-    for (const one of parts) one.draw();
+    const printed = Math.min(PRINT_WIDTH, plotWidth(parts));
+    for (const one of parts) one.draw(printed);
     repaint();
-    for (const one of parts) one.chart?.resize(Math.min(PRINT_WIDTH, one.chart.width()));
+    fit(printed);
   });
   window.addEventListener('afterprint', () => {
     delete document.documentElement.dataset.print;
     repaint();
+    fit(plotWidth(parts));
   });
 }
 

@@ -270,7 +270,24 @@ test('the page is read at 360 points, in the dark and in print', async () => {
   const headings = await narrow.page.$$eval('h2', (all) => all.filter((one) => !one.closest('[hidden]')).map((one) => [one.textContent, one.getClientRects().length > 0]));
   assert.ok(headings.length >= 10, String(headings));
   for (const [heading, printed] of headings) assert.ok(printed, `${heading} is not printed`);
+  // Browsers leave backgrounds out in print, and with them what tells one line of a plot from another.
+  assert.equal(await narrow.page.$eval('.swatch', (swatch) => getComputedStyle(swatch).printColorAdjust), 'exact');
   await narrow.close();
+});
+
+test('plots are as wide as the window lets them, also after it changed and after printing', async () => {
+  const {page, close} = await open(month());
+  const widths = () => page.$$eval('figure[id] .u-wrap', (plots) => [...new Set(plots.map((plot) => plot.getBoundingClientRect().width))]);
+  const room = () => page.$eval('figure[id] .plot', (place) => place.clientWidth);
+  const wide = await room();
+  assert.deepEqual(await widths(), [wide]);
+  await page.pdf({format: 'A4'});
+  assert.deepEqual(await widths(), [wide]);
+  await page.setViewportSize({width: 700, height: 900});
+  await page.waitForFunction((was) => document.querySelector('figure[id] .u-wrap').getBoundingClientRect().width < was, wide);
+  assert.ok(await room() < wide);
+  assert.deepEqual(await widths(), [await room()]);
+  await close();
 });
 
 test('axe-core finds nothing', async () => {
