@@ -5,6 +5,6 @@ SELECT
 FROM zt.sessions FINAL
 WHERE time >= {from:DateTime('UTC')} AND time < {until:DateTime('UTC')}
 GROUP BY machine
-HAVING days_running >= 7
+HAVING days_running >= 5
 ORDER BY days_running DESC, machine
 LIMIT 1000

@@ -183,7 +183,7 @@ void FillThermalRecord(chrono::sys_seconds hour, chrono::sys_seconds simulated, 
   processor.set_utilization_percent(static_cast<float>(load_percent));
   AddSensor(processor, "cpu_temp", sums.cpu / kSamples + warmer);
   processor.set_device_id(kProcessor);
-  for (std::size_t fan = 0; fan < sums.step.size(); ++fan) {
+  for (std::size_t fan = 0; facts.has_fans && fan < sums.step.size(); ++fan) {
     AddFan(static_cast<std::uint32_t>(fan + 1), sums.step[fan] / kSamples, sums.current[fan] / kSamples,
            sums.target[fan] / kSamples, hardware);
   }

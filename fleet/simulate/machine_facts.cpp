@@ -70,7 +70,7 @@ MachineFacts PlainMachine(std::uint32_t number, std::uint64_t random_seed) {
 MachineFacts VariedMachine(std::uint32_t number, std::uint64_t random_seed, std::uint32_t hours) {
   RandomNumbers random(Spread(random_seed ^ Spread(number)));
   MachineFacts facts;
-  const int age = static_cast<int>(random.Between(0, 5));  // years
+  const int age = static_cast<int>(random.Between(0, 6));  // years
   facts.serial = Serial(number, kNewestYear - age, 1 + static_cast<int>(random.Between(0, 52)));
   facts.random_seed = random.Bits();
   facts.nature = Nature(random, age);
@@ -83,6 +83,7 @@ MachineFacts VariedMachine(std::uint32_t number, std::uint64_t random_seed, std:
   facts.has_npu = age < 3 && !facts.is_of_older_contract;
   facts.has_card = random.OnceIn(3);
   facts.has_memory = !random.OnceIn(facts.is_of_older_contract ? 10 : 60);
+  facts.has_fans = !random.OnceIn(60);
   facts.sleeps = random.OnceIn(1.6);
   if (random.OnceIn(40)) facts.breaks_at = static_cast<std::uint32_t>(random.Between(0, hours));
   if (random.OnceIn(30)) facts.sends_again = 0.25;

@@ -24,6 +24,7 @@ struct MachineFacts {
   bool has_npu = true;
   bool has_card = true;                    // beside the processor's own graphics
   bool has_memory = true;                  // false: the source of the memory's figures fails
+  bool has_fans = true;                    // that turn
   bool sleeps = false;                     // at night
   std::optional<std::uint32_t> breaks_at;  // hour from which on it is silent
   double sends_again = 0;                  // share of records that it sends twice

@@ -54,11 +54,13 @@ class Brokers {
   void Obey(const std::string& line) {
     std::istringstream words(line);
     std::string what;
-    std::int32_t broker = 0;
-    words >> what >> broker;
+    std::string which;
+    std::string bytes;
+    words >> what >> which >> bytes;
+    if (what == "put") return Put(which, bytes);
+    const int broker = std::atoi(which.c_str());
     const bool is_known = (what == "down" || what == "up") && broker >= 1 && broker <= kBrokers;
-    if (!is_known)
-      throw std::runtime_error("expected \"down N\" or \"up N\" with a broker from 1 to 3, but got " + line);
+    if (!is_known) throw std::runtime_error("expected \"down N\", \"up N\" or \"put TOPIC BYTES\", but got " + line);
     if (what == "down") {
       rd_kafka_mock_broker_set_down(cluster_.get(), broker);
     } else {
@@ -67,6 +69,32 @@ class Brokers {
   }
 
  private:
+  void Put(const std::string& topic, const std::string& hexadecimal) {
+    constexpr int kHexadecimal = 16;
+    constexpr int kPatienceMs = 10'000;
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hexadecimal.size(); i += 2) {
+      bytes += static_cast<char>(std::stoi(hexadecimal.substr(i, 2), nullptr, kHexadecimal));
+    }
+    rd_kafka_conf_t* const configuration = rd_kafka_conf_new();
+    std::array<char, 512> text{};
+    rd_kafka_conf_set(configuration, "bootstrap.servers", Addresses().c_str(), text.data(), text.size());
+    const std::unique_ptr<rd_kafka_t, DestroyClient> producer(
+        rd_kafka_new(RD_KAFKA_PRODUCER, configuration, text.data(), text.size()));
+    if (producer == nullptr) throw std::runtime_error(text.data());
+    std::array<rd_kafka_vu_t, 3> message{};
+    message[0].vtype = RD_KAFKA_VTYPE_TOPIC;
+    message[0].u.cstr = topic.c_str();
+    message[1].vtype = RD_KAFKA_VTYPE_MSGFLAGS;
+    message[1].u.i = RD_KAFKA_MSG_F_COPY;
+    message[2].vtype = RD_KAFKA_VTYPE_VALUE;
+    message[2].u.mem = {bytes.data(), bytes.size()};
+    if (rd_kafka_produceva(producer.get(), message.data(), message.size()) != nullptr ||
+        rd_kafka_flush(producer.get(), kPatienceMs) != RD_KAFKA_RESP_ERR_NO_ERROR) {
+      throw std::runtime_error("the message cannot be put into " + topic);
+    }
+  }
+
   std::unique_ptr<rd_kafka_t, DestroyClient> client_;
   std::unique_ptr<rd_kafka_mock_cluster_t, DestroyCluster> cluster_;  // before its client
 };

@@ -2,6 +2,7 @@
 
 import contextlib
 import json
+import os
 import pathlib
 import re
 import shutil
@@ -15,13 +16,24 @@ TOPICS = {"upload_topic": "zt.upload", "storage_topic": "zt.storage", "dead_lett
 PARTITIONS = {"zt.upload": 24, "zt.storage": 6, "zt.dead-letter": 1}
 
 
+def programs() -> pathlib.Path:
+    """Where the programs lie that are tested."""
+    return pathlib.Path(os.environ["ZT_PROGRAMS"])
+
+
+def forward(*arguments, **more) -> subprocess.CompletedProcess:
+    """Runs the forwarder to its end."""
+    return subprocess.run([programs() / "zt-telemetry-forward", *map(str, arguments)], capture_output=True, text=True,
+                          **more)
+
+
 class Brokers:
     """librdkafka's brokers of the test kind. They keep 5 MB of each partition, in memory."""
 
-    def __init__(self, programs: pathlib.Path, partitions=None):
+    def __init__(self, partitions=None):
         topics = [f"{topic}:{count}" for topic, count in {**PARTITIONS, **(partitions or {})}.items()]
-        self.process = subprocess.Popen([programs / "zt-kafka-stand-in", *topics], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([programs() / "zt-kafka-stand-in", *topics], stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.addresses = self.process.stdout.readline().strip()
 
     def tell(self, line: str):
@@ -92,11 +104,11 @@ def statements(text: str) -> list[str]:
 
 def make_tables(clickhouse: ClickHouse, brokers: str, consumers: int = 1, only=None):
     """Runs the numbered files. What stands in braces are macros of the server's configuration."""
-    macros = {**TOPICS, "kafka_brokers": brokers, "kafka_consumers": str(consumers)}
+    macros = {**TOPICS, "kafka_brokers": brokers}
     for file in sorted(SQL.glob("*.sql")):
         if only is not None and not only(file.name):
             continue
-        text = file.read_text()
+        text = file.read_text().replace("kafka_num_consumers = 1", f"kafka_num_consumers = {consumers}")
         for name, value in macros.items():
             text = text.replace("{" + name + "}", value)
         for statement in statements(text):
@@ -110,9 +122,9 @@ def write_configuration(file: pathlib.Path, brokers: str, **more: str) -> pathli
 
 
 @contextlib.contextmanager
-def pipeline(programs: pathlib.Path, work: pathlib.Path, consumers: int = 1, partitions=None):
+def pipeline(work: pathlib.Path, consumers: int = 1, partitions=None):
     """Brokers and a ClickHouse that reads from them; what is given are the two."""
-    brokers = Brokers(programs, partitions)
+    brokers = Brokers(partitions)
     clickhouse = ClickHouse(work / "clickhouse")
     try:
         make_tables(clickhouse, brokers.addresses, consumers)
@@ -130,3 +142,19 @@ def wait_for(condition, seconds: float, what: str):
         if time.monotonic() > deadline:
             raise TimeoutError(f"{what} did not come in {seconds} s")
         time.sleep(0.25)
+
+
+def rows_of_all_tables(clickhouse: ClickHouse) -> int:
+    names = clickhouse.query("SELECT name FROM system.tables WHERE database = 'zt' AND engine LIKE '%MergeTree'")
+    counts = [f"(SELECT count() FROM zt.{name})" for name in names.split()]
+    return clickhouse.number("SELECT " + " + ".join(counts))
+
+
+def settle(clickhouse: ClickHouse, quiet: float = 6):
+    """Waits until no more rows come: the views of a block write one behind the other."""
+    rows, since = rows_of_all_tables(clickhouse), time.monotonic()
+    while time.monotonic() < since + quiet:
+        time.sleep(0.5)
+        now = rows_of_all_tables(clickhouse)
+        if now != rows:
+            rows, since = now, time.monotonic()
