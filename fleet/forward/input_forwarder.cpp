@@ -7,7 +7,6 @@
 namespace zt::telemetry::fleet {
 
 bool InputForwarder::Add(std::string_view chunk) {
-  if (lost_ && splitter_.Form() == InputForm::kDelimited) return true;  // where the next record begins cannot be told
   splitter_.Add(chunk);
   return ForwardWhole();
 }

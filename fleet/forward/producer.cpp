@@ -13,7 +13,7 @@
 namespace zt::telemetry::fleet {
 namespace {
 
-constexpr std::size_t kTextSize = 512;
+constexpr std::size_t kErrorTextSize = 512;
 constexpr std::size_t kLongestReason = 1000;
 constexpr int kPatienceAtEndMs = 1000;
 
@@ -50,7 +50,7 @@ Producer::Producer(const KafkaSettings& kafka, Counters& counters, std::ostream&
   rd_kafka_conf_set_dr_msg_cb(configuration.get(), OnDelivery);
   rd_kafka_conf_set_error_cb(configuration.get(), OnError);
   rd_kafka_conf_set_log_cb(configuration.get(), nullptr);  // its errors come to OnError
-  std::array<char, kTextSize> text{};
+  std::array<char, kErrorTextSize> text{};
   client_.reset(rd_kafka_new(RD_KAFKA_PRODUCER, configuration.get(), text.data(), text.size()));
   if (client_ == nullptr) {
     throw host::WrongUsage(std::string("the Kafka client cannot be made with these settings: ") + text.data());
@@ -149,7 +149,7 @@ void Producer::OnError(rd_kafka_t* /*client*/, int error, const char* reason, vo
 }
 
 void Producer::RequireNoFatalError() const {
-  std::array<char, kTextSize> text{};
+  std::array<char, kErrorTextSize> text{};
   const auto error = rd_kafka_fatal_error(client_.get(), text.data(), text.size());
   if (error == RD_KAFKA_RESP_ERR_NO_ERROR) return;
   throw host::Failure(host::kExitFailed, std::string("the Kafka client cannot go on (") + rd_kafka_err2name(error) +

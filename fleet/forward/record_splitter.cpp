@@ -28,9 +28,22 @@ std::optional<Length> LengthOf(std::string_view bytes) {
   return std::nullopt;
 }
 
+// A record begins with its identity, or without one with its time, each a text that ends before the record does. Its
+// length may look like the brace of JSON, but no record goes on with a quotation mark.
+bool BeginsLikeRecord(std::string_view bytes) {
+  constexpr char kIdentity = 0x0A;
+  constexpr char kTime = 0x12;
+  const std::optional<Length> length = LengthOf(bytes);
+  if (!length.has_value() || bytes.size() < length->bytes + 2) return false;
+  const char field = bytes[length->bytes];
+  const auto text = static_cast<unsigned char>(bytes[length->bytes + 1]);
+  return (field == kIdentity || field == kTime) && text + std::size_t{2} <= length->value;
+}
+
 }  // namespace
 
 void RecordSplitter::Add(std::string_view chunk) {
+  if (is_lost_) return;
   buffer_.erase(0, taken_);
   taken_ = 0;
   buffer_.append(chunk);
@@ -38,23 +51,17 @@ void RecordSplitter::Add(std::string_view chunk) {
 
 std::optional<Piece> RecordSplitter::Next() {
   if (form_ == InputForm::kUnknown) Recognise();
-  if (form_ == InputForm::kUnknown) return std::nullopt;
+  if (form_ == InputForm::kUnknown || is_lost_) return std::nullopt;
   return form_ == InputForm::kLines ? NextLine() : NextRecord();
 }
 
-// A record begins with its first field, the identity: its length of 123 bytes looks like the brace of JSON, but no
-// record goes on with a quotation mark.
+// What does not begin like a record is lines, of which each is read by itself.
 void RecordSplitter::Recognise() {
-  constexpr std::size_t kEnough = 4;
+  constexpr std::size_t kEnough = 8;
   const std::string_view rest = Rest();
-  if (rest.size() < kEnough && !ended_) return;
-  if (rest.empty()) return;
-  const std::size_t text = rest.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0;
-  const std::size_t first = rest.find_first_not_of(" \t\r\n", text);
-  const bool is_json = first != std::string_view::npos && rest[first] == '{' &&
-                       (first + 1 == rest.size() || rest[first + 1] == '"' || rest[first + 1] == ' ');
-  form_ = text > 0 || is_json || first == std::string_view::npos ? InputForm::kLines : InputForm::kDelimited;
-  taken_ += text;
+  if (rest.empty() || (rest.size() < kEnough && !ended_)) return;
+  form_ = BeginsLikeRecord(rest) ? InputForm::kDelimited : InputForm::kLines;
+  if (rest.starts_with(kUtf8Mark)) taken_ += kUtf8Mark.size();
 }
 
 std::optional<Piece> RecordSplitter::NextLine() {
@@ -104,7 +111,8 @@ std::optional<Piece> RecordSplitter::NextRecord() {
 std::optional<Piece> RecordSplitter::Unreadable(const std::string& problem) {
   const std::string_view rest = Rest();
   taken_ = buffer_.size();
-  return Piece{rest, problem, /*is_last=*/true};
+  is_lost_ = true;
+  return Piece{rest, problem};
 }
 
 }  // namespace zt::telemetry::fleet

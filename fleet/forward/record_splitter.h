@@ -16,12 +16,11 @@ enum class InputForm { kUnknown, kLines, kDelimited };
 struct Piece {
   std::string_view bytes;  // valid until the splitter is used again
   std::string problem;     // empty where `bytes` are a line or a record
-  /// The rest of the input is lost to the splitter: where the next record begins cannot be told.
-  bool is_last = false;
 };
 
 /// Cuts an input that comes in chunks of any size into lines or records, and holds no more of it than one of them.
-/// Which form it has is seen from its beginning unless it is told.
+/// Which form it has is seen from its beginning unless it is told. Behind a length that is none there is nothing more:
+/// where the next record begins cannot be told.
 class RecordSplitter {
  public:
   /// A line or a record of more bytes is none: what is smaller fits into a message of Kafka with its headers.
@@ -49,6 +48,7 @@ class RecordSplitter {
   std::string buffer_;
   std::size_t taken_ = 0;
   bool ended_ = false;
+  bool is_lost_ = false;     // where the next record begins cannot be told
   bool skips_line_ = false;  // of a line that is too long, up to its end
 };
 

@@ -18,9 +18,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kChunk = std::size_t{1} << 16;
+constexpr std::size_t kReadAtOnce = std::size_t{1} << 16;
 constexpr std::size_t kMostInFlight = 1'000;  // files
-constexpr int kTickMs = 100;
+constexpr int kSpoolTickMs = 100;
 constexpr std::chrono::seconds kLookAnyway{10};  // a network's folder tells nobody of what others put into it
 constexpr std::chrono::seconds kPatienceAtEnd{5};
 constexpr char kRejected[] = "rejected";  // folder for files of which a part is in no topic
@@ -74,7 +74,7 @@ bool SpoolForwarder::ForwardNewFiles() {
   for (const fs::path& path : folder_.Files()) {
     if (!MayBeRead(path)) continue;
     while (in_flight_.size() >= kMostInFlight && !sink_.Stops()) {
-      sink_.Tick(kTickMs);
+      sink_.Tick(kSpoolTickMs);
       FinishFiles();
     }
     if (!ForwardFile(path)) return false;
@@ -91,7 +91,7 @@ bool SpoolForwarder::ForwardFile(const fs::path& path) {
     return true;
   }
   File& file = in_flight_.try_emplace(path, path, StampOf(path), maker_, sink_, counters_).first->second;
-  std::vector<char> chunk(kChunk);
+  std::vector<char> chunk(kReadAtOnce);
   while (stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size())), stream.gcount() > 0) {
     if (!file.input.Add({chunk.data(), static_cast<std::size_t>(stream.gcount())})) return false;
   }
@@ -157,14 +157,14 @@ bool SpoolForwarder::Run(bool once) {
       if (!ForwardNewFiles()) break;
     }
     do {
-      sink_.Tick(kTickMs);
+      sink_.Tick(kSpoolTickMs);
       FinishFiles();
     } while (once && !in_flight_.empty() && !sink_.Stops());
   } while (!once && !sink_.Stops());
   // The less is under way at the end, the less is sent twice.
   const auto give_up_at = std::chrono::steady_clock::now() + kPatienceAtEnd;
   while (!in_flight_.empty() && std::chrono::steady_clock::now() < give_up_at) {
-    sink_.Tick(kTickMs);
+    sink_.Tick(kSpoolTickMs);
     FinishFiles();
   }
   return all_done_ && in_flight_.empty();

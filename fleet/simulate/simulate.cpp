@@ -32,7 +32,7 @@ namespace chrono = std::chrono;
 using Upload = FleetMachine::Upload;
 
 constexpr std::uint32_t kMachinesOfAFile = 500;
-constexpr int kTickMs = 100;
+constexpr int kLastTickMs = 100;
 
 // Takes the records of some machines; one for each thread.
 class Receiver {
@@ -150,7 +150,7 @@ class Producing : public Receiver {
   }
 
   bool End() override {
-    while (!delivery_.IsDone() && !sink_.Stops()) sink_.Tick(kTickMs);
+    while (!delivery_.IsDone() && !sink_.Stops()) sink_.Tick(kLastTickMs);
     return delivery_.IsComplete();
   }
 

@@ -16,7 +16,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import pipeline
 
-FLEET = ["--machines", "40", "--hours", "24"]
+FLEET = ["--machines", "30", "--hours", "12"]
 
 
 class Expected:

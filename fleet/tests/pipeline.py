@@ -44,6 +44,7 @@ class Brokers:
 
     def close(self):
         self.process.stdin.close()
+        self.process.stdout.close()
         self.process.wait()
 
 
@@ -89,11 +90,13 @@ class ClickHouse:
 
     def close(self):
         self.process.stdin.close()
+        self.process.stdout.close()
         self.process.wait()
 
     def kill(self):
         self.process.kill()
-        self.process.wait()
+        with contextlib.suppress(OSError):
+            self.close()
 
 
 def statements(text: str) -> list[str]:
