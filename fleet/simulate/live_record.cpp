@@ -220,9 +220,17 @@ void AddProgram(std::size_t index, const LaptopHour::Program& hour, const LiveSt
   entry.set_status("running");
 }
 
+// With an offset that is the difference of the two clocks' hours and minutes without regard to the date.
+std::string StartTimeText(chrono::sys_seconds started, chrono::minutes zone) {
+  const auto of_day = [](chrono::sys_seconds time) { return time - chrono::floor<chrono::days>(time); };
+  const chrono::sys_seconds local = started + zone;
+  return WallClockText(local) +
+         ZoneText(chrono::floor<chrono::minutes>(of_day(local)) - chrono::floor<chrono::minutes>(of_day(started)));
+}
+
 void AddPrograms(const LaptopHour& hour, const MachineFacts& facts, LiveState& state, System& system) {
   constexpr std::uint64_t kSecondsOfPercent = 36;  // of an hour
-  const std::string start_time = WallClockText(hour.started + chrono::minutes(3) + facts.zone) + ZoneText(facts.zone);
+  const std::string start_time = StartTimeText(hour.started + chrono::minutes(3), facts.zone);
   for (std::size_t i = 0; i < hour.programs.size(); ++i) {
     if (state.is_new) {
       state.processor_seconds[i] = kProgramFacts[i].first_seconds;
