@@ -11,7 +11,7 @@ ENGINE = Kafka
 SETTINGS
     kafka_broker_list = '{kafka_brokers}',
     kafka_topic_list = '{upload_topic}',
-    kafka_group_name = 'zt-telemetry',
+    kafka_group_name = 'zt-telemetry-upload',
     kafka_format = 'ProtobufSingle',
     kafka_schema = 'performance_samples_upload.proto:PcLogPerformanceSamplesAsCDM',
     kafka_num_consumers = 1,
@@ -35,7 +35,7 @@ ENGINE = Kafka
 SETTINGS
     kafka_broker_list = '{kafka_brokers}',
     kafka_topic_list = '{storage_topic}',
-    kafka_group_name = 'zt-telemetry',
+    kafka_group_name = 'zt-telemetry-storage',
     kafka_format = 'ProtobufSingle',
     kafka_schema = 'device_performance_storage.proto:AmdPmfSamples',
     kafka_num_consumers = 1,

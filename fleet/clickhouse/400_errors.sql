@@ -40,6 +40,6 @@ ENGINE = Kafka
 SETTINGS
     kafka_broker_list = '{kafka_brokers}',
     kafka_topic_list = '{dead_letter_topic}',
-    kafka_group_name = 'zt-telemetry',
+    kafka_group_name = 'zt-telemetry-dead-letter',
     kafka_format = 'RawBLOB',
     kafka_handle_error_mode = 'stream';

@@ -4,6 +4,7 @@
 import collections
 import contextlib
 import json
+import os
 import pathlib
 import random
 import signal
@@ -175,7 +176,7 @@ class FlowTest(FleetCase):
 class KillsTest(FleetCase):
     """Everything at once: forwarders are killed, brokers stopped, ClickHouse ended by force and begun again."""
 
-    kills = 15
+    kills = int(os.environ.get("ZT_KILLS", "15"))
 
     def run_forwarder_until_killed(self, luck):
         with subprocess.Popen([pipeline.programs() / "zt-telemetry-forward", "spool", "--config", self.configuration],
@@ -197,10 +198,12 @@ class KillsTest(FleetCase):
         running = [clickhouse]
         self.addCleanup(lambda: running[-1].kill())
         lines = self.lines()
+        restarts = filled = 0
         fills = [("--format", "lines"), ("--format", "protobuf")]
         for kill in range(self.kills):
             if not list(self.spool.glob("hour-*")):
                 self.fill_spool(*fills[kill % 2])  # and sent again, whole
+                filled += 1
             broker = luck.randrange(1, 4)
             if kill % 3 == 1:
                 brokers.tell(f"down {broker}")
@@ -208,13 +211,15 @@ class KillsTest(FleetCase):
             if kill % 3 == 1:
                 brokers.tell(f"up {broker}")
             if kill % max(self.kills // 3, 1) == 2:
+                restarts += 1
                 running.append(self.restart(running[-1], brokers))
         done = pipeline.forward("spool", "--config", self.configuration, "--once")
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(list(self.spool.glob("hour-*")), [])
         self.assert_account_balances(running[-1], lines)
-        twice = running[-1].number("SELECT count() FROM zt.broken_messages")
-        self.assertEqual(twice, 0)
+        self.assertEqual(running[-1].number("SELECT count() FROM zt.broken_messages"), 0)
+        print(f"{self.kills} kills, {filled} times the whole fleet, {restarts} restarts of ClickHouse; "
+              f"{running[-1].number('SELECT count() FROM zt.records FINAL')} records", file=sys.stderr)
 
 
 if __name__ == "__main__":
