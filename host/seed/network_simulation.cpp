@@ -66,7 +66,7 @@ const Place& PlaceAt(int minute) {
   return *std::find_if(kDay.begin(), kDay.end(), [minute](const Place& place) { return minute < place.until_minute; });
 }
 
-Blob ProfileHash(std::uint64_t profile) {
+Blob MakeProfileHash(std::uint64_t profile) {
   constexpr unsigned kByteBits = 8;
   RandomNumbers identity(kProfileIdentities + profile);
   Blob hash;
@@ -76,6 +76,12 @@ Blob ProfileHash(std::uint64_t profile) {
       hash.push_back(static_cast<std::uint8_t>(bits & 0xFF));
   }
   return hash;
+}
+
+// Made once each: an hour asks for them sixty times.
+const Blob& ProfileHash(std::uint64_t profile) {
+  static const std::array kHashes = {MakeProfileHash(1), MakeProfileHash(2), MakeProfileHash(3)};
+  return kHashes.at(profile - 1);
 }
 
 std::string DeviceId(std::uint32_t index) {

@@ -1,0 +1,18 @@
+-- Written by scripts/fleet-tables from contracts/: change that, or what the script says, and run it again.
+CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_broken_messages_upload TO zt.broken_messages AS
+SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition AS partition, _offset AS place,
+    _key AS machine, _error AS error, _raw_message AS message
+FROM zt.upload_queue
+WHERE _error != '';
+
+CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_broken_messages_storage TO zt.broken_messages AS
+SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition AS partition, _offset AS place,
+    _key AS machine, _error AS error, _raw_message AS message
+FROM zt.storage_queue
+WHERE _error != '';
+
+CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_dead_letters TO zt.dead_letters AS
+SELECT ifNull(_timestamp, now('UTC')) AS received, _partition AS partition, _offset AS place,
+    _headers.value[indexOf(_headers.name, 'zt-reason')] AS reason,
+    _headers.value[indexOf(_headers.name, 'zt-source')] AS source, message
+FROM zt.dead_letter_queue;

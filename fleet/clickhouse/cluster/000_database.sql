@@ -1,0 +1,3 @@
+-- Written by scripts/fleet-tables from contracts/: change that, or what the script says, and run it again.
+CREATE DATABASE IF NOT EXISTS zt ON CLUSTER '{cluster}';
+CREATE DATABASE IF NOT EXISTS zt_all ON CLUSTER '{cluster}';

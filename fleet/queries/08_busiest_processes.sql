@@ -1,0 +1,15 @@
+-- What keeps processors busy, with elevated rights and without? Mean load of one processor where the process was among the
+-- busiest, and the memory that it held.
+SELECT
+    executable_file_id AS process,
+    is_elevated AS elevated,
+    count() AS readings,
+    uniqExact(machine) AS machines,
+    avg(cpu_utilization_percent) AS mean_percent,
+    max(cpu_utilization_percent) AS most_percent,
+    avg(memory_utilization_mb) AS mean_mebibytes
+FROM zt.processes FINAL
+WHERE time >= {from:DateTime('UTC')} AND time < {until:DateTime('UTC')}
+GROUP BY process, elevated
+ORDER BY mean_percent DESC, process, elevated
+LIMIT 50
