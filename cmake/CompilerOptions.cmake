@@ -62,3 +62,22 @@ if(ZT_BUILD_FUZZ)
     -fno-sanitize-coverage=trace-cmp -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined,float-cast-overflow)
 endif()
+
+# Files that are handed out: the same bytes wherever and whenever they are built, and on Windows an identity by which
+# their symbols are found (on Linux that is the compiler's default).
+if(ZT_HANDED_OUT AND NOT MSVC)
+  # The last one that fits is taken.
+  set(sources /usr/src/zt-telemetry)
+  foreach(place ${PROJECT_SOURCE_DIR}=${sources} ${PROJECT_BINARY_DIR}=${sources}/build ${ZT_CACHE_DIR}=${sources}-libraries)
+    add_compile_options(-ffile-prefix-map=${place})
+  endforeach()
+  # What is installed is what was linked: a path that is replaced leaves its length behind.
+  set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+  set(CMAKE_INSTALL_RPATH $ORIGIN)
+  if(MINGW)
+    add_link_options(-Wl,--gc-sections)
+  endif()
+endif()
+if(MINGW)
+  add_link_options(-Wl,--no-insert-timestamp -Wl,--build-id)
+endif()

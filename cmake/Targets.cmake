@@ -32,19 +32,20 @@ function(zt_machines out)
   set(${out} ${machines} PARENT_SCOPE)
 endfunction()
 
-# zt_library(NAME [STATIC] [MACRO M] [OUTPUT_NAME FILE] [MACHINES ...] [INCLUDE FOLDER...]
+# zt_library(NAME [STATIC] [MACRO M] [OUTPUT_NAME FILE] [DESCRIPTION TEXT] [MACHINES ...] [INCLUDE FOLDER...]
 #   [SOURCES ...] [REAL ...] [SIMULATED ...] [ALONE ...] [LINK ...] [LINK_INSIDE ...] [LINK_REAL ...] [LINK_SIMULATED ...])
 #
 # A shared library for each machine, or a static one. SOURCES are for every machine, REAL and SIMULATED are the machine's
 # own. Public headers lie in the INCLUDE folders, by default include/. M_EXPORT marks what a shared library exports, by
 # the generated header zt/<m in lower case>_export.h. LINK is linked, and passed on to users; LINK_INSIDE, LINK_REAL and
-# LINK_SIMULATED are not passed on. Everything links zt-base.
+# LINK_SIMULATED are not passed on. Everything links zt-base. On Windows a shared library tells its DESCRIPTION to who
+# looks at the file.
 #
 # NAME-parts is the same objects as an archive: for tests of what a shared library does not export. Who links both names
 # NAME first, so that what it exports is taken from there. ALONE are those of the sources that have to stay objects of
 # their own also where the build puts sources together: those that define what is exported, when tests link the parts.
 function(zt_library name)
-  cmake_parse_arguments(ARG "STATIC" "MACRO;OUTPUT_NAME"
+  cmake_parse_arguments(ARG "STATIC" "MACRO;OUTPUT_NAME;DESCRIPTION"
     "MACHINES;INCLUDE;SOURCES;REAL;SIMULATED;ALONE;LINK;LINK_INSIDE;LINK_REAL;LINK_SIMULATED" ${ARGN})
   if(ARG_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "zt_library(${name}): ${ARG_UNPARSED_ARGUMENTS} belongs to no keyword")
@@ -74,7 +75,9 @@ function(zt_library name)
     set(target ${stem}.${machine})
     add_library(${target} ${kind} ${ARGN} ${objects})
     set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
-    target_include_directories(${target} INTERFACE ${ARG_INCLUDE} ${generated})
+    foreach(folder IN ITEMS ${ARG_INCLUDE} ${generated})
+      target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${folder}>)
+    endforeach()
     zt_link(${target} ${machine} PUBLIC ${ARG_LINK})
     zt_link(${target} ${machine} ${scope} zt-base ${ARG_LINK_INSIDE} ${ARG_LINK_${MACHINE}})
     zt_place(${target} ${machine})
@@ -109,6 +112,9 @@ function(zt_library name)
       target_include_directories(${name}-parts.${machine} INTERFACE ${CMAKE_CURRENT_SOURCE_DIR})
     endif()
     set_target_properties(${name}.${machine} PROPERTIES OUTPUT_NAME ${ARG_OUTPUT_NAME})
+    if(NOT ARG_STATIC)
+      zt_version_resource(${name}.${machine} ${ARG_DESCRIPTION})
+    endif()
   endforeach()
   if(ARG_MACRO)
     list(GET machines 0 any_machine)
@@ -117,9 +123,10 @@ function(zt_library name)
   endif()
 endfunction()
 
-# zt_program(NAME [MACHINES ...] SOURCES ... [REAL ...] [SIMULATED ...] [LINK ...]): a program for each machine.
+# zt_program(NAME [DESCRIPTION TEXT] [MACHINES ...] SOURCES ... [REAL ...] [SIMULATED ...] [LINK ...]): a program for each machine. On
+# Windows one with a DESCRIPTION tells it to who looks at the file.
 function(zt_program name)
-  cmake_parse_arguments(ARG "" "" "MACHINES;SOURCES;REAL;SIMULATED;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "" "DESCRIPTION" "MACHINES;SOURCES;REAL;SIMULATED;LINK" ${ARGN})
   if(ARG_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "zt_program(${name}): ${ARG_UNPARSED_ARGUMENTS} belongs to no keyword")
   endif()
@@ -132,6 +139,9 @@ function(zt_program name)
     target_link_libraries(${target} PRIVATE zt_options)
     zt_link(${target} ${machine} PRIVATE ${ARG_LINK} zt-base)
     zt_place(${target} ${machine})
+    if(ARG_DESCRIPTION)
+      zt_version_resource(${target} ${ARG_DESCRIPTION})
+    endif()
   endforeach()
 endfunction()
 

@@ -19,6 +19,7 @@
 #include "host/shell/completion.h"
 #include "host/shell/man_page.h"
 #include "host/utc_time.h"
+#include "host/version.h"
 
 namespace zt::telemetry::host {
 namespace {
@@ -35,7 +36,6 @@ constexpr char kMachines[] = "machines";
 constexpr char kEventSource[] = "event-source";
 constexpr char kCompletion[] = "completion";
 constexpr char kMan[] = "man";
-constexpr char kVersion[] = "zt-telemetry-host " ZT_VERSION;
 
 constexpr std::int32_t kDefaultEvent = 50;
 constexpr std::uint32_t kMaxInterfaces = 10'000;
@@ -322,7 +322,7 @@ Command ReadCommandLine(std::vector<std::string> arguments) {
 
   CLI::App app(help::kDescription, kProgram);
   app.allow_windows_style_options(false);  // an argument that starts with a slash is a path
-  app.set_version_flag("--version", kVersion, "Print the version and exit");
+  app.set_version_flag("--version", &VersionText, "Print version, commit, contract and compiler and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.get_formatter()->column_width(34);
   app.footer(help::kExamples);

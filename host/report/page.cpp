@@ -14,6 +14,7 @@
 #include "host/report/page_json.h"
 #include "host/report/record_table.h"
 #include "host/utc_time.h"
+#include "host/version.h"
 #include "host/views/record_layout.h"
 #include "performance_samples_upload.pb.h"
 
@@ -98,7 +99,7 @@ std::string PageData(const MachineRecords& machine, const std::string& name) {
   const PageTables tables(machine.records);
   std::vector<std::string> notices = machine.notices;
   for (std::string& notice : tables.Notices()) notices.push_back(std::move(notice));
-  return R"({"format":)" + std::to_string(kDataFormat) + R"(,"program":)" + PageText("zt-telemetry-host " ZT_VERSION) +
+  return R"({"format":)" + std::to_string(kDataFormat) + R"(,"program":)" + PageText(ProgramAndVersion()) +
          R"(,"machine":{"name":)" + PageText(name) + R"(,"serial":)" + PageText(machine.serial) + R"(},"notices":)" +
          PageTexts(notices) + ",\n" + R"("records":)" + RecordsJson(machine.records) + ",\n" + R"("tables":)" +
          tables.Json() + "}";

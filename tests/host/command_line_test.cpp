@@ -237,9 +237,14 @@ TEST(CommandLineTest, TheHelpOfACommandNamesEachOfItsOptions) {
   }
 }
 
-TEST(CommandLineTest, TheVersionIsOneLineWithTheProgramsName) {
-  const std::regex one_line("zt-telemetry-host [0-9]+(\\.[0-9]+)*\n");
-  EXPECT_TRUE(std::regex_match(Read<ShowTextCommand>({"--version"}).text, one_line));
+TEST(CommandLineTest, TheVersionTellsWhatWasBuiltAndFromWhat) {
+  const std::regex lines(
+      "zt-telemetry-host [0-9]+(\\.[0-9]+)*\n"
+      "commit    (none was told to this build|[0-9a-f]{7,40})\n"
+      "contract  [0-9]+(\\.[0-9]+)*\n"
+      "compiler  [A-Za-z]+ [0-9.]+ for (Linux|Windows) [A-Za-z0-9_]+\n");
+  const std::string text = Read<ShowTextCommand>({"--version"}).text;
+  EXPECT_TRUE(std::regex_match(text, lines)) << text;
 }
 
 }  // namespace

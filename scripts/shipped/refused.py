@@ -1,0 +1,5 @@
+"""What ends a listing of shipped files."""
+
+
+class Refused(Exception):
+    """What is wrong, for people: where, and what was expected."""
