@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The forwarder as a program, with three brokers."""
 
+import os
 import pathlib
 import re
 import signal
@@ -9,11 +10,15 @@ import sys
 import tempfile
 import time
 import unittest
+import urllib.error
 import urllib.request
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import pipeline
 
+CACHE = pathlib.Path(os.environ.get("ZT_CACHE_DIR") or
+                     pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache") / "zt-telemetry")
+PROMTOOL = CACHE / "prometheus" / "bin" / "promtool"
 FLEET = ["--machines", "20", "--hours", "12"]
 
 
@@ -101,6 +106,8 @@ class ForwarderTest(unittest.TestCase):
         self.fill_spool()
         self.assertEqual(pipeline.forward("spool", "--config", configuration, "--once").returncode, 0)
         text = (self.work / "forward.prom").read_text()
+        checked = subprocess.run([PROMTOOL, "check", "metrics"], input=text, capture_output=True, text=True)
+        self.assertEqual((checked.returncode, checked.stderr), (0, ""))
         figures = dict(re.findall(r"^(zt_\w+) (\S+)$", text, flags=re.MULTILINE))
         self.assertEqual(figures["zt_forward_read_records"], figures["zt_forward_delivered_records"])
         self.assertGreater(int(figures["zt_forward_delivered_records"]), 100)

@@ -14,6 +14,7 @@ int main(int count, char** arguments) {
     zt::fuzz::AddSampleSeeds(seeds);
     zt::fuzz::AddMachineSeeds(seeds, arguments[2]);
     zt::fuzz::AddDeviceSeeds(seeds);
+    zt::fuzz::AddFleetSeeds(seeds);
   } catch (const std::exception& error) {
     std::cerr << "write_seeds: " << error.what() << "\n";
     return 1;

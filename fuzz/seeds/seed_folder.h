@@ -38,4 +38,7 @@ void AddMachineSeeds(SeedFolder& seeds, const std::filesystem::path& profiles);
 /// Inputs in the layouts of the system: the firmware's table, answers of drivers.
 void AddDeviceSeeds(SeedFolder& seeds);
 
+/// Inputs from the records of a simulated machine, as gateways have them.
+void AddFleetSeeds(SeedFolder& seeds);
+
 }  // namespace zt::fuzz
