@@ -1,13 +1,15 @@
 #include "host/version.h"
 
-#include <string_view>
-
 #include "host/outbox/contract_version.h"
 
 namespace zt::telemetry::host {
 namespace {
 
-constexpr std::string_view kCommit = ZT_COMMIT;
+std::string CommitText() {
+  constexpr char kCommit[] = ZT_COMMIT;
+  const std::string told(kCommit);
+  return told.empty() ? "none was told to this build" : told;
+}
 
 }  // namespace
 
@@ -16,8 +18,8 @@ std::string ProgramAndVersion() {
 }
 
 std::string VersionText() {
-  return ProgramAndVersion() + "\ncommit    " + std::string(kCommit.empty() ? "none was told to this build" : kCommit) +
-         "\ncontract  " + ContractVersion() + "\ncompiler  " ZT_COMPILER;
+  return ProgramAndVersion() + "\ncommit    " + CommitText() + "\ncontract  " + ContractVersion() +
+         "\ncompiler  " ZT_COMPILER;
 }
 
 }  // namespace zt::telemetry::host
