@@ -157,6 +157,17 @@ class FlowTest(FleetCase):
         self.assertEqual(clickhouse.rows("SELECT machine, time, memory_clock_mhz AS mhz FROM zt.platform FINAL"),
                          [{"machine": "5CG1234567", "time": "2026-03-07 11:00:00", "mhz": 6400}])
 
+    def test_a_stored_record_of_an_outbox_is_of_the_machine_whose_outbox_it_is(self):
+        _, clickhouse = self.start()
+        outbox = self.work / "outbox"
+        made = subprocess.run([pipeline.programs() / "zt-telemetry-host", "simulate", "--hours", "3", "--outbox", outbox],
+                              capture_output=True, text=True)
+        self.assertEqual(made.returncode, 0, made.stderr)
+        done = pipeline.forward("outbox", "--config", self.configuration, outbox)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.platform") == 3, 60, "the stored records")
+        self.assertEqual(clickhouse.query("SELECT DISTINCT machine FROM zt.platform").strip(), '5CG0000001')
+
     def test_two_halves_of_an_hour_are_both_kept_and_one_sent_again_is_not(self):
         _, clickhouse = self.start()
         half = ('{{"handover":"send","type":"zt.telemetry.contract.upload.log.PcLogPerformanceSamplesAsCDM","record":'
