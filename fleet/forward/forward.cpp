@@ -83,7 +83,9 @@ class OutboxForwarder {
         dry_run_(dry_run),
         maker_(maker),
         sink_(sink),
-        counters_(counters) {}
+        counters_(counters) {
+    FindMachine();
+  }
 
   // False when not all of it was delivered.
   bool Run() {
@@ -94,6 +96,15 @@ class OutboxForwarder {
   }
 
  private:
+  // An outbox is one machine's: a record that names none is of the one that the newest of the others names.
+  void FindMachine() {
+    outbox_.ForEachNewestFirst([this](const host::KeptHandOver& kept) {
+      const MadeRecord made = maker_.OfBytes(kept.hand_over.message, kept.hand_over.bytes);
+      if (const auto* const record = std::get_if<Record>(&made)) machine_ = record->machine;
+      return machine_.empty();
+    });
+  }
+
   // How many were looked at; -1 when they were not delivered.
   std::int64_t ForwardBatch() {
     Delivery delivery;
@@ -127,9 +138,7 @@ class OutboxForwarder {
       return sink_.SendDead(*bad, name_ + ", hand-over " + std::to_string(kept.id), delivery);
     }
     auto& record = std::get<Record>(made);
-    // An outbox is one machine's: a record that names none is of the one that the others name.
     if (record.machine.empty()) record.machine = machine_;
-    machine_ = record.machine;
     ++counters_.records_read;
     counters_.bytes_read += static_cast<std::int64_t>(record.bytes.size());
     return sink_.Send(record, delivery);

@@ -17,6 +17,7 @@ constexpr std::int64_t kTickEvery = 500;  // records
 
 KafkaSink::KafkaSink(const Settings& settings, Counters& counters, std::ostream& log)
     : settings_(settings), counters_(counters), log_(log), producer_(settings.kafka, counters, log) {
+  WriteMetricsFile();  // says at once where it cannot be
   if (settings.metrics.port.has_value()) {
     port_.emplace(*settings.metrics.port);
     if (*settings.metrics.port == 0) {
@@ -71,7 +72,12 @@ void KafkaSink::TellMetrics() {
   if (now < metrics_due_) return;
   metrics_due_ = now + kMetricsEvery;
   counters_.waiting = producer_.Waiting();
-  WriteMetricsFile();
+  try {
+    WriteMetricsFile();
+  } catch (const std::exception& failure) {
+    // A disk that is full by now stops no record.
+    log_ << "zt-telemetry-forward: " << failure.what() << std::endl;
+  }
 }
 
 void KafkaSink::WriteMetricsFile() {

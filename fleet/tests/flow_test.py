@@ -85,7 +85,7 @@ class FleetCase(unittest.TestCase):
 
     def assert_account_balances(self, clickhouse, lines):
         expected = Expected(lines)
-        pipeline.wait_for(lambda: identities(clickhouse) >= len(expected.records), 180, "all records")
+        pipeline.wait_for(lambda: identities(clickhouse) >= len(expected.records), 600, "all records")
         pipeline.settle(clickhouse)
         for table, rows in expected.counts().items():
             self.assertEqual(clickhouse.number(f"SELECT count() FROM zt.{table} FINAL"), rows, table)
@@ -140,7 +140,7 @@ class FlowTest(FleetCase):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertFalse((self.spool / "mixed.jsonl").exists())
         self.assert_account_balances(clickhouse, lines)
-        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.dead_letters") == 2, 60, "dead letters")
+        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.dead_letters") == 2, 300, "dead letters")
         letters = clickhouse.rows("SELECT source, reason, message FROM zt.dead_letters ORDER BY source")
         self.assertEqual([row["source"] for row in letters], ["file mixed.jsonl, line 11", "file mixed.jsonl, line 12"])
         self.assertEqual([row["message"] for row in letters], ["no JSON at all", bad])
@@ -153,9 +153,20 @@ class FlowTest(FleetCase):
                 '"serial":"5CG1234567","record":{"localTime":"2026-03-07T11:00:00-03:00","memoryClockMhz":6400}}')
         done = pipeline.forward("stdin", "--config", self.configuration, input=line + "\n" + line)
         self.assertEqual(done.returncode, 0, done.stderr)
-        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.platform") > 0, 60, "the stored record")
+        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.platform") > 0, 300, "the stored record")
         self.assertEqual(clickhouse.rows("SELECT machine, time, memory_clock_mhz AS mhz FROM zt.platform FINAL"),
                          [{"machine": "5CG1234567", "time": "2026-03-07 11:00:00", "mhz": 6400}])
+
+    def test_a_stored_record_of_an_outbox_is_of_the_machine_whose_outbox_it_is(self):
+        _, clickhouse = self.start()
+        outbox = self.work / "outbox"
+        made = subprocess.run([pipeline.programs() / "zt-telemetry-host", "simulate", "--hours", "3", "--outbox", outbox],
+                              capture_output=True, text=True)
+        self.assertEqual(made.returncode, 0, made.stderr)
+        done = pipeline.forward("outbox", "--config", self.configuration, outbox)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.platform") == 3, 300, "the stored records")
+        self.assertEqual(clickhouse.query("SELECT DISTINCT machine FROM zt.platform").strip(), '5CG0000001')
 
     def test_two_halves_of_an_hour_are_both_kept_and_one_sent_again_is_not(self):
         _, clickhouse = self.start()
@@ -167,7 +178,7 @@ class FlowTest(FleetCase):
                  half.format("2026-03-07T12:30:00.000Z", 30)]
         done = pipeline.forward("stdin", "--config", self.configuration, input="\n".join(given))
         self.assertEqual(done.returncode, 0, done.stderr)
-        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.records") > 0, 60, "the records")
+        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.records") > 0, 300, "the records")
         pipeline.settle(clickhouse)
         self.assertEqual(clickhouse.rows("SELECT sample_points_actual AS n FROM zt.records FINAL ORDER BY n"),
                          [{"n": 29}, {"n": 30}])

@@ -113,6 +113,12 @@ class ForwarderTest(unittest.TestCase):
         self.assertGreater(int(figures["zt_forward_delivered_records"]), 100)
         self.assertEqual(figures["zt_forward_waiting_records"], "0")
 
+    def test_a_file_of_metrics_that_cannot_be_is_told_at_once(self):
+        configuration = self.start(metrics='file = "/nowhere/forward.prom"\n')
+        done = pipeline.forward("spool", "--config", configuration, "--once")
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("/nowhere/forward.prom", done.stderr)
+
     def test_what_an_outbox_keeps_is_delivered_once(self):
         configuration = self.start()
         outbox = self.work / "outbox"

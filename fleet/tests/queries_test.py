@@ -38,7 +38,7 @@ class QueriesTest(unittest.TestCase):
         cls.clickhouse.query(f"SET param_until = '{cls.fleet.end}'")
         pipeline.wait_for(
             lambda: cls.clickhouse.number("SELECT uniqExact(collection_id) FROM zt.records") == len(cls.fleet.records),
-            120, "all records")
+            600, "all records")
         pipeline.settle(cls.clickhouse)
 
     def check(self, name):
