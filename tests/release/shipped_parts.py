@@ -26,6 +26,7 @@ IN_PLUGIN = {"nlohmann-json3", "plog", "protobuf", "sqlite3", "utfcpp"}
 IN_HOST = IN_PLUGIN | {"cli11", "libsodium", "tomlplusplus"}
 OF_WINDOWS = {"gcc-mingw-w64", "mingw-w64"}
 OF_LINUX = {"gcc-12", "glibc", "linux"}
+NOT_HANDED_OUT = ("zt-telemetry-forward", "zt-kafka-stand-in")
 # Each stands in the copyright file of one of them.
 AUTHORS = ["Niels Lohmann", "Sergey Podobry", "Google", "Frank Denis", "Mark Gillard", "Henry", "Nemanja Trifunovic"]
 
@@ -235,7 +236,7 @@ def main():
     with tempfile.TemporaryDirectory() as name:
         folder = Folder(repo, build, pathlib.Path(name))
         for path in (build / machine).iterdir():
-            if path.is_file() and path.name.startswith(("zt-", "lib")):
+            if path.is_file() and path.name.startswith(("zt-", "lib")) and path.name not in NOT_HANDED_OUT:
                 folder.copy(path)
         (folder.path / "README.md").write_text("# Handed out\n", encoding="utf-8")
         wrong = list(broken_list(folder, machine == "real"))
