@@ -77,7 +77,10 @@ class Inventory:
                 if file.kind != binaries.ARCHIVE:
                     file.packages = self._packages_in(made)
                 return
-        for theirs in sorted(self.cache.glob(f"mingw-*/bin/{name}")):
+        # The cache keeps older ones that the same scripts/setup made: it is the one that it is equal to.
+        known = sorted(self.cache.glob(f"mingw-*/bin/{name}"))
+        if known:
+            theirs = next((one for one in known if binaries.code(one) == binaries.code(file.path)), known[-1])
             self._expect_the_same(file, theirs)
             file.packages, file.is_a_packages = self.packages.of([theirs]), True
             return

@@ -148,7 +148,7 @@ class PackageTest(unittest.TestCase):
         for file in (files / "bin").iterdir():
             self.assertEqual(known[f"bin/{file.name}"], hashlib.sha256(file.read_bytes()).hexdigest(), file.name)
         notices = (documents / "THIRD-PARTY-NOTICES.txt").read_text()
-        for name in ("protobuf", "sqlite3", "gcc-mingw-w64", "mingw-w64", "plog", "nlohmann-json3", "uplot"):
+        for name in ("protobuf", "sqlite3", "libsodium", "libplog-dev", "nlohmann-json3-dev", "uplot"):
             self.assertRegex(notices, rf"(?m)^{name}\b", name)
 
 
