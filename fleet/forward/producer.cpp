@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <string_view>
 #include <utility>
 
@@ -136,7 +137,14 @@ bool Producer::BuryRefused(const rd_kafka_message_t& message, Delivery& delivery
   ++counters_.bad_records;
   const BadRecord bad{std::string(static_cast<const char*>(message.payload), message.len),
                       std::string("the broker refuses it: ") + rd_kafka_err2str(message.err)};
-  return TrySendDead(bad, std::string("topic ") + rd_kafka_topic_name(message.rkt), delivery);
+  try {
+    return TrySendDead(bad, std::string("topic ") + rd_kafka_topic_name(message.rkt), delivery);
+  } catch (const std::exception& failure) {
+    // The client calls this, and is C: nothing may be thrown through it. The record counts as failed, and its file
+    // stays.
+    log_ << "zt-telemetry-forward: " << failure.what() << std::endl;
+    return false;
+  }
 }
 
 void Producer::OnError(rd_kafka_t* /*client*/, int error, const char* reason, void* opaque) {
