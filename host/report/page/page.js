@@ -16,7 +16,7 @@ import {DAY, numberText, timeText} from './times.js';
 /** @typedef {import('./data.js').Model} Model */
 
 const PRINT_WIDTH = 680;
-const SLICE = 60;  // milliseconds; a reader who scrolls or clicks meanwhile waits no longer
+const SLICE = 200;  // milliseconds: each slice costs a picture of the page, and a reader who clicks meanwhile waits no longer
 
 /** A plot with what stands around it: its names, its tables and its files. Drawn when it is first needed. */
 class PlotPart {
