@@ -1,98 +1,18 @@
 #include <gmock/gmock.h>
-#include <google/protobuf/util/delimited_message_util.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "host/failure.h"
-#include "performance_samples_upload.pb.h"
-#include "support/temporary_folder.h"
-#include "tests/host/program_run.h"
+#include "tests/host/report/report_of_records.h"
 
 namespace zt::telemetry::host {
 namespace {
 
-using contract::upload::log::PcLogPerformanceSamplesAsCDM;
 using nlohmann::json;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
-
-constexpr char kLineStart[] =
-    R"({"handover":"send","type":"zt.telemetry.contract.upload.log.PcLogPerformanceSamplesAsCDM","record":)";
-constexpr char kStoredStart[] =
-    R"({"handover":"store","type":"zt.telemetry.contract.storage.device_performance.AmdPmfSamples","record":)";
-constexpr char kBatteries[] = "PcLogPerformanceSamplesAsCDM.hw_info.batteries_info";
-
-std::string LiveLine(const std::string& serial, const std::string& time, const std::string& figures = "{}") {
-  const std::string local_time = time + ".000Z";
-  return kLineStart + std::string(R"({"collectionId":")") + (serial + "_" + local_time).substr(0, 30) +
-         R"(","localTime":")" + local_time + R"(","hwInfo":)" + figures + "}}\n";
-}
-
-std::string HourlyLine(const std::string& id) {
-  return kLineStart + std::string(R"({"collectionId":")") + id + R"(","localTime":"2026-03-07T20:00:00.000Z",)" +
-         R"("hwInfo":{"systemBoardInfo":{"temperatureSensorsInfo":[{"sensorName":"ext_sensor","temperatureCelsius":21}]}}}})" +
-         "\n";
-}
-
-std::vector<json> Unpacked(const json& packed) {
-  if (packed.contains("values")) return packed.at("values");
-  std::vector<json> values;
-  const json& runs = packed.at("runs");
-  for (std::size_t i = 0; i < runs.size(); i += 2) values.insert(values.end(), runs[i + 1].get<std::size_t>(), runs[i]);
-  return values;
-}
-
-const json& Named(const json& list, const std::string& path) {
-  for (const json& one : list) {
-    if (one.at("path") == path) return one;
-  }
-  throw std::runtime_error("nothing has the path " + path);
-}
-
-class ReportTest : public testing::Test {
- protected:
-  ProgramRun Report(const std::string& lines, std::vector<std::string> options = {}) {
-    WriteFile(folder_.Path() / "records.jsonl", lines);
-    return ReportOf({folder_.File("records.jsonl")}, std::move(options));
-  }
-
-  ProgramRun ReportOf(const std::vector<std::string>& files, std::vector<std::string> options = {}) {
-    options.insert(options.begin(), {"report", "--output", folder_.File("report.html"), "--records"});
-    options.insert(options.begin() + 4, files.begin(), files.end());
-    return RunProgram(options);
-  }
-
-  // With the records; what was begun and not finished would be one more.
-  std::ptrdiff_t FilesInFolder() const {
-    return std::distance(std::filesystem::directory_iterator(folder_.Path()), std::filesystem::directory_iterator());
-  }
-
-  std::string Page(const std::string& name = "report.html") const { return ReadFile(folder_.Path() / name); }
-
-  // What stands in the page's data element.
-  std::string DataText(const std::string& name = "report.html") const {
-    const std::string page = Page(name);
-    const std::string start = R"(<script id="data" type="application/json">)";
-    const std::size_t begin = page.find(start) + start.size();
-    return page.substr(begin, page.find("</script>", begin) - begin);
-  }
-
-  json Data(const std::string& name = "report.html") const { return json::parse(DataText(name)); }
-
-  std::vector<json> Column(const std::string& table, const std::string& column) const {
-    const json found = Named(Named(Data().at("tables"), table).at("columns"), column);
-    std::vector<json> values = Unpacked(found.at("data"));
-    if (!found.contains("texts")) return values;
-    for (json& value : values) value = value.is_null() ? value : found.at("texts").at(value.get<std::size_t>());
-    return values;
-  }
-
-  zt::tests::TemporaryFolder folder_;
-};
 
 TEST_F(ReportTest, TellsWhatItHasWritten) {
   const ProgramRun run = Report(LiveLine("5CG1", "2026-03-07T14:00:30"));
@@ -221,41 +141,6 @@ TEST_F(ReportTest, FromAndToAreByTheMachinesClock) {
   EXPECT_THAT(run.err, HasSubstr("there is no record to report"));
 }
 
-TEST_F(ReportTest, BrokenLinesAreToldWithTheirPlaceAndTheRestIsShown) {
-  const ProgramRun run =
-      Report("{\"handover\":\n" + LiveLine("5CG1", "2026-03-07T14:00:00") +
-             R"({"handover":"send","type":"no.such.Type","record":{}})" + "\n" +
-             R"({"handover":"send","type":"text","text":"hello"})" + "\n[1]\n" + R"({"type":"a"})" + "\n");
-  EXPECT_EQ(run.exit_code, kExitFailed);
-  EXPECT_THAT(run.err, AllOf(HasSubstr("records.jsonl, line 1: this is no JSON"),
-                             HasSubstr("line 3: the record type \"no.such.Type\" is unknown"),
-                             HasSubstr("line 5: this is no JSON object"), HasSubstr("line 6: \"record\" is missing"),
-                             HasSubstr("expected a hand-over as one line of JSON")));
-  EXPECT_THAT(run.out, HasSubstr("1 record of 5CG1"));
-  EXPECT_THAT(Data().at("notices"), SizeIs(5));
-}
-
-TEST_F(ReportTest, ThousandsOfBrokenLinesAreCounted) {
-  std::string lines = LiveLine("5CG1", "2026-03-07T14:00:00");
-  for (int i = 0; i < 1000; ++i) lines += "x\n";
-  const ProgramRun run = Report(lines);
-  EXPECT_THAT(Lines(run.err), SizeIs(21));
-  EXPECT_THAT(run.err, HasSubstr("and 980 more that could not be read"));
-}
-
-TEST_F(ReportTest, JsonThatIsNestedWithoutEndIsABrokenLine) {
-  const ProgramRun run = Report(LiveLine("5CG1", "2026-03-07T14:00:00") + std::string(1'000'000, '['));
-  EXPECT_EQ(run.exit_code, kExitFailed);
-  EXPECT_THAT(run.err, HasSubstr("line 2: "));
-}
-
-TEST_F(ReportTest, FieldsOfANewerCollectorAreToldOfAndTheRestIsShown) {
-  const ProgramRun run =
-      Report(LiveLine("5CG1", "2026-03-07T14:00:00", R"({"newerInfo":1,"batteriesInfo":[{"cycleCount":7}]})"));
-  EXPECT_THAT(run.err, HasSubstr("line 1: the record has fields that this program does not know"));
-  EXPECT_THAT(Column(kBatteries, "cycle_count"), ElementsAre(7));
-}
-
 TEST_F(ReportTest, TextsOutOfTheRecordsCannotEndTheirElement) {
   Report(
       LiveLine("5CG1", "2026-03-07T14:00:00",
@@ -287,76 +172,6 @@ TEST_F(ReportTest, ARecordWithoutATimeIsToldOf) {
          "\n");
   const ProgramRun run = ReportOf({folder_.File("records.jsonl")}, {"--serial", "5CG1"});
   EXPECT_THAT(Data().at("notices").dump(), HasSubstr("1 record is left out, having no readable time"));
-}
-
-std::string Delimited(const PcLogPerformanceSamplesAsCDM& record) {
-  std::ostringstream stream;
-  google::protobuf::util::SerializeDelimitedToOstream(record, &stream);
-  return stream.str();
-}
-
-PcLogPerformanceSamplesAsCDM LiveRecord(const std::string& serial) {
-  PcLogPerformanceSamplesAsCDM record;
-  record.set_collection_id(serial + "_2026-03-07T14:00:00.000Z");
-  record.set_local_time("2026-03-07T14:00:00.000Z");
-  record.mutable_hw_info()->add_batteries_info()->set_cycle_count(7);
-  return record;
-}
-
-TEST_F(ReportTest, ReadsRecordsBehindTheirLengths) {
-  const ProgramRun run = Report(Delimited(LiveRecord("5CG1")) + Delimited(LiveRecord("5CG1")));
-  EXPECT_EQ(run.exit_code, kExitDone) << run.err;
-  EXPECT_THAT(Column(kBatteries, "cycle_count"), ElementsAre(7));
-}
-
-// Its length is the brace with which lines of JSON begin.
-TEST_F(ReportTest, ReadsARecordOf123Bytes) {
-  PcLogPerformanceSamplesAsCDM record = LiveRecord("5CG1");
-  while (record.ByteSizeLong() < '{')
-    record.mutable_hw_info()->mutable_batteries_info(0)->mutable_charge_state()->push_back('x');
-  ASSERT_EQ(record.ByteSizeLong(), std::size_t{'{'});
-  const ProgramRun run = Report(Delimited(record));
-  EXPECT_EQ(run.exit_code, kExitDone) << run.err;
-}
-
-TEST_F(ReportTest, ABrokenRecordIsToldWithItsPlaceAndTheRestIsShown) {
-  const std::string good = Delimited(LiveRecord("5CG1"));
-  const ProgramRun run = Report(good + std::string("\x02\xFF\xFF", 3) + good.substr(0, good.size() - 5));
-  EXPECT_EQ(run.exit_code, kExitFailed);
-  EXPECT_THAT(run.err,
-              AllOf(HasSubstr("record 2 at byte " + std::to_string(good.size()) + ": these bytes are no such record"),
-                    HasSubstr("record 3 at byte " + std::to_string(good.size() + 3) + ": the file ends before")));
-  EXPECT_THAT(run.out, HasSubstr("1 record of 5CG1"));
-}
-
-TEST_F(ReportTest, ATextOfARecordInProtobufsFormThatIsNoUtf8IsShownMended) {
-  std::string bytes = Delimited(LiveRecord("5CG@"));
-  bytes.replace(bytes.find('@'), 1, "\xFF");
-  const ProgramRun run = Report(bytes);
-  EXPECT_EQ(run.exit_code, kExitDone) << run.err;
-  EXPECT_EQ(Data().at("machine").at("serial"), "5CG\xEF\xBF\xBD");
-}
-
-TEST_F(ReportTest, ReadsAnOutboxAndWhatItExportsAlike) {
-  RunProgram({"seed", "--database-dir", folder_.File("d"), "--hours", "2", "--until", "2026-03-07T14:00:00Z"});
-  RunProgram({"collect", "--machine", "convertible-laptop", "--database-dir", folder_.File("d"), "--outbox",
-              folder_.File("o")});
-  RunProgram({"outbox", "export", "--outbox", folder_.File("o"), "--output", folder_.File("o.jsonl")});
-  const ProgramRun run = RunProgram({"report", "--outbox", folder_.File("o"), "--output", folder_.File("report.html")});
-  EXPECT_EQ(run.exit_code, kExitDone) << run.err;
-  EXPECT_THAT(run.out, HasSubstr("6 records of"));
-  const std::string of_outbox = DataText();
-  ReportOf({folder_.File("o.jsonl")});
-  EXPECT_EQ(DataText(), of_outbox);
-}
-
-TEST_F(ReportTest, WithoutAnInputItReadsTheOutboxOfTheConfiguration) {
-  WriteFile(folder_.Path() / "host.toml", "[outbox]\nfolder = \"box\"\n");
-  RunProgram({"simulate", "--hours", "2", "--until", "2026-03-07T14:00:00Z", "--outbox", folder_.File("box")});
-  const ProgramRun run =
-      RunProgram({"report", "--config", folder_.File("host.toml"), "--output", folder_.File("report.html")});
-  EXPECT_EQ(run.exit_code, kExitDone) << run.err;
-  EXPECT_THAT(run.out, HasSubstr(": 4 records of 5CG0000001"));
 }
 
 TEST_F(ReportTest, OfRecordsWithoutASerialNumberItStillIsOneReport) {
