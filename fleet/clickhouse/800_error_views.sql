@@ -5,6 +5,24 @@ SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition A
 FROM zt.upload_queue
 WHERE _error != '';
 
+CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_broken_messages_upload_live TO zt.broken_messages AS
+SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition AS partition, _offset AS place,
+    _key AS machine, _error AS error, _raw_message AS message
+FROM zt.upload_live_queue
+WHERE _error != '';
+
+CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_broken_messages_upload_thermal TO zt.broken_messages AS
+SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition AS partition, _offset AS place,
+    _key AS machine, _error AS error, _raw_message AS message
+FROM zt.upload_thermal_queue
+WHERE _error != '';
+
+CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_broken_messages_upload_network TO zt.broken_messages AS
+SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition AS partition, _offset AS place,
+    _key AS machine, _error AS error, _raw_message AS message
+FROM zt.upload_network_queue
+WHERE _error != '';
+
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_broken_messages_storage TO zt.broken_messages AS
 SELECT ifNull(_timestamp, now('UTC')) AS received, _topic AS topic, _partition AS partition, _offset AS place,
     _key AS machine, _error AS error, _raw_message AS message

@@ -46,6 +46,9 @@ struct Producer::Headers {
 
 Producer::Producer(const KafkaSettings& kafka, Counters& counters, std::ostream& log)
     : kafka_(kafka), counters_(counters), log_(log), storage_type_(StorageType()) {
+  for (std::size_t topic = 0; topic < upload_topics_.size(); ++topic) {
+    upload_topics_.at(topic) = kafka.upload_topic + std::string(kUploadTopicSuffixes.at(topic));
+  }
   ClientConfiguration configuration = ConfigurationOf(kafka);
   rd_kafka_conf_set_opaque(configuration.get(), this);
   rd_kafka_conf_set_dr_msg_cb(configuration.get(), OnDelivery);
@@ -72,8 +75,14 @@ bool Producer::TrySend(const Record& record, Delivery& delivery) {
   headers.Add("zt-contract-version", record.contract_version);
   headers.Add("zt-collection-id", record.collection_id);
   headers.Add("zt-part", record.part);
-  const std::string& topic = record.type == storage_type_ ? kafka_.storage_topic : kafka_.upload_topic;
-  return Produce(topic, record.machine, record.bytes.data(), record.bytes.size(), std::move(headers), delivery);
+  return Produce(TopicOf(record), record.machine, record.bytes.data(), record.bytes.size(), std::move(headers),
+                 delivery);
+}
+
+const std::string& Producer::TopicOf(const Record& record) const {
+  if (record.type == storage_type_) return kafka_.storage_topic;
+  if (!kafka_.upload_topics_by_kind) return kafka_.upload_topic;
+  return upload_topics_.at(static_cast<std::size_t>(record.topic));
 }
 
 bool Producer::TrySendDead(const BadRecord& bad, const std::string& source, Delivery& delivery) {

@@ -2,6 +2,7 @@
 
 #include <librdkafka/rdkafka.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -49,12 +50,14 @@ class Producer {
   bool BuryRefused(const rd_kafka_message_t& message, Delivery& delivery);
   bool Produce(const std::string& topic, const std::string& key, const void* bytes, std::size_t size, Headers headers,
                Delivery& delivery);
+  const std::string& TopicOf(const Record& record) const;
   void RequireNoFatalError() const;
 
   const KafkaSettings& kafka_;
   Counters& counters_;
   std::ostream& log_;
   std::string storage_type_;
+  std::array<std::string, kUploadTopicSuffixes.size()> upload_topics_;
   std::string last_complaint_;
   bool abandoned_ = false;  // nobody looks at the deliveries any more
   std::unique_ptr<rd_kafka_t, Destroy> client_;

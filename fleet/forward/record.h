@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "fleet/forward/upload_topic.h"
+
 namespace zt::telemetry::fleet {
 
 /// A record on its way to Kafka.
@@ -13,6 +15,7 @@ struct Record {
   std::string contract_version;  // of the program that made it
   /// Sixteen hexadecimal digits: the same for a record that is sent again, another one for a record of other samples.
   std::string part;
+  UploadTopic topic = UploadTopic::kMixed;  // of an upload record
 };
 
 /// What was given and is no record.

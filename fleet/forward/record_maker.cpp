@@ -100,8 +100,10 @@ Record RecordMaker::Described(const Message& record, std::string_view bytes, con
   described.type = record.GetTypeName();
   described.bytes = bytes;
   described.machine = MachineKey(identity.serial);
-  if (const auto* const upload = dynamic_cast<const Upload*>(&record))
+  if (const auto* const upload = dynamic_cast<const Upload*>(&record)) {
     described.collection_id = upload->collection_id();
+    described.topic = UploadTopicOf(*upload);
+  }
   described.contract_version = version.empty() ? contract_version_ : version;
   described.part = PartOf(record, bytes, identity);
   return described;

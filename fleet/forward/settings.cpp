@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "fleet/forward/client_configuration.h"
+#include "fleet/forward/upload_topic.h"
 #include "host/configuration/toml_settings.h"
 #include "host/failure.h"
 #include "host/outbox/contract_version.h"
@@ -46,13 +47,28 @@ bool IsTopic(std::string_view name) {
          std::ranges::all_of(name, fits);
 }
 
-Reader TopicReader(std::string& setting) {
-  return [&setting](const TomlValue& value) {
+// What may follow a name that records' topics are made of.
+std::size_t LongestSuffix() {
+  return std::ranges::max(kUploadTopicSuffixes, {}, &std::string_view::size).size();
+}
+
+// `suffix`: how many characters are added to the name.
+Reader TopicReader(std::string& setting, std::size_t suffix = 0) {
+  return [&setting, longest = kLongestTopic - suffix](const TomlValue& value) {
     const auto* const text = value.Node().as_string();
-    if (text == nullptr || !IsTopic(text->get())) {
-      return value.Expected("the name of a topic: at most 249 letters, digits, \".\", \"_\" and \"-\"");
+    if (text == nullptr || !IsTopic(text->get()) || text->get().size() > longest) {
+      return value.Expected("the name of a topic: at most " + std::to_string(longest) +
+                            " letters, digits, \".\", \"_\" and \"-\"");
     }
     setting = text->get();
+  };
+}
+
+Reader FlagReader(bool& setting) {
+  return [&setting](const TomlValue& value) {
+    const auto* const flag = value.Node().as_boolean();
+    if (flag == nullptr) return value.Expected("true or false");
+    setting = flag->get();
   };
 }
 
@@ -161,7 +177,8 @@ PropertyReader PropertyInFile(const fs::path& file, KafkaSettings& kafka) {
 
 TomlReaders KafkaReaders(const fs::path& file, KafkaSettings& kafka, std::vector<ConfigurationProblem>& problems) {
   return {{"brokers", TextReader(kafka.brokers, "the brokers as a text such as \"kafka1:9092,kafka2:9092\"")},
-          {"upload_topic", TopicReader(kafka.upload_topic)},
+          {"upload_topic", TopicReader(kafka.upload_topic, LongestSuffix())},
+          {"upload_topics_by_kind", FlagReader(kafka.upload_topics_by_kind)},
           {"storage_topic", TopicReader(kafka.storage_topic)},
           {"dead_letter_topic", TopicReader(kafka.dead_letter_topic)},
           {"compression", CompressionReader(kafka.compression)},
@@ -243,6 +260,7 @@ std::string SettingsText(const Settings& settings) {
   };
   line("kafka.brokers", kafka.brokers);
   line("kafka.upload_topic", kafka.upload_topic);
+  line("kafka.upload_topics_by_kind", kafka.upload_topics_by_kind ? "true" : "false");
   line("kafka.storage_topic", kafka.storage_topic);
   line("kafka.dead_letter_topic", kafka.dead_letter_topic);
   line("kafka.compression", kafka.compression);

@@ -21,6 +21,7 @@ struct ClientProperty {
 struct KafkaSettings {
   std::string brokers;  // "host:port", several joined by commas
   std::string upload_topic = "zt.upload";
+  bool upload_topics_by_kind = true;  // records of one kind alone go to that name with ".live", ".thermal", ".network"
   std::string storage_topic = "zt.storage";
   std::string dead_letter_topic = "zt.dead-letter";
   std::string compression = "lz4";

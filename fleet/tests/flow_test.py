@@ -115,6 +115,37 @@ class FlowTest(FleetCase):
             self.assertEqual(done.returncode, 0, done.stderr)
         self.assert_account_balances(clickhouse, lines)
 
+    def test_records_of_a_kind_come_by_its_topic(self):
+        _, clickhouse = self.start()
+        done = pipeline.forward("stdin", "--config", self.configuration, input="\n".join(self.lines()))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        pipeline.wait_for(lambda: clickhouse.number("SELECT uniqExact(kind) FROM zt.records") == 3, 300, "all kinds")
+        pipeline.settle(clickhouse)
+        self.assertEqual(clickhouse.rows("SELECT DISTINCT kind, topic FROM zt.records ORDER BY kind"),
+                         [{"kind": kind, "topic": f"zt.upload.{kind}"} for kind in ("live", "thermal", "network")])
+
+    def test_one_topic_for_records_of_all_kinds_comes_to_the_same_rows(self):
+        brokers, clickhouse = self.start()
+        pipeline.write_configuration(self.configuration, brokers.addresses, kafka="upload_topics_by_kind = false\n")
+        lines = self.lines()
+        done = pipeline.forward("stdin", "--config", self.configuration, input="\n".join(lines))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assert_account_balances(clickhouse, lines)
+        self.assertEqual(clickhouse.query("SELECT DISTINCT topic FROM zt.records").strip(), "zt.upload")
+
+    def test_a_record_with_sections_of_two_kinds_stands_whole(self):
+        _, clickhouse = self.start()
+        line = ('{"handover":"send","type":"zt.telemetry.contract.upload.log.PcLogPerformanceSamplesAsCDM","record":'
+                '{"collectionId":"5CG1234567_2026-03-07T12:00:00","localTime":"2026-03-07T12:00:00.000Z","hwInfo":'
+                '{"batteriesInfo":[{"cycleCount":7}],"fansInfo":[{"fanId":1,"fanStatisticsInfo":[{"fanStatName":'
+                '"tach_current","fanStatValue":9}]}]}}}')
+        done = pipeline.forward("stdin", "--config", self.configuration, input=line)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        pipeline.wait_for(lambda: clickhouse.number("SELECT count() FROM zt.fans") > 0, 300, "the fan")
+        pipeline.settle(clickhouse)
+        self.assertEqual(clickhouse.query("SELECT topic FROM zt.records").strip(), "zt.upload")
+        self.assertEqual(clickhouse.number("SELECT cycle_count FROM zt.batteries"), 7)
+
     def test_a_broken_message_stands_in_the_errors_and_stops_nothing(self):
         brokers, clickhouse = self.start(partitions={"zt.upload": 1})
         lines = self.lines("--raw")

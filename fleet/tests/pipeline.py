@@ -13,7 +13,8 @@ REPOSITORY = pathlib.Path(__file__).resolve().parent.parent.parent
 SQL = REPOSITORY / "fleet" / "clickhouse"
 QUERIES = REPOSITORY / "fleet" / "queries"
 TOPICS = {"upload_topic": "zt.upload", "storage_topic": "zt.storage", "dead_letter_topic": "zt.dead-letter"}
-PARTITIONS = {"zt.upload": 24, "zt.storage": 6, "zt.dead-letter": 1}
+PARTITIONS = {"zt.upload": 24, "zt.upload.live": 24, "zt.upload.thermal": 24, "zt.upload.network": 24, "zt.storage": 6,
+              "zt.dead-letter": 1}
 
 
 def programs() -> pathlib.Path:

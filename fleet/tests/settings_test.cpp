@@ -32,7 +32,16 @@ TEST(SettingsTest, NeedNoMoreThanBrokers) {
   const Settings settings = SettingsOf(kBrokers);
   EXPECT_EQ(settings.kafka.brokers, "kafka1:9092");
   EXPECT_EQ(settings.kafka.upload_topic, "zt.upload");
+  EXPECT_TRUE(settings.kafka.upload_topics_by_kind);
   EXPECT_EQ(settings.contract_version, "1.0");
+}
+
+TEST(SettingsTest, LeaveRoomForTheKindBehindTheNameOfATopic) {
+  const auto with_name = [](std::size_t length) {
+    return std::string(kBrokers) + "upload_topic = \"" + std::string(length, 'a') + "\"\n";
+  };
+  EXPECT_EQ(ProblemsOf(with_name(241)), "");
+  EXPECT_NE(ProblemsOf(with_name(242)).find("at most 241 letters"), std::string::npos);
 }
 
 TEST(SettingsTest, AreWrongWithoutBrokers) {
@@ -48,17 +57,19 @@ TEST(SettingsTest, TakePathsFromTheirOwnFolder) {
 
 TEST(SettingsTest, TellEachMistakeWithItsLine) {
   EXPECT_EQ(
-      ProblemsOf("[kafka]\nbrokers = 7\ncompression = \"gzip\"\nupload_topic = \"a b\"\nqueue_messages = 0\n"
-                 "typo = 1\n[spool]\nretry_seconds = \"soon\"\n[metrics]\nport = 70000\n"),
+      ProblemsOf(
+          "[kafka]\nbrokers = 7\ncompression = \"gzip\"\nupload_topic = \"a b\"\nqueue_messages = 0\n"
+          "typo = 1\nupload_topics_by_kind = \"yes\"\n[spool]\nretry_seconds = \"soon\"\n[metrics]\nport = 70000\n"),
       "2 kafka.brokers: expected the brokers as a text such as \"kafka1:9092,kafka2:9092\", but got 7\n"
       "3 kafka.compression: expected \"none\", \"lz4\" or \"zstd\", but got \"gzip\"\n"
-      "4 kafka.upload_topic: expected the name of a topic: at most 249 letters, digits, \".\", \"_\" and \"-\", but "
+      "4 kafka.upload_topic: expected the name of a topic: at most 241 letters, digits, \".\", \"_\" and \"-\", but "
       "got \"a b\"\n"
       "5 kafka.queue_messages: expected a whole number from 1 to 10000000, but got 0\n"
-      "6 kafka.typo: there is no such key; expected one of brokers, upload_topic, storage_topic, "
-      "dead_letter_topic, compression, queue_messages, queue_kibibytes, client, client_files\n"
-      "8 spool.retry_seconds: expected a whole number from 1 to 86400, but got \"soon\"\n"
-      "10 metrics.port: expected a whole number from 0 to 65535, but got 70000\n");
+      "6 kafka.typo: there is no such key; expected one of brokers, upload_topic, upload_topics_by_kind, "
+      "storage_topic, dead_letter_topic, compression, queue_messages, queue_kibibytes, client, client_files\n"
+      "7 kafka.upload_topics_by_kind: expected true or false, but got \"yes\"\n"
+      "9 spool.retry_seconds: expected a whole number from 1 to 86400, but got \"soon\"\n"
+      "11 metrics.port: expected a whole number from 0 to 65535, but got 70000\n");
 }
 
 TEST(SettingsTest, PassPropertiesOfTheClientOnInBothWaysOfWritingThem) {

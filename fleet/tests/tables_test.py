@@ -30,6 +30,10 @@ class TablesTest(unittest.TestCase):
     def check(self, root):
         return subprocess.run([sys.executable, root / "scripts/fleet-tables", "--check"], capture_output=True, text=True)
 
+    def add_tyres(self, root):
+        self.change(root, HARDWARE, HARDWARE + "    message Tyre {\n  " + NEW_FIELD + "    }\n"
+                    "    // The tyres.\n    repeated Tyre tyres = 98;\n")
+
     def change(self, root, old, new):
         proto = root / "contracts/performance_samples_upload.proto"
         text = proto.read_text()
@@ -49,11 +53,19 @@ class TablesTest(unittest.TestCase):
 
     def test_a_new_message_without_a_table_is_told(self):
         root = self.tree()
-        self.change(root, HARDWARE, HARDWARE + "    message Tyre {\n  " + NEW_FIELD + "    }\n"
-                    "    // The tyres.\n    repeated Tyre tyres = 98;\n")
+        self.add_tyres(root)
         done = self.check(root)
         self.assertEqual(done.returncode, 1)
         self.assertIn("no table for hw_info.tyres", done.stderr)
+
+    def test_a_new_section_of_no_kind_of_record_is_told(self):
+        root = self.tree()
+        self.add_tyres(root)
+        script = root / "scripts/fleet-tables"
+        script.write_text(script.read_text().replace("TABLES = [", 'TABLES = [Table("tyres", "Tyres", "hw_info.tyres"),', 1))
+        done = self.check(root)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("no kind of record for hw_info.tyres", done.stderr)
 
     def test_a_new_field_beside_the_sections_is_told(self):
         root = self.tree()

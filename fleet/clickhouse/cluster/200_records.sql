@@ -9,6 +9,7 @@ CREATE TABLE IF NOT EXISTS zt.records ON CLUSTER '{cluster}'
     kind Enum8('live' = 0, 'thermal' = 1, 'network' = 2) CODEC(ZSTD(1)),
     part String COMMENT 'of the samples that it is made of' CODEC(ZSTD(1)),
     contract_version LowCardinality(String) CODEC(ZSTD(1)),
+    topic LowCardinality(String) COMMENT 'that the forwarder gave it to' CODEC(ZSTD(1)),
     partition UInt32 COMMENT 'of the topic' CODEC(ZSTD(1)),
     place UInt64 COMMENT 'in that partition' CODEC(Delta, ZSTD(1)),
     local_time LowCardinality(Nullable(String)) COMMENT 'local time' CODEC(ZSTD(1)),

@@ -1,7 +1,7 @@
 -- Written by scripts/fleet-tables from contracts/: change that, or what the script says, and run it again.
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_records ON CLUSTER '{cluster}' TO zt_all.records AS
 SELECT machine, time, received, record_id,
-    kind, part, contract_version, partition, place, collection_id, local_time, sample_points_actual
+    kind, part, contract_version, topic, partition, place, collection_id, local_time, sample_points_actual
 FROM zt.upload_incoming;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_batteries ON CLUSTER '{cluster}' TO zt_all.batteries AS
@@ -23,7 +23,7 @@ SELECT machine, time, received, record_id,
     item.battery_serial_number AS battery_serial_number,
     item.charge_state AS charge_state
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.batteries_info AS item, arrayEnumerate(hw_info.batteries_info) AS entry;
+ARRAY JOIN batteries_info AS item, arrayEnumerate(batteries_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_processors ON CLUSTER '{cluster}' TO zt_all.processors AS
 SELECT machine, time, received, record_id,
@@ -31,7 +31,7 @@ SELECT machine, time, received, record_id,
     item.utilization_percent AS utilization_percent,
     item.device_id AS device_id
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.cpus_info AS item, arrayEnumerate(hw_info.cpus_info) AS entry;
+ARRAY JOIN cpus_info AS item, arrayEnumerate(cpus_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_temperatures_processor ON CLUSTER '{cluster}' TO zt_all.temperatures AS
 SELECT machine, time, received, record_id,
@@ -43,7 +43,7 @@ SELECT machine, time, received, record_id,
 FROM (
     SELECT machine, time, received, record_id, outer_item, outer_entry
     FROM zt.upload_incoming
-    ARRAY JOIN hw_info.cpus_info AS outer_item, arrayEnumerate(hw_info.cpus_info) AS outer_entry
+    ARRAY JOIN cpus_info AS outer_item, arrayEnumerate(cpus_info) AS outer_entry
 )
 ARRAY JOIN outer_item.temperature_sensors_info AS item, arrayEnumerate(outer_item.temperature_sensors_info) AS entry;
 
@@ -55,7 +55,7 @@ SELECT machine, time, received, record_id,
     item.temperature_celsius AS temperature_celsius,
     item.sensor_name AS sensor_name
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.system_board_info.temperature_sensors_info AS item, arrayEnumerate(hw_info.system_board_info.temperature_sensors_info) AS entry;
+ARRAY JOIN system_board_info.temperature_sensors_info AS item, arrayEnumerate(system_board_info.temperature_sensors_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_temperatures_npu ON CLUSTER '{cluster}' TO zt_all.temperatures AS
 SELECT machine, time, received, record_id,
@@ -67,14 +67,14 @@ SELECT machine, time, received, record_id,
 FROM (
     SELECT machine, time, received, record_id, outer_item, outer_entry
     FROM zt.upload_incoming
-    ARRAY JOIN hw_info.npus_info AS outer_item, arrayEnumerate(hw_info.npus_info) AS outer_entry
+    ARRAY JOIN npus_info AS outer_item, arrayEnumerate(npus_info) AS outer_entry
 )
 ARRAY JOIN outer_item.temperature_sensors_info AS item, arrayEnumerate(outer_item.temperature_sensors_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_postures ON CLUSTER '{cluster}' TO zt_all.postures AS
 SELECT machine, time, received, record_id,
     item.device_mode AS device_mode
-FROM (SELECT machine, time, received, record_id, hw_info.device_state AS item FROM zt.upload_incoming)
+FROM (SELECT machine, time, received, record_id, device_state AS item FROM zt.upload_incoming)
 WHERE isNotNull(item.device_mode);
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_fans ON CLUSTER '{cluster}' TO zt_all.fans AS
@@ -87,7 +87,7 @@ SELECT machine, time, received, record_id,
 FROM (
     SELECT machine, time, received, record_id, outer_item, outer_entry
     FROM zt.upload_incoming
-    ARRAY JOIN hw_info.fans_info AS outer_item, arrayEnumerate(hw_info.fans_info) AS outer_entry
+    ARRAY JOIN fans_info AS outer_item, arrayEnumerate(fans_info) AS outer_entry
 )
 ARRAY JOIN outer_item.fan_statistics_info AS item, arrayEnumerate(outer_item.fan_statistics_info) AS entry;
 
@@ -108,7 +108,7 @@ SELECT machine, time, received, record_id,
     item.graphics_card_serial_number AS graphics_card_serial_number,
     item.performance_capped_reason AS performance_capped_reason
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.gpus_info AS item, arrayEnumerate(hw_info.gpus_info) AS entry;
+ARRAY JOIN gpus_info AS item, arrayEnumerate(gpus_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_networks ON CLUSTER '{cluster}' TO zt_all.networks AS
 SELECT machine, time, received, record_id,
@@ -119,7 +119,7 @@ SELECT machine, time, received, record_id,
     item.has_internet_access AS has_internet_access,
     item.has_network_access AS has_network_access,
     item.is_vpn_connected AS is_vpn_connected
-FROM (SELECT machine, time, received, record_id, hw_info.network_info AS item FROM zt.upload_incoming)
+FROM (SELECT machine, time, received, record_id, network_info AS item FROM zt.upload_incoming)
 WHERE isNotNull(item.tcp_i_p_v4_stats_info.current_connections) OR isNotNull(item.tcp_i_p_v4_stats_info.failed_connections) OR isNotNull(item.tcp_i_p_v4_stats_info.errors_received) OR isNotNull(item.tcp_i_p_v6_stats_info.failed_connections) OR isNotNull(item.has_internet_access) OR isNotNull(item.has_network_access) OR isNotNull(item.is_vpn_connected);
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_interfaces ON CLUSTER '{cluster}' TO zt_all.interfaces AS
@@ -141,7 +141,7 @@ SELECT machine, time, received, record_id,
     item.is_managed_network AS is_managed_network,
     item.radio_type AS radio_type
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.network_info.interfaces_info AS item, arrayEnumerate(hw_info.network_info.interfaces_info) AS entry;
+ARRAY JOIN network_info.interfaces_info AS item, arrayEnumerate(network_info.interfaces_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_profiles ON CLUSTER '{cluster}' TO zt_all.profiles AS
 SELECT machine, time, received, record_id,
@@ -155,7 +155,7 @@ SELECT machine, time, received, record_id,
 FROM (
     SELECT machine, time, received, record_id, outer_item, outer_entry
     FROM zt.upload_incoming
-    ARRAY JOIN hw_info.network_info.interfaces_info AS outer_item, arrayEnumerate(hw_info.network_info.interfaces_info) AS outer_entry
+    ARRAY JOIN network_info.interfaces_info AS outer_item, arrayEnumerate(network_info.interfaces_info) AS outer_entry
 )
 ARRAY JOIN outer_item.w_lan_profiles AS item, arrayEnumerate(outer_item.w_lan_profiles) AS entry;
 
@@ -169,7 +169,7 @@ SELECT machine, time, received, record_id,
     item.npus_clock_mhz AS npus_clock_mhz,
     item.device_id AS device_id
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.npus_info AS item, arrayEnumerate(hw_info.npus_info) AS entry;
+ARRAY JOIN npus_info AS item, arrayEnumerate(npus_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_drives ON CLUSTER '{cluster}' TO zt_all.drives AS
 SELECT machine, time, received, record_id,
@@ -177,7 +177,7 @@ SELECT machine, time, received, record_id,
     item.utilization_percent AS utilization_percent,
     item.drive_serial_number AS drive_serial_number
 FROM zt.upload_incoming
-ARRAY JOIN hw_info.storage_drives_info AS item, arrayEnumerate(hw_info.storage_drives_info) AS entry;
+ARRAY JOIN storage_drives_info AS item, arrayEnumerate(storage_drives_info) AS entry;
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_memory ON CLUSTER '{cluster}' TO zt_all.memory AS
 SELECT machine, time, received, record_id,
@@ -185,7 +185,7 @@ SELECT machine, time, received, record_id,
     item.used_physical_memory_kb AS used_physical_memory_kb,
     item.used_virtual_memory_kb AS used_virtual_memory_kb,
     item.utilization_physical_percent AS utilization_physical_percent
-FROM (SELECT machine, time, received, record_id, hw_info.system_memory_info AS item FROM zt.upload_incoming)
+FROM (SELECT machine, time, received, record_id, system_memory_info AS item FROM zt.upload_incoming)
 WHERE isNotNull(item.total_virtual_memory_kb) OR isNotNull(item.used_physical_memory_kb) OR isNotNull(item.used_virtual_memory_kb) OR isNotNull(item.utilization_physical_percent);
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_sessions ON CLUSTER '{cluster}' TO zt_all.sessions AS
@@ -193,7 +193,7 @@ SELECT machine, time, received, record_id,
     item.max_user_input_delay_ms AS max_user_input_delay_ms,
     item.time_since_last_boot_minutes AS time_since_last_boot_minutes,
     item.time_since_last_logon_minutes AS time_since_last_logon_minutes
-FROM (SELECT machine, time, received, record_id, operating_system_info.operating_session_info AS item FROM zt.upload_incoming)
+FROM (SELECT machine, time, received, record_id, operating_session_info AS item FROM zt.upload_incoming)
 WHERE isNotNull(item.max_user_input_delay_ms) OR isNotNull(item.time_since_last_boot_minutes) OR isNotNull(item.time_since_last_logon_minutes);
 
 CREATE MATERIALIZED VIEW IF NOT EXISTS zt.to_processes ON CLUSTER '{cluster}' TO zt_all.processes AS
@@ -214,4 +214,4 @@ SELECT machine, time, received, record_id,
     item.start_time AS start_time,
     item.status AS status
 FROM zt.upload_incoming
-ARRAY JOIN operating_system_info.resource_intensive_processes_info AS item, arrayEnumerate(operating_system_info.resource_intensive_processes_info) AS entry;
+ARRAY JOIN resource_intensive_processes_info AS item, arrayEnumerate(resource_intensive_processes_info) AS entry;
