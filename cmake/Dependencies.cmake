@@ -4,7 +4,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/CacheFolder.cmake)
 if(MINGW)
   set(ZT_CACHE_DIR ${cache} CACHE PATH "Where scripts/setup keeps the cross-built libraries")
   set(ZT_PROTOBUF_DIR ${ZT_CACHE_DIR}/mingw-protobuf-3.21.12)
-  set(ZT_SQLITE_DIR ${ZT_CACHE_DIR}/mingw-sqlite-static-3.40.1-2)
+  set(ZT_SQLITE_DIR ${ZT_CACHE_DIR}/mingw-sqlite-static-3.40.1-3)
   set(ZT_SODIUM_DIR ${ZT_CACHE_DIR}/mingw-sodium-static-1.0.18-2)
   set(ZT_HEADERS_DIR ${ZT_CACHE_DIR}/mingw-headers-2)
   list(APPEND CMAKE_FIND_ROOT_PATH ${ZT_PROTOBUF_DIR} ${ZT_HEADERS_DIR})
@@ -74,8 +74,7 @@ endif()
 set_target_properties(zt::plog PROPERTIES
   INTERFACE_COMPILE_DEFINITIONS "PLOG_LOCAL;PLOG_CHAR_IS_UTF8=$<BOOL:${ZT_PLOG_CHAR_IS_UTF8}>")
 
-# SQLite is part of the plugin on Windows. Elsewhere it is the system's own: locks of POSIX belong to the process, and
-# two copies that open one file would drop each other's.
+# SQLite: on Windows a static library, which zt-sqlite makes a DLL of; elsewhere the system's own.
 if(MSVC)
   find_package(unofficial-sqlite3 CONFIG REQUIRED)
   add_library(zt::sqlite ALIAS unofficial::sqlite3::sqlite3)

@@ -63,6 +63,9 @@ install(DIRECTORY simulation/profiles/ DESTINATION ${data}/profiles COMPONENT de
 # The plugin is loaded by its file, which the package's configuration names. Only who brings samplers of their own links
 # it, for the base class of samplers; its headers lie apart, since their names are short.
 set_target_properties(zt-collector.${machine} PROPERTIES INSTALL_RPATH $ORIGIN)
+if(WIN32)
+  install(TARGETS zt-sqlite.${machine} RUNTIME DESTINATION ${libraries} COMPONENT runtime)
+endif()
 install(TARGETS zt-collector.${machine}
   RUNTIME DESTINATION ${libraries} COMPONENT runtime
   LIBRARY DESTINATION ${libraries} COMPONENT runtime

@@ -1,4 +1,4 @@
-# vcpkg: DLLs, apart from SQLite, which becomes part of the plugin.
+# vcpkg: DLLs, apart from SQLite, which sdk/sqlite makes a DLL of.
 set(VCPKG_TARGET_ARCHITECTURE x64)
 set(VCPKG_CRT_LINKAGE dynamic)
 if(PORT STREQUAL "sqlite3")

@@ -1,6 +1,6 @@
 # An overlay port of the tree that it lies in: vcpkg install zt-telemetry --overlay-ports=packaging/vcpkg-port
 # Not exercised: nobody has run it yet. Like the preset windows-msvc it wants the triplet x64-windows-static-sqlite
-# (--overlay-triplets=cmake/triplets), where SQLite is a part of the plugin, and the versions of vcpkg.json.
+# (--overlay-triplets=cmake/triplets), where SQLite is static: sdk/sqlite makes a DLL of it, and the versions of vcpkg.json.
 get_filename_component(SOURCE_PATH "${CMAKE_CURRENT_LIST_DIR}/../.." ABSOLUTE)
 
 vcpkg_cmake_configure(

@@ -120,12 +120,15 @@ class PackageTest(unittest.TestCase):
         self.assertEqual(sorted(pathlib.Path(name).suffix for name in summed), [".msi", ".zip", ".zip"])
 
     def test_own_files_are_stripped_and_their_symbols_carry_their_identity(self):
-        self.assertEqual(len(own_files()), 11)
+        self.assertEqual(len(own_files()), 12)
         known = dict(reversed(line.split("  ")) for line in (debug / "BUILD-IDS").read_text().splitlines())
         for file in own_files():
             self.assertEqual(done(OBJDUMP, "--syms", file).count("0x"), 0, file.name)
             self.assertEqual(symbols.build_id(file), known["bin/" + file.name])
             self.assertIn((file.name + ".debug").encode() + b"\0", file.read_bytes())  # the name that a debugger looks for
+
+    def test_the_plugin_is_small(self):
+        self.assertLessEqual((files / "bin" / PLUGIN).stat().st_size, 800_000)
 
     def test_the_symbols_know_the_addresses_of_the_stripped_plugin(self):
         exports = done(OBJDUMP, "--private-headers", files / "bin" / PLUGIN)

@@ -2,9 +2,9 @@
 
 namespace {
 
-// SQLite is part of this module on Windows, and keeps what it made when it was first used, locks of the system among
-// it, until it is told to end: a host that loads and unloads the plugin for long would collect one set of them after
-// the other. Its destructor runs when the module goes, behind those of everything that has a database open.
+// SQLite keeps what it made when it was first used, locks of the system among it, until it is told to end: a host that
+// loads and unloads the plugin, and uses SQLite for nothing else, would collect one set of them after the other. The
+// destructor runs when the last module that uses this one is gone.
 class SqliteOfThisModule {
  public:
   SqliteOfThisModule() = default;
