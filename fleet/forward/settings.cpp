@@ -123,7 +123,9 @@ void ReadProperties(const std::string& key, const std::string& prefix, const tom
     if (const toml::table* const inner = node.as_table()) {
       ReadProperties(key, name + ".", *inner, read, problems);
     } else {
-      read(name, TomlValue(key + "." + name, part.source().begin.line, node, problems));
+      std::string full_name = key;
+      full_name.append(".").append(name);
+      read(name, TomlValue(full_name, part.source().begin.line, node, problems));
     }
   }
 }
