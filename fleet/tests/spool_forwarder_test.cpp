@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 
 #include "fleet/tests/in_memory_sink.h"
 #include "host/failure.h"
@@ -18,6 +20,8 @@ namespace fs = std::filesystem;
 constexpr char kSpooledLine[] =
     R"({"handover":"send","type":"zt.telemetry.contract.upload.log.PcLogPerformanceSamplesAsCDM","record":)"
     R"({"collectionId":"5CG1_2026-03-07T12:00:00","localTime":"2026-03-07T12:00:00.000Z"}})";
+
+constexpr int kMostTicks = 10'000;
 
 class SpoolForwarderTest : public testing::Test {
  protected:
@@ -70,6 +74,32 @@ TEST_F(SpoolForwarderTest, KeepsAFileOfWhichARecordWasNotDelivered) {
   EXPECT_FALSE(Run(/*is_delivered=*/false));
   EXPECT_TRUE(fs::exists(file));
   EXPECT_EQ(log_.str(), "zt-telemetry-forward: file a.jsonl is kept: 1 of its records were not delivered\n");
+}
+
+TEST_F(SpoolForwarderTest, TriesAKeptFileAgainWhenItsTimeHasCome) {
+  spool_.retry_seconds = 1;
+  const fs::path file = Put("a.jsonl", std::string(kSpooledLine) + "\n");
+  sink_.on_tick = [&] {
+    sink_.Answer(/*is_delivered=*/sink_.sent.size() > 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    sink_.stops = !fs::exists(file) || sink_.ticks > kMostTicks;
+  };
+  SpoolForwarder(spool_, false, maker_, sink_, counters_, log_).Run(/*once=*/false);
+  EXPECT_EQ(sink_.sent.size(), 2U);
+  EXPECT_FALSE(fs::exists(file));
+}
+
+TEST_F(SpoolForwarderTest, LeavesAKeptFileAloneUntilThen) {
+  const fs::path file = Put("a.jsonl", std::string(kSpooledLine) + "\n");
+  sink_.on_tick = [&] {
+    sink_.Answer(/*is_delivered=*/sink_.sent.size() > 1);
+    if (sink_.ticks == 3) Put("b.jsonl", std::string(kSpooledLine) + "\n");
+    sink_.stops = sink_.sent.size() > 1 || sink_.ticks > kMostTicks;
+  };
+  SpoolForwarder(spool_, false, maker_, sink_, counters_, log_).Run(/*once=*/false);
+  EXPECT_EQ(sink_.sent.size(), 2U);
+  EXPECT_TRUE(fs::exists(file));
+  EXPECT_FALSE(fs::exists(folder_ / "b.jsonl"));
 }
 
 TEST_F(SpoolForwarderTest, MovesAFileWhereDoneOnesGo) {
