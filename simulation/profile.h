@@ -10,8 +10,9 @@
 
 namespace zt::simulation {
 
-/// A profile that cannot be used; the text names the file, the path to the key, and what was expected there.
-class ProfileError : public std::runtime_error {
+/// A profile that cannot be used; the text names the file, the path to the key, and what was expected there. Exported,
+/// so that it is one type for whoever throws and catches it: not every C++ library goes by the name alone.
+class ZT_SIMULATION_EXPORT ProfileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };

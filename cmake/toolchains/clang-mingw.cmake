@@ -13,9 +13,10 @@ set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # GCC's library keeps what belongs to a thread in its own way.
 set(CMAKE_C_FLAGS_INIT "-femulated-tls")
 set(CMAKE_CXX_FLAGS_INIT "-femulated-tls")
-# That of GCC with posix threads is linked without being named.
+# The threads of GCC with posix threads are linked without being named. The linker is clang's as well: GNU's cannot resolve
+# clang's references to type information that several objects have.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-pthread")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-pthread -fuse-ld=lld")
 endforeach()
 
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)

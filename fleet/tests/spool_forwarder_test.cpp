@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "fleet/tests/in_memory_sink.h"
@@ -21,16 +24,22 @@ constexpr char kSpooledLine[] =
     R"({"handover":"send","type":"zt.telemetry.contract.upload.log.PcLogPerformanceSamplesAsCDM","record":)"
     R"({"collectionId":"5CG1_2026-03-07T12:00:00","localTime":"2026-03-07T12:00:00.000Z"}})";
 
+// A folder of its own for each test: they run side by side.
+fs::path NewFolder() {
+  std::string name = testing::TempDir() + "zt-spool-XXXXXX";
+  if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
+  return name;
+}
+
 constexpr int kMostTicks = 10'000;
 
 class SpoolForwarderTest : public testing::Test {
  protected:
   SpoolForwarderTest() {
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
     spool_.folder = folder_;
     spool_.retry_seconds = 3600;
   }
+  ~SpoolForwarderTest() override { fs::remove_all(folder_); }
 
   fs::path Put(const std::string& name, const std::string& text) const {
     std::ofstream(folder_ / name) << text;
@@ -43,7 +52,7 @@ class SpoolForwarderTest : public testing::Test {
     return SpoolForwarder(spool_, keeps_files, maker_, sink_, counters_, log_).Run(/*once=*/true);
   }
 
-  fs::path folder_ = fs::path(testing::TempDir()) / "zt-spool";
+  fs::path folder_ = NewFolder();
   SpoolSettings spool_;
   RecordMaker maker_{"1.0"};
   InMemorySink sink_;
