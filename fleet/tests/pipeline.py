@@ -106,13 +106,13 @@ def statements(text: str) -> list[str]:
     return [statement.strip() for statement in bare.split(";") if statement.strip()]
 
 
-def make_tables(clickhouse: ClickHouse, brokers: str, consumers: int = 1, only=None):
+def make_tables(clickhouse: ClickHouse, brokers: str, only=None):
     """Runs the numbered files. What stands in braces are macros of the server's configuration."""
     macros = {**TOPICS, "kafka_brokers": brokers}
     for file in sorted(SQL.glob("*.sql")):
         if only is not None and not only(file.name):
             continue
-        text = file.read_text().replace("kafka_num_consumers = 1", f"kafka_num_consumers = {consumers}")
+        text = file.read_text()
         for name, value in macros.items():
             text = text.replace("{" + name + "}", value)
         for statement in statements(text):
@@ -126,12 +126,12 @@ def write_configuration(file: pathlib.Path, brokers: str, **more: str) -> pathli
 
 
 @contextlib.contextmanager
-def pipeline(work: pathlib.Path, consumers: int = 1, partitions=None):
+def pipeline(work: pathlib.Path, partitions=None):
     """Brokers and a ClickHouse that reads from them; what is given are the two."""
     brokers = Brokers(partitions)
     clickhouse = ClickHouse(work / "clickhouse")
     try:
-        make_tables(clickhouse, brokers.addresses, consumers)
+        make_tables(clickhouse, brokers.addresses)
         yield brokers, clickhouse
     finally:
         with contextlib.suppress(OSError):
